@@ -1,0 +1,39 @@
+#pragma once
+
+#include "text/ReadFailure.h"
+
+#include <QFile>
+#include <QTextStream>
+
+namespace orvel {
+
+/// A text file of measured data, read line by line as the instruments write it: lines end in
+/// "\n" or "\r\n" (every '\r' is dropped) and the last one may lack its end; a byte-order mark
+/// vanishes; bytes that are not UTF-8 (old headers in other encodings) become U+FFFD and never
+/// disturb the ASCII around them.
+class TextFile {
+public:
+    /// Longest line taken [characters]; bounds the memory that a file without line ends can claim.
+    static constexpr int kLongestLine = 1 << 20;
+
+    explicit TextFile(const QString &path);
+
+    /// Opens the file; false, with failure(), when it is no readable regular file.
+    /// Devices and pipes are refused: they may never end.
+    bool open();
+
+    /// The next line without its end; false at the end of the file or on a line that is too long.
+    bool readLine(QString &line);
+
+    ReadFailure failure() const { return m_failure; }
+
+private:
+    QFile m_file;
+    QTextStream m_stream;
+    ReadFailure m_failure = ReadFailure::None;
+};
+
+/// The items of a line: white space around and between them does not count; none for a blank line.
+QStringList itemsOf(const QString &line);
+
+} // namespace orvel
