@@ -1,0 +1,47 @@
+#include "images/A2DData.h"
+
+#include "images/TDData0.h"
+
+using orvel::ImageData;
+using orvel::ReadFailure;
+using orvel::TextMap;
+
+bool A2DData::loadMap(const QString &path, const orvel::EnergyListener &onEnergy)
+{
+    return TDData0::isProcessedMap(path) ? loadProcessedMap(path) : loadTextMap(path, onEnergy);
+}
+
+bool A2DData::loadTextMap(const QString &path, const orvel::EnergyListener &onEnergy)
+{
+    TextMap map;
+    m_loadFailure = orvel::readTextMap(path, onEnergy, map);
+    switch (m_loadFailure) {
+    case ReadFailure::None:
+    case ReadFailure::NoGrid:
+    case ReadFailure::NoPixel:
+        m_image = ImageData::fromColumns(map.header, map.xNum, map.yNum, std::move(map.columns));
+        break;
+    default:
+        break;
+    }
+    return m_loadFailure == ReadFailure::None;
+}
+
+bool A2DData::loadProcessedMap(const QString &path)
+{
+    TDData0 file;
+    if (!file.read(path)) {
+        m_loadFailure = file.readFailure();
+        return false;
+    }
+    m_image =
+        ImageData::fromAbsorption(file.width, file.height, {file.data.cbegin(), file.data.cend()});
+    m_loadFailure = ReadFailure::None;
+    return true;
+}
+
+void A2DData::unload()
+{
+    m_image.reset();
+    m_loadFailure = ReadFailure::None;
+}

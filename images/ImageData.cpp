@@ -1,0 +1,78 @@
+#include "images/ImageData.h"
+
+#include <cmath>
+
+namespace orvel {
+
+double absorptionOf(double signal, double reference)
+{
+    if (reference == 0.0) {
+        return signal;
+    }
+    if (signal == 0.0) {
+        return 1.0;
+    }
+    return std::log(reference / signal);
+}
+
+void fillAbsorption(const double *signal, const double *reference, std::size_t n, double *out)
+{
+    for (std::size_t i = 0; i < n; ++i) {
+        out[i] = absorptionOf(signal[i], reference[i]);
+    }
+}
+
+std::shared_ptr<const ImageData> ImageData::fromColumns(QStringList header, int xNum, int yNum,
+                                                        MapColumns columns)
+{
+    std::shared_ptr<ImageData> image(new ImageData);
+    image->m_header = std::move(header);
+    image->m_xNum = xNum;
+    image->m_yNum = yNum;
+    image->m_columns = std::move(columns);
+    image->m_absorption.resize(image->m_columns.signal.size());
+    fillAbsorption(image->m_columns.signal.data(), image->m_columns.reference.data(),
+                   image->m_absorption.size(), image->m_absorption.data());
+    return image;
+}
+
+std::shared_ptr<const ImageData> ImageData::fromAbsorption(int xNum, int yNum,
+                                                           std::vector<double> absorption)
+{
+    std::shared_ptr<ImageData> image(new ImageData);
+    image->m_xNum = xNum;
+    image->m_yNum = yNum;
+    image->m_processed = true;
+    image->m_columns.signal = std::move(absorption);
+    return image;
+}
+
+PixelRecord ImageData::pixel(qint64 i) const
+{
+    PixelRecord record;
+    if (inside(i)) {
+        record.x = positionX(i);
+        record.y = positionY(i);
+        record.signal = m_columns.signal[static_cast<size_t>(i)];
+        record.reference = m_processed ? 0.0 : m_columns.reference[static_cast<size_t>(i)];
+    }
+    return record;
+}
+
+double ImageData::positionX(qint64 i) const
+{
+    if (!inside(i)) {
+        return 0.0;
+    }
+    return m_processed ? static_cast<double>(i % m_xNum) : m_columns.x[static_cast<size_t>(i)];
+}
+
+double ImageData::positionY(qint64 i) const
+{
+    if (!inside(i)) {
+        return 0.0;
+    }
+    return m_processed ? static_cast<double>(i / m_xNum) : m_columns.y[static_cast<size_t>(i)];
+}
+
+} // namespace orvel
