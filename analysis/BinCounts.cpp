@@ -1,0 +1,101 @@
+#include "analysis/BinCounts.h"
+
+#include "analysis/ToInt32.h"
+#include "text/NumberText.h"
+#include "text/OutputFile.h"
+
+#include <QFileInfo>
+#include <QLocale>
+
+#include <algorithm>
+#include <cmath>
+#include <limits>
+
+namespace orvel {
+
+int BinCounts::boxesOf(double entered)
+{
+    return std::clamp(toInt32(entered), kFewestBoxes, kMostBoxes);
+}
+
+void BinCounts::setUp(const HistogramSettings &settings)
+{
+    m_autoRange = settings.autoRange;
+    m_step = (settings.to - settings.from) / (settings.boxes - 1);
+    m_from = settings.from - m_step / 2;
+    m_to = settings.to + m_step / 2;
+    m_counts.assign(static_cast<size_t>(std::max(0, settings.boxes)), 0);
+    m_underflow = 0;
+    m_overflow = 0;
+    m_largest = 0;
+}
+
+void BinCounts::count(double value)
+{
+    const std::int32_t index = toInt32((value - m_from) / m_step);
+    if (index < 0) {
+        ++m_underflow;
+    } else if (index < boxes()) {
+        const std::int32_t now = ++m_counts[static_cast<size_t>(index)];
+        m_largest = std::max(m_largest, now);
+    } else {
+        ++m_overflow;
+    }
+}
+
+void BinCounts::count(const double *values, std::size_t n)
+{
+    for (std::size_t i = 0; i < n; ++i) {
+        count(values[i]);
+    }
+}
+
+QString BinCounts::pathBeside(const QString &resultPath, const QString &name)
+{
+    const QFileInfo result(resultPath);
+    const QString folder = result.exists() ? result.canonicalPath()
+                                           : QFileInfo(result.absolutePath()).canonicalFilePath();
+    return QStringLiteral("%1/%2_%3.%4")
+        .arg(folder, result.completeBaseName(), name, result.suffix());
+}
+
+bool BinCounts::write(const QString &resultPath, const QString &name) const
+{
+    OutputFile file(pathBeside(resultPath, name));
+    if (!file.open()) {
+        return false;
+    }
+    const auto edge = [this](double r) {
+        return QByteArray::number(m_from + m_step * r, 'g', QLocale::FloatingPointShortest);
+    };
+    for (int r = -1; r <= boxes(); ++r) {
+        const std::int32_t counted = r < 0         ? m_underflow
+                                     : r < boxes() ? m_counts[static_cast<size_t>(r)]
+                                                   : m_overflow;
+        file.write(edge(r) + ' ' + edge(r + 0.5) + ' ' + edge(r + 1) + "  " +
+                   QByteArray::number(counted) + '\n');
+    }
+    return file.commit();
+}
+
+std::optional<Limits> autoLimits(const double *values, std::size_t n)
+{
+    constexpr double kInfinity = std::numeric_limits<double>::infinity();
+    Limits limits{kInfinity, -kInfinity};
+    for (std::size_t i = 0; i < n; ++i) {
+        if (std::isfinite(values[i])) {
+            limits.low = std::min(limits.low, values[i]);
+            limits.high = std::max(limits.high, values[i]);
+        }
+    }
+    if (limits.low > limits.high) {
+        return std::nullopt;
+    }
+    if (limits.low == limits.high) {
+        limits.low -= 0.5;
+        limits.high += 0.5;
+    }
+    return Limits{throughSixDigits(limits.low), throughSixDigits(limits.high)};
+}
+
+} // namespace orvel

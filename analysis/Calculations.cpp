@@ -1,0 +1,146 @@
+#include "analysis/Calculations.h"
+
+#include "analysis/FourPoints.h"
+#include "analysis/NonEquiv.h"
+
+#include <QCoreApplication>
+
+namespace orvel {
+namespace {
+
+constexpr const char *kThreePoints = QT_TRANSLATE_NOOP("FourPs", "3ps: a = %1, Valence = %2");
+constexpr const char *kExact = QT_TRANSLATE_NOOP("FourPs", "a = %1, Valence = %2, t/ts = %3");
+constexpr const char *kLeastSquares =
+    QT_TRANSLATE_NOOP("FourPs", "4ps2: a = %1, Valence = %2, t/ts = %3");
+constexpr const char *kNonEquiv = QT_TRANSLATE_NOOP("FourPs", "Result of NEQ :: ");
+constexpr const char *kNonEquivEnd = QT_TRANSLATE_NOOP("FourPs", ", Valence = %1, t = %2");
+constexpr const char *kLcf = QT_TRANSLATE_NOOP("FourPs", "Result of LCF :: ");
+constexpr const char *kLcfEnd = QT_TRANSLATE_NOOP("FourPs", ", Valence = %1, Base = %2");
+
+QString general(double value)
+{
+    return QString::number(value, 'g', 6);
+}
+
+QString fixed(double value)
+{
+    return QString::asprintf("% 6.3f", value);
+}
+
+/// "HEAD r1 : r2 ... END", the ratios in between with three decimals.
+Line ratioLine(const char *head, const double *ratios, size_t n, const char *end,
+               const QStringList &endArguments)
+{
+    QStringList texts;
+    for (size_t i = 0; i < n; ++i) {
+        texts.append(fixed(ratios[i]));
+    }
+    Line line = lineOf(head);
+    line.parts.push_back({nullptr, {texts.join(QStringLiteral(" : "))}});
+    line.parts.push_back({end, endArguments});
+    return line;
+}
+
+BinCounts countPlane(const ResultMaps &maps, Quantity quantity, HistogramSettings &settings)
+{
+    const double *values = maps.plane(quantity);
+    const auto n = values != nullptr ? static_cast<size_t>(maps.size()) : 0;
+    if (settings.autoRange) {
+        if (const auto limits = autoLimits(values, n)) {
+            settings.from = limits->low;
+            settings.to = limits->high;
+        }
+    }
+    BinCounts counts;
+    counts.setUp(settings);
+    counts.count(values, n);
+    return counts;
+}
+
+void targetByFourPoints(const AnalysisInput &input, const Plan &plan, TargetOutcome &outcome)
+{
+    FourPoints method(input, plan);
+    const FourPointsResult result = method.solve(method.targetValues(input));
+    outcome.a = result.a;
+    outcome.valence = method.valenceOf(result.a);
+    if (plan.method == Method::ThreePoints) {
+        outcome.resultField = lineOf(kThreePoints, {general(outcome.a), general(outcome.valence)});
+    } else {
+        outcome.resultField =
+            lineOf(plan.method == Method::ExactFourPoints ? kExact : kLeastSquares,
+                   {general(outcome.a), general(outcome.valence), general(result.amount)});
+    }
+    if (plan.method != Method::ExactFourPoints) { // that one goes to the field alone
+        outcome.messages.push_back(outcome.resultField);
+    }
+    outcome.rows[static_cast<size_t>(method.rowA())].ratio = general(result.a);
+    outcome.rows[static_cast<size_t>(method.rowB())].ratio = general(1 - result.a);
+}
+
+void targetByNonEquiv(const AnalysisInput &input, const Plan &plan, TargetOutcome &outcome)
+{
+    NonEquivFit method(gatherRefValues(input, plan));
+    const ResultVector result = method.fit(targetValues(input, plan));
+    const RefValues &references = method.references();
+    const double amount = result[static_cast<size_t>(indexOf(Quantity::Amount))];
+    outcome.a = result[0];
+    outcome.valence = result[static_cast<size_t>(indexOf(Quantity::Valence))];
+    outcome.dMutField = general(amount);
+    outcome.resultField = ratioLine(kNonEquiv, result.data(), references.references(), kNonEquivEnd,
+                                    {fixed(outcome.valence), fixed(amount)});
+    outcome.messages.push_back(outcome.resultField);
+    for (size_t i = 0; i < references.references(); ++i) {
+        outcome.rows[static_cast<size_t>(references.rows[i])] = {
+            general(result[i]), general(result[kReferenceRows + i])};
+    }
+}
+
+} // namespace
+
+MapOutcome calculateMap(const AnalysisInput &input)
+{
+    MapOutcome outcome;
+    const Plan plan = checkMap(input);
+    outcome.messages = plan.messages;
+    outcome.valenceHistogram = input.valenceHistogram;
+    outcome.amountHistogram = input.amountHistogram;
+    if (plan.method == Method::None) {
+        return outcome;
+    }
+    outcome.maps = std::make_shared<const ResultMaps>(
+        isNonEquiv(plan.method) ? nonEquivMap(input, plan) : fourPointsMap(input, plan));
+    outcome.valenceCounts = countPlane(*outcome.maps, Quantity::Valence, outcome.valenceHistogram);
+    outcome.amountCounts = countPlane(*outcome.maps, Quantity::Amount, outcome.amountHistogram);
+    return outcome;
+}
+
+TargetOutcome calculateTarget(const AnalysisInput &input)
+{
+    TargetOutcome outcome;
+    const Plan plan = checkTarget(input);
+    outcome.messages = plan.messages;
+    outcome.warned = !plan.messages.empty();
+    outcome.ran = plan.method != Method::None;
+    if (outcome.ran) {
+        isNonEquiv(plan.method) ? targetByNonEquiv(input, plan, outcome)
+                                : targetByFourPoints(input, plan, outcome);
+    }
+    return outcome;
+}
+
+LcfOutcome calculateLcf(const AnalysisInput &input)
+{
+    LcfOutcome outcome;
+    const LcfPlan plan = checkLcf(input);
+    outcome.messages = plan.messages;
+    if (plan.run) {
+        outcome.result = fitLinearCombination(input, plan);
+        const LcfResult &result = *outcome.result;
+        outcome.resultField = ratioLine(kLcf, result.ratios.data(), result.ratios.size(), kLcfEnd,
+                                        {fixed(result.valence), fixed(result.base)});
+        outcome.messages.push_back(outcome.resultField);
+    }
+    return outcome;
+}
+
+} // namespace orvel
