@@ -1,0 +1,97 @@
+#pragma once
+
+#include "analysis/AnalysisInput.h"
+#include "analysis/ResultMaps.h"
+
+#include <QString>
+#include <QStringList>
+
+#include <array>
+#include <optional>
+
+namespace orvel {
+
+// Texts, boxes, choices and paths of the form, with the form's defaults. Numbers stay text until
+// an analysis reads them. Paths are absolute, or empty.
+
+struct ReferenceTexts {
+    bool use = false;
+    QString file;
+    QString dE = QStringLiteral("0"); ///< [eV]
+    QString valence = QStringLiteral("1");
+};
+
+struct TargetTexts {
+    QString file;
+    QString dE = QStringLiteral("0"); ///< [eV]
+};
+
+struct PointTexts {
+    bool use = false;
+    bool lcf = false;
+    bool vPoint = false;
+    QString energy; ///< [eV]; empty: as the map file says
+    QString file;
+};
+
+struct HistogramTexts {
+    QString from;
+    QString to;
+    QString boxes;
+    bool autoRange = false;
+};
+
+enum class FourPointsSolver { Exact, LeastSquares };
+enum class SubtractedLine { Pre, Post };
+enum class BackgroundLine { Victoreen, Linear };
+enum class GraphNormalization { None, SubPre, EdgeJump, TwoVictoreens };
+
+struct SessionTexts {
+    std::optional<QString> edgeE; ///< [eV]; none: the edge found in the last readable reference
+    QString preEdgeEndDE = QStringLiteral("-50");    ///< [eV] from the edge
+    QString postEdgeStartDE = QStringLiteral("100"); ///< [eV] from the edge
+    std::array<ReferenceTexts, kReferenceRows> references;
+    TargetTexts target;
+    std::array<PointTexts, kPointRows> points;
+
+    bool nonEquiv = false;
+    FourPointsSolver solver = FourPointsSolver::Exact;
+    SubtractedLine subForRef = SubtractedLine::Pre;
+    SubtractedLine subForTarget = SubtractedLine::Pre;
+    BackgroundLine background = BackgroundLine::Victoreen;
+
+    HistogramTexts valenceHistogram = {QStringLiteral("1.5"), QStringLiteral("3.5"),
+                                       QStringLiteral("51"), false};
+    HistogramTexts amountHistogram = {QStringLiteral("-0.2"), QStringLiteral("1.2"),
+                                      QStringLiteral("51"), false};
+
+    std::array<bool, kQuantities> record; ///< columns of a non-equivalent file, by Quantity
+    QString resultFile;
+
+    SessionTexts() { record.fill(true); }
+};
+
+/// What the window shows, and how; no result depends on it.
+struct ViewTexts {
+    Quantity mapQuantity = Quantity::Valence;
+    Quantity histogramQuantity = Quantity::Valence;
+    GraphNormalization normalize = GraphNormalization::None;
+    bool fullRange = true;
+    bool mapWithGrid = false;
+    bool showDataMap = true;
+    bool showGraphs = true;
+    bool showResultMap = true;
+    QString dataMapRow = QStringLiteral("1"); ///< 1 to 8
+    QStringList displayFiles;                 ///< further spectra shown in "Muts"
+};
+
+/// Everything that a session file keeps: the one value to snapshot and restore.
+struct PanelState {
+    SessionTexts texts;
+    ViewTexts view;
+};
+
+MethodChoice methodOf(const SessionTexts &texts);
+HistogramSettings histogramOf(const HistogramTexts &texts);
+
+} // namespace orvel
