@@ -1,0 +1,220 @@
+#include "batch/BatchRun.h"
+
+#include "analysis/Calculations.h"
+#include "analysis/ResultFile.h"
+#include "session/InputLoader.h"
+#include "session/MessageText.h"
+#include "session/SessionFile.h"
+
+#include <QCoreApplication>
+#include <QDir>
+#include <QFileInfo>
+
+#include <cstdio>
+#ifdef Q_OS_WIN
+#include <io.h>
+#else
+#include <unistd.h>
+#endif
+
+namespace orvel {
+namespace {
+
+constexpr const char *kCannotOpen = QT_TRANSLATE_NOOP("FourPs", "Can't open the file [%1]");
+const QString kRatioTag = QStringLiteral("HGAlpha");
+const QString kThicknessTag = QStringLiteral("HGThick");
+
+bool stderrIsTerminal()
+{
+#ifdef Q_OS_WIN
+    return _isatty(_fileno(stderr)) != 0;
+#else
+    return isatty(fileno(stderr)) != 0;
+#endif
+}
+
+/// One line on a terminal, written over and over: percent and stage.
+class Progress {
+public:
+    explicit Progress(bool shown) : m_shown(shown) {}
+    ~Progress() { clear(); }
+    Progress(const Progress &) = delete;
+    Progress &operator=(const Progress &) = delete;
+
+    void stage(int percent, const QString &what)
+    {
+        if (m_shown) {
+            std::fprintf(stderr, "\r\033[K%3d %% %s", percent, what.toUtf8().constData());
+            std::fflush(stderr);
+        }
+    }
+    void clear()
+    {
+        if (m_shown) {
+            std::fputs("\r\033[K", stderr);
+            std::fflush(stderr);
+        }
+    }
+
+private:
+    bool m_shown;
+};
+
+/// The file a path leads to, through all links that exist.
+QString realPath(const QString &path)
+{
+    const QFileInfo info(path);
+    return info.exists() ? info.canonicalFilePath()
+                         : QDir::cleanPath(QFileInfo(info.absolutePath()).canonicalFilePath() +
+                                           QLatin1Char('/') + info.fileName());
+}
+
+QStringList outputPaths(const QString &resultPath)
+{
+    return {resultPath, BinCounts::pathBeside(resultPath, kRatioTag),
+            BinCounts::pathBeside(resultPath, kThicknessTag)};
+}
+
+QStringList inputPaths(const QString &sessionPath, const SessionTexts &texts)
+{
+    QStringList paths = {sessionPath, texts.target.file};
+    for (const ReferenceTexts &reference : texts.references) {
+        paths.append(reference.file);
+    }
+    for (const PointTexts &point : texts.points) {
+        paths.append(point.file);
+    }
+    paths.removeAll(QString());
+    return paths;
+}
+
+/// The first output that would overwrite an input; empty when there is none.
+QString overwrittenInput(const QString &resultPath, const QStringList &inputs)
+{
+    for (const QString &output : outputPaths(resultPath)) {
+        for (const QString &input : inputs) {
+            if (realPath(output) == realPath(input)) {
+                return input;
+            }
+        }
+    }
+    return QString();
+}
+
+void printLines(const std::vector<Line> &lines)
+{
+    for (const Line &line : lines) {
+        print(boxTextOf(line) + QLatin1Char('\n'));
+    }
+}
+
+void printField(const char *name, const QString &text)
+{
+    print(QStringLiteral("%1 = ").arg(QLatin1String(name)) + text + QLatin1Char('\n'));
+}
+
+/// Writes result and histogram files; the lines name what could not be written.
+std::vector<Line> writeResults(const QString &path, const MapOutcome &outcome,
+                               const SessionTexts &texts, const AnalysisInput &input)
+{
+    ResultFileOptions options;
+    options.record = texts.record;
+    for (const ReferenceInput *reference : validReferences(input.references)) {
+        options.valences.push_back(reference->valence);
+    }
+    const auto cannotOpen = [](const QString &file) { return lineOf(kCannotOpen, {file}); };
+    if (!writeResultFile(path, outcome.maps.get(), options)) {
+        return {cannotOpen(path)};
+    }
+    std::vector<Line> faults;
+    if (QFileInfo(path).isFile()) { // a pipe or a device has no place beside it
+        if (!outcome.valenceCounts.write(path, kRatioTag)) {
+            faults.push_back(cannotOpen(BinCounts::pathBeside(path, kRatioTag)));
+        }
+        if (!outcome.amountCounts.write(path, kThicknessTag)) {
+            faults.push_back(cannotOpen(BinCounts::pathBeside(path, kThicknessTag)));
+        }
+    }
+    return faults;
+}
+
+} // namespace
+
+void complain(const QString &text)
+{
+    std::fprintf(stderr, "orvel-batch: %s\n", text.toUtf8().constData());
+}
+
+void print(const QString &text)
+{
+    const QByteArray bytes = text.toUtf8();
+    std::fwrite(bytes.constData(), 1, static_cast<size_t>(bytes.size()), stdout);
+}
+
+ExitStatus runSession(const CommandLine &commandLine)
+{
+    const SessionReading session = readSession(commandLine.sessionPath);
+    for (const QString &note : session.notes) {
+        complain(QStringLiteral("%1: %2").arg(commandLine.sessionPath, note));
+    }
+    if (!session.error.isEmpty()) {
+        complain(QStringLiteral("cannot take the session %1: %2")
+                     .arg(commandLine.sessionPath, session.error));
+        return WrongUsage;
+    }
+    const SessionTexts &texts = session.state.texts;
+    const QString resultPath =
+        commandLine.resultPath.isEmpty()
+            ? texts.resultFile
+            : QDir::cleanPath(QFileInfo(commandLine.resultPath).absoluteFilePath());
+    if (!resultPath.isEmpty()) {
+        const QString input =
+            overwrittenInput(resultPath, inputPaths(commandLine.sessionPath, texts));
+        if (!input.isEmpty()) {
+            complain(QStringLiteral("the result file %1 would overwrite the input %2")
+                         .arg(resultPath, input));
+            return WrongUsage;
+        }
+    }
+
+    Progress progress(!commandLine.quiet && stderrIsTerminal());
+    const LoadedInput loaded =
+        loadInput(texts, [&progress](int file, int files, const QString &path) {
+            progress.stage(60 * file / files, QStringLiteral("reading ") + path);
+        });
+    if (!loaded.unreadable.empty()) {
+        progress.clear();
+        for (const UnreadableFile &file : loaded.unreadable) {
+            complain(QStringLiteral("cannot read %1: %2").arg(file.path, describe(file.reason)));
+        }
+        return InputUnreadable;
+    }
+
+    progress.stage(60, QStringLiteral("calculating maps"));
+    const MapOutcome maps = calculateMap(loaded.input);
+    progress.stage(80, QStringLiteral("calculating the target"));
+    const TargetOutcome target = calculateTarget(loaded.input);
+    const LcfOutcome lcf = calculateLcf(loaded.input);
+    std::vector<Line> faults;
+    if (!resultPath.isEmpty() && maps.maps) {
+        progress.stage(85, QStringLiteral("writing ") + resultPath);
+        faults = writeResults(resultPath, maps, texts, loaded.input);
+    }
+    progress.clear();
+
+    printLines(maps.messages);
+    printLines(target.messages);
+    printLines(lcf.messages);
+    printLines(faults);
+    printField("CalcRes", textOf(target.resultField));
+    printField("TargetDMut", target.dMutField.value_or(QString()));
+    printField("LCFRes", textOf(lcf.resultField));
+
+    if (!faults.empty()) {
+        return OutputFailed;
+    }
+    const bool warned = !maps.messages.empty() || target.warned || !lcf.result;
+    return warned ? CheckFailed : EveryStepRan;
+}
+
+} // namespace orvel
