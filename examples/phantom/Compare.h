@@ -1,0 +1,24 @@
+#pragma once
+
+#include "Expectation.h"
+
+#include <filesystem>
+#include <iosfwd>
+
+namespace orvel::phantom {
+
+/// Both functions print one line a quantity to `out` and return whether every found number is
+/// finite and lies within its own bound (Expected::bound plus half a unit of the last printed
+/// digit). They throw std::runtime_error where the file cannot be read or holds something else than
+/// an analysis by this plan.
+
+/// A result map file, pixel by pixel, positions included. Columns that were not recorded are not
+/// compared, but at least one quantity must be there. Bounds differ from pixel to pixel: thin
+/// places are known less well; the line tells where found and true lie furthest apart.
+bool compareMap(const Plan &plan, const std::filesystem::path &resultFile, std::ostream &out);
+
+/// The lines "CalcRes = ", "TargetDMut = " (non-equivalent only) and "LCFRes = ", in English, of a
+/// file with what the program printed.
+bool compareTarget(const Plan &plan, const std::filesystem::path &printed, std::ostream &out);
+
+} // namespace orvel::phantom
