@@ -1,0 +1,313 @@
+#include "analysis/LinearSystem.h"
+#include "analysis/MTools.h"
+
+#include <QtTest>
+
+#include <cmath>
+#include <random>
+
+#include <unistd.h>
+
+using orvel::LinearSystem;
+
+namespace {
+
+/// Storage of one test system, through the toolkit's own operations.
+struct Storage {
+    explicit Storage(int size)
+        : n(size), a(tools.newMatrix(n)), l(tools.newMatrix(n)), u(tools.newMatrix(n)),
+          b(tools.newVector(n)), y(tools.newVector(n)), x(tools.newVector(n)),
+          perm(tools.newIVector(n))
+    {
+    }
+    ~Storage()
+    {
+        for (double **matrix : {a, l, u}) {
+            tools.deleteMatrix(n, matrix);
+        }
+        for (double *vector : {b, y, x}) {
+            tools.deleteVector(n, vector);
+        }
+        tools.deleteIVector(n, perm);
+    }
+    Storage(const Storage &) = delete;
+    Storage &operator=(const Storage &) = delete;
+
+    void set(std::initializer_list<double> rows, std::initializer_list<double> rightSide = {})
+    {
+        int k = 0;
+        for (const double value : rows) {
+            a[k / n][k % n] = value;
+            ++k;
+        }
+        std::copy(rightSide.begin(), rightSide.end(), b);
+    }
+    void solve()
+    {
+        tools.LUDecomp(n, a, l, u, perm);
+        tools.forwardSubst(n, l, b, y, perm);
+        tools.backSubst(n, u, y, x, perm);
+    }
+    double unknown(int k) const { return x[perm[k]]; }
+
+    MTools tools;
+    int n;
+    double **a;
+    double **l;
+    double **u;
+    double *b;
+    double *y;
+    double *x;
+    int *perm;
+};
+
+/// What a print writes to standard output.
+template <class Print> QByteArray printed(Print print)
+{
+    std::fflush(stdout);
+    QTemporaryFile file;
+    if (!file.open()) {
+        return "(no file)";
+    }
+    const int saved = dup(STDOUT_FILENO);
+    dup2(file.handle(), STDOUT_FILENO);
+    print();
+    std::fflush(stdout);
+    dup2(saved, STDOUT_FILENO);
+    close(saved);
+    file.seek(0);
+    return file.readAll();
+}
+
+} // namespace
+
+class MToolsTest : public QObject {
+    Q_OBJECT
+
+private slots:
+    void decompositionKeepsRowsInPlace();
+    void unknownsAreReadThroughThePermutation();
+    void pivotTiesKeepTheEarlierRowAndNaNNeverWins();
+    void solvesAsCramersRule();
+    void singularSystemsGiveNonFiniteUnknowns();
+    void eliminateUsesTheLargestDiagonal();
+    void eliminateSkipsZeroPivots();
+    void elementwiseOperations();
+    void nothingHappensBelowOneUnknown();
+    void prints();
+    void linearSystemFitsSamples();
+};
+
+void MToolsTest::decompositionKeepsRowsInPlace()
+{
+    Storage s(2);
+    s.set({1, 2, 4, 3}, {5, 10});
+    s.solve();
+    // Row 1 has the larger pivot: multiplier 1/4, remainder 2 - 3/4.
+    QCOMPARE(s.perm[0], 1);
+    QCOMPARE(s.perm[1], 0);
+    const double lower[2][2] = {{0.25, 1}, {1, 0}};
+    const double upper[2][2] = {{0, 1.25}, {4, 3}};
+    for (int i = 0; i < 2; ++i) {
+        for (int j = 0; j < 2; ++j) {
+            QCOMPARE(s.l[i][j], lower[i][j]);
+            QCOMPARE(s.u[i][j], upper[i][j]);
+        }
+    }
+    QCOMPARE(s.a[0][1], 2.0); // A is left as it is
+}
+
+void MToolsTest::unknownsAreReadThroughThePermutation()
+{
+    Storage s(2);
+    s.set({1, 2, 4, 3}, {5, 10}); // x0 = 1, x1 = 2
+    s.solve();
+    QCOMPARE(s.unknown(0), 1.0);
+    QCOMPARE(s.unknown(1), 2.0);
+    QCOMPARE(s.x[0], 2.0); // as they lie in memory
+    QCOMPARE(s.x[1], 1.0);
+}
+
+void MToolsTest::pivotTiesKeepTheEarlierRowAndNaNNeverWins()
+{
+    Storage ties(2);
+    ties.set({-3, 1, 3, 1}, {0, 0});
+    ties.solve();
+    QCOMPARE(ties.perm[0], 0);
+
+    Storage nan(3);
+    nan.set({1, 0, 0, qQNaN(), 1, 0, 2, 0, 1}, {0, 0, 0});
+    nan.solve();
+    QCOMPARE(nan.perm[0], 2);
+
+    Storage allNan(2);
+    allNan.set({qQNaN(), 1, qQNaN(), 1}, {0, 0});
+    allNan.solve();
+    QCOMPARE(allNan.perm[0], 0);
+}
+
+void MToolsTest::solvesAsCramersRule()
+{
+    // Small integers: determinants are exact, so is the quotient's 1e-15.
+    std::mt19937 random(20);
+    std::uniform_int_distribution<int> digit(-9, 9);
+    int solved = 0;
+    for (int round = 0; round < 500; ++round) {
+        Storage s(3);
+        LinearSystem system(3);
+        double a[3][4];
+        for (int i = 0; i < 3; ++i) {
+            for (int j = 0; j < 4; ++j) {
+                a[i][j] = digit(random);
+                (j < 3 ? s.a[i][j] : s.b[i]) = a[i][j];
+                (j < 3 ? system.matrix(i, j) : system.rightSide(i)) = a[i][j];
+            }
+        }
+        const auto determinant = [&a](int c0, int c1, int c2) {
+            return a[0][c0] * (a[1][c1] * a[2][c2] - a[1][c2] * a[2][c1]) -
+                   a[0][c1] * (a[1][c0] * a[2][c2] - a[1][c2] * a[2][c0]) +
+                   a[0][c2] * (a[1][c0] * a[2][c1] - a[1][c1] * a[2][c0]);
+        };
+        const double d = determinant(0, 1, 2);
+        if (d == 0.0) {
+            continue;
+        }
+        ++solved;
+        const double expected[] = {determinant(3, 1, 2) / d, determinant(0, 3, 2) / d,
+                                   determinant(0, 1, 3) / d};
+        s.solve();
+        system.solve();
+        for (int k = 0; k < 3; ++k) {
+            QVERIFY(std::fabs(s.unknown(k) - expected[k]) < 1e-10 * (1 + std::fabs(expected[k])));
+            QCOMPARE(system.unknown(k), s.unknown(k));
+        }
+    }
+    QVERIFY(solved > 400);
+}
+
+void MToolsTest::singularSystemsGiveNonFiniteUnknowns()
+{
+    Storage s(2);
+    s.set({1, 0, 2, 0}, {1, 1}); // the second column is zero
+    s.solve();
+    // y = (1/2, 1); x1 = (1/2) / 0; x0 = (1 - inf * 0) / 2
+    QCOMPARE(s.unknown(1), qInf());
+    QVERIFY(std::isnan(s.unknown(0)));
+
+    Storage zero(2);
+    zero.set({0, 0, 0, 0}, {0, 1}); // the zero pivot divides by 1 on the way
+    zero.solve();
+    QCOMPARE(zero.l[1][0], 0.0);
+    QVERIFY(!std::isfinite(zero.unknown(0)) && !std::isfinite(zero.unknown(1)));
+}
+
+void MToolsTest::eliminateUsesTheLargestDiagonal()
+{
+    Storage s(2);
+    double **right = s.u;
+    s.tools.setUnit(2, right);
+    s.set({2, 1, 1, 3});
+    int *flags = s.tools.eliminate(2, s.a, right);
+    // Row 1 first (3 > 2): (1/3, 1); row 0 minus it: (5/3, 0), then divided.
+    const double a[2][2] = {{1, 0}, {1.0 / 3, 1}};
+    const double b[2][2] = {{0.6, -0.2}, {0, 1.0 / 3}};
+    for (int i = 0; i < 2; ++i) {
+        QCOMPARE(flags[i], 0);
+        for (int j = 0; j < 2; ++j) {
+            QVERIFY(std::fabs(s.a[i][j] - a[i][j]) < 1e-15);
+            QVERIFY(std::fabs(right[i][j] - b[i][j]) < 1e-15);
+        }
+    }
+    s.tools.deleteIVector(2, flags);
+}
+
+void MToolsTest::eliminateSkipsZeroPivots()
+{
+    Storage s(2);
+    s.tools.clearMatrix(2, s.u);
+    s.set({0, 7, qQNaN(), qQNaN()}); // row 1 never qualifies, row 0 has a zero diagonal
+    int *flags = s.tools.eliminate(2, s.a, s.u);
+    QCOMPARE(flags[0], 0);
+    QCOMPARE(flags[1], 0);
+    QCOMPARE(s.a[0][1], 7.0); // not divided
+    s.tools.deleteIVector(2, flags);
+}
+
+void MToolsTest::elementwiseOperations()
+{
+    Storage s(2);
+    s.set({1, 2, 3, 4}, {5, 6});
+    s.tools.mulMatVec(2, s.a, s.b, s.y);
+    QCOMPARE(s.y[0], 17.0);
+    QCOMPARE(s.y[1], 39.0);
+    s.tools.copyMatrix(2, s.a, s.l);
+    s.tools.mulMatrix(2, s.a, s.l, s.u); // the diagonal of the square, in every column
+    for (int j = 0; j < 2; ++j) {
+        QCOMPARE(s.u[0][j], 7.0);
+        QCOMPARE(s.u[1][j], 22.0);
+    }
+    QCOMPARE(s.tools.hasNaN(2, s.a), 0);
+    QCOMPARE(s.tools.hasNaN(2, s.b), 0);
+    s.a[1][0] = qQNaN();
+    s.b[1] = qQNaN();
+    QCOMPARE(s.tools.hasNaN(2, s.a), 1);
+    QCOMPARE(s.tools.hasNaN(2, s.b), 1);
+    s.tools.clearVector(2, s.b);
+    QCOMPARE(s.b[1], 0.0);
+    s.tools.clearIVector(2, s.perm);
+    QCOMPARE(s.perm[1], 0);
+}
+
+void MToolsTest::nothingHappensBelowOneUnknown()
+{
+    for (const int n : {0, -3}) {
+        Storage s(n);
+        s.solve();
+        s.tools.clearMatrix(n, s.a);
+        s.tools.setUnit(n, s.a);
+        s.tools.mulMatVec(n, s.a, s.b, s.y);
+        s.tools.mulMatrix(n, s.a, s.l, s.u);
+        QCOMPARE(s.tools.hasNaN(n, s.a), 0);
+        s.tools.deleteIVector(n, s.tools.eliminate(n, s.a, s.l));
+    }
+    MTools().deleteVector(3, nullptr);
+    MTools().deleteIVector(3, nullptr);
+}
+
+void MToolsTest::prints()
+{
+    Storage s(2);
+    s.set({1, 2.5, -3, 1e-9}, {4, 5});
+    s.perm[0] = 1;
+    s.perm[1] = 0;
+    QCOMPARE(printed([&] { s.tools.printMatrix(2, "A", s.a); }),
+             QByteArray("# A = \n# 1 2.5 \n# -3 1e-09 \n# \n"));
+    QCOMPARE(printed([&] { s.tools.printPMatrix(2, "A", s.a, s.perm); }),
+             QByteArray("# A = \n# -3 1e-09 \n# 1 2.5 \n# \n"));
+    QCOMPARE(printed([&] { s.tools.printVector(2, "b", s.b); }),
+             QByteArray("# b = \n# 4 5 \n# \n"));
+    QCOMPARE(printed([&] { s.tools.printPVector(2, "b", s.b, s.perm); }),
+             QByteArray("# b = \n# 5 4 \n# \n"));
+    QCOMPARE(printed([&] { s.tools.printIVector(2, "p", s.perm); }),
+             QByteArray("# p = \n# 1 0 \n# \n"));
+}
+
+void MToolsTest::linearSystemFitsSamples()
+{
+    // Regression through (0, 1), (1, 3), (2, 4): slope 3/2, intercept 7/6.
+    LinearSystem system(2);
+    for (int round = 0; round < 2; ++round) { // the second round must not remember the first
+        system.clear();
+        const double ys[] = {1, 3, 4};
+        for (int i = 0; i < 3; ++i) {
+            const double basis[] = {1.0, static_cast<double>(i)};
+            system.addSample(basis, ys[i]);
+        }
+        system.solve();
+        QVERIFY(std::fabs(system.unknown(0) - 7.0 / 6) < 1e-14);
+        QVERIFY(std::fabs(system.unknown(1) - 1.5) < 1e-14);
+    }
+}
+
+QTEST_GUILESS_MAIN(MToolsTest)
+#include "tst_mtools.moc"

@@ -1,0 +1,417 @@
+#include "images/A2DData.h"
+#include "images/LineItems.h"
+#include "images/TDData0.h"
+#include "tests/LogCatcher.h"
+#include "tests/TestFiles.h"
+
+#include <QtTest>
+
+#include <cmath>
+#include <cstring>
+
+using namespace orvel;
+
+namespace {
+
+/// "x y signal reference; x y ..." for comparison.
+QString textOfPixels(const A2DData &data)
+{
+    QStringList texts;
+    for (qint64 i = 0; i < data.pixelCount(); ++i) {
+        const PixelRecord p = data.pixel(i);
+        texts << QStringLiteral("%1 %2 %3 %4").arg(p.x).arg(p.y).arg(p.signal).arg(p.reference);
+    }
+    return texts.join(QStringLiteral("; "));
+}
+
+template <class T> QByteArray rawBytes(const QVector<T> &values)
+{
+    return {reinterpret_cast<const char *>(values.constData()),
+            values.size() * static_cast<int>(sizeof(T))};
+}
+
+} // namespace
+
+class ImagesTest : public QObject {
+    Q_OBJECT
+
+private slots:
+    void readsTextMaps_data();
+    void readsTextMaps();
+    void keepsHeaderLinesRaw();
+    void tellsEnergiesWhileReading();
+    void refusesTextMaps_data();
+    void refusesTextMaps();
+    void absorption();
+    void writesProcessedMapsByteForByte();
+    void readsProcessedMaps();
+    void shortProcessedMapsAreReadAsFarAsTheyGo();
+    void refusesProcessedMaps_data();
+    void refusesProcessedMaps();
+    void regionIsCleared();
+    void takesItems_data();
+    void takesItems();
+    void quotes();
+    void tellsNumberTexts_data();
+    void tellsNumberTexts();
+
+private:
+    QByteArray processedMap(const QByteArray &size) const;
+
+    TestFiles m_files;
+};
+
+void ImagesTest::readsTextMaps_data()
+{
+    QTest::addColumn<QByteArray>("bytes");
+    QTest::addColumn<QString>("grid");
+    QTest::addColumn<QString>("pixels");
+
+    const QString row = QStringLiteral("0 0 5 7; 1 0 6 8");
+    QTest::newRow("1306") << QByteArray("# 1306 scan\n# AXIS 0 a b c d 1\n# AXIS 1 a b c d 0\n"
+                                        "0 0 5 7\n1 0 6 8\n")
+                          << "2x1" << row;
+    QTest::newRow("last index counts from 0")
+        << QByteArray("# 1306\n# AXIS 0 a b c d 99\n# axis 1 a b c d 0\n0 0 5 7\n") << "100x1"
+        << "0 0 5 7";
+    QTest::newRow("plain, mixed case, returns, tabs, end-of-file character, no end")
+        << QByteArray("hello\r\n#\tx-num\t2 \r\n# Y-Num 1\r\n\t0 0\t5 7  \r\n\x1A\r\n1 0 6 8 9 9")
+        << "2x1" << row;
+    QTest::newRow("three columns") << QByteArray("# X-NUM 1\n# Y-NUM 1\n0 0 5\n1 2\n") << "1x1"
+                                   << "0 0 5 1";
+    QTest::newRow("key against the #")
+        << QByteArray("#X-NUM 9\n# X-NUM 1\n# Y-NUM 1\n3 4 5 6\n") << "1x1"
+        << "3 4 5 6";
+    QTest::newRow("byte-order mark")
+        << QByteArray("\xEF\xBB\xBF# 2003901\n# I : 0\n# I0 : 1\n0 0 5 7\n1 0 6 8\n") << "2x1"
+        << row;
+    QTest::newRow("2003901: columns count from the third item")
+        << QByteArray("# 2003901\n# I0 : 2\n# I : 3\n# I: 9 9\n# X-NUM 7\n"
+                      "0 0 a b 7 5\n1 0 a b 8 6\n1 0 a b 8\n")
+        << "2x1" << row;
+    QTest::newRow("2003901: grid from the positions")
+        << QByteArray("# 2003901\n# I : 0\n# I0 : 0\n0 0 1\n1 0 1\n2 0 1\n0 1 1\n1 1 1\n2 1 1\n")
+        << "3x2"
+        << "0 0 1 1; 1 0 1 1; 2 0 1 1; 0 1 1 1; 1 1 1 1; 2 1 1 1";
+    QTest::newRow("2003901: impossible columns hold nothing, negative ones count back")
+        << QByteArray("# 2003901\n# I : 2147483647\n# I0 : -3\n1 2 3 4\n# I : -1\n# I0 : -2\n"
+                      "1 2 3 4\n")
+        << "1x1"
+        << "1 2 2 1";
+    QTest::newRow("bad numbers are 0")
+        << QByteArray("# X-NUM 2\n# Y-NUM 1\na 1,5 1e400 nan\n") << "2x1"
+        << "0 0 inf nan";
+    QTest::newRow("bad grid numbers are 0, the last counts")
+        << QByteArray("# X-NUM 1\n# X-NUM 2.0\n# X-NUM 1\n# Y-NUM 3\n1 2 3 4\n") << "1x3"
+        << "1 2 3 4";
+}
+
+void ImagesTest::readsTextMaps()
+{
+    QFETCH(QByteArray, bytes);
+    A2DData data;
+    const LogCatcher log;
+    QVERIFY(data.loadMap(m_files.write(QStringLiteral("map.txt"), bytes)));
+    QTEST(QStringLiteral("%1x%2").arg(data.xNum()).arg(data.yNum()), "grid");
+    QTEST(textOfPixels(data), "pixels");
+    QCOMPARE(log.lines(),
+             QStringList(QStringLiteral("size %1 %2").arg(data.xNum()).arg(data.yNum())));
+}
+
+void ImagesTest::keepsHeaderLinesRaw()
+{
+    A2DData data;
+    QVERIFY(data.loadMap(m_files.write(QStringLiteral("map.txt"),
+                                       "# 1306  two  blanks\r\n #\t\x94\x5A end \n# X-NUM 1\n"
+                                       "# Y-NUM 1\n#\n1 2 3 4\n")));
+    QCOMPARE(data.header(),
+             QStringList({QStringLiteral("# 1306  two  blanks"),
+                          QString::fromUtf8(" #\t\uFFFDZ end "), QStringLiteral("# X-NUM 1"),
+                          QStringLiteral("# Y-NUM 1"), QStringLiteral("#")}));
+}
+
+void ImagesTest::tellsEnergiesWhileReading()
+{
+    QStringList told;
+    A2DData data;
+    const QByteArray bytes =
+        "# ENERGY : 8333.5 eV\n# X-NUM 1\n# Y-NUM 1\n# energy = x\n# ENERGY 1\n"
+        "1 2 3 4\n";
+    QVERIFY(data.loadMap(m_files.write(QStringLiteral("map.txt"), bytes), [&](const QString &text) {
+        told << text;
+        QCOMPARE(data.pixelCount(), 0); // not there yet
+    }));
+    QCOMPARE(told, QStringList({QStringLiteral("8333.5"), QStringLiteral("x")}));
+}
+
+void ImagesTest::refusesTextMaps_data()
+{
+    QTest::addColumn<QByteArray>("bytes");
+    QTest::addColumn<int>("reason");
+    QTest::addColumn<bool>("previousStays");
+
+    const auto row = [](const char *name, const QByteArray &bytes, ReadFailure reason,
+                        bool previousStays) {
+        QTest::newRow(name) << bytes << static_cast<int>(reason) << previousStays;
+    };
+    row("empty", "", ReadFailure::NoPixel, false);
+    row("binary", QByteArray("\0\1\2\n\xFF\xFF\0", 7), ReadFailure::NoPixel, false);
+    row("no pixel", "# X-NUM 2\n# Y-NUM 2\n", ReadFailure::NoPixel, false);
+    row("no grid", "# X-NUM 2\n1 2 3 4\n", ReadFailure::NoGrid, false);
+    row("negative grid", "# X-NUM -2\n# Y-NUM -2\n1 2 3 4\n", ReadFailure::NoGrid, false);
+    row("huge grid", "# X-NUM 2147483647\n# Y-NUM 2147483647\n1 2 3 4\n", ReadFailure::GridTooLarge,
+        true);
+    row("overflowing axis", "# AXIS 0 a b c d 2147483647\n# Y-NUM 1\n1 2 3 4\n",
+        ReadFailure::GridTooLarge, true);
+    row("endless line", QByteArray(2 << 20, '1'), ReadFailure::LineTooLong, true);
+    row("endless header", QByteArray("#\n").repeated(70000), ReadFailure::TooMuchData, true);
+}
+
+void ImagesTest::refusesTextMaps()
+{
+    QFETCH(QByteArray, bytes);
+    QFETCH(bool, previousStays);
+    A2DData data;
+    QVERIFY(
+        data.loadMap(m_files.write(QStringLiteral("good.txt"), "# X-NUM 1\n# Y-NUM 1\n9 9 9 9\n")));
+    const auto before = data.map();
+    QVERIFY(!data.loadMap(m_files.write(QStringLiteral("bad.txt"), bytes)));
+    QTEST(static_cast<int>(data.loadFailure()), "reason");
+    QCOMPARE(data.hasMap(), previousStays);
+    QCOMPARE(data.map() == before, previousStays);
+    QVERIFY(!data.loadMap(m_files.path(QStringLiteral("missing"))));
+    QCOMPARE(data.hasMap(), previousStays);
+}
+
+void ImagesTest::absorption()
+{
+    const auto image = ImageData::fromColumns(
+        {}, 2, 3, {{0, 1, 0, 1, 5}, {0, 0, 1, 1, 5}, {0.5, 0, 2, -1, 3}, {0, 7, 8, 1, 3}});
+    const double expected[] = {0.5, 1.0, std::log(4.0), qQNaN(), 0.0, -1.0};
+    for (int i = 0; i < 6; ++i) { // the sixth pixel of the grid has no record
+        const double value = image->absorption(i % 2, i / 2);
+        QVERIFY(value == expected[i] || (std::isnan(value) && std::isnan(expected[i])));
+    }
+    QCOMPARE(image->absorption(4, 0), 0.0); // beyond its own width: on into the next rows
+    QCOMPARE(image->absorption(0, 100), -1.0);
+    QCOMPARE(image->absorption(-1, 0), -1.0);
+    QCOMPARE(image->pixel(5).x, 0.0);
+    QCOMPARE(image->pixel(4).reference, 3.0);
+
+    const auto processed = ImageData::fromAbsorption(2, 2, {1, 2, 3, 4});
+    QCOMPARE(processed->absorption(1, 1), 4.0);
+    QCOMPARE(processed->pixel(2).x, 0.0);
+    QCOMPARE(processed->pixel(2).y, 1.0);
+    QCOMPARE(processed->pixel(2).reference, 0.0);
+    QVERIFY(!ImageData::fromAbsorption(0, 0, {})->isMap());
+}
+
+void ImagesTest::writesProcessedMapsByteForByte()
+{
+    TDData0 map;
+    map.dataId = QStringLiteral("a b ");
+    map.width = 2;
+    map.height = 1;
+    map.data = {1.5, -2};
+    map.valid = {true, false};
+    map.minVal = -2;
+    const LogCatcher log;
+    QVERIFY(map.write(m_files.path(QStringLiteral("m.tdd"))));
+    const QByteArray text =
+        "2dData-V0.0 HeaderSize: 512" + QByteArray(37, ' ') +
+        "\n"
+        "WIDTH: 2\nHEIGHT: 1\nDATA_ID: a b \n"
+        "DATA_STRUCTURE: Header of Size ( HeaderSize: ), Row Double Data Block of pixels "
+        "( WIDTH: * HEIGHT ), Row Bool Valid Flag Block of pixels ( WIDTH: * HEIGHT ) \n"
+        "SIZE_OF_DOUBLE: 8\nSIZE_OF_BOOL: 1\nMIN_VAL: -2\nMAX_VAL: -1e+300\nEND_OF_HEADER:\n";
+    QVERIFY(text.size() > 255);
+    QCOMPARE(m_files.read(QStringLiteral("m.tdd")), text + QByteArray(512 - text.size(), '\0') +
+                                                        rawBytes(map.data) + QByteArray("\1\0", 2));
+    QCOMPARE(log.lines(),
+             QStringList(QStringLiteral("2dData save: ") + m_files.path(QStringLiteral("m.tdd"))));
+    QVERIFY(!map.write(m_files.path(QStringLiteral("no/m.tdd"))));
+    map.data.resize(1); // would leave the file short
+    QVERIFY(!map.write(m_files.path(QStringLiteral("m.tdd"))));
+}
+
+/// A hand-made header of 256 bytes with the given lines for the size, then 2 pixels.
+QByteArray ImagesTest::processedMap(const QByteArray &size) const
+{
+    QByteArray bytes = "2dData-V0.0 HeaderSize: 256";
+    bytes = bytes.leftJustified(64) + "\n" + size + "DATA_ID: x  \"y\nMIN_VAL: 1.5\nMAX_VAL: z\n" +
+            "END_OF_HEADER:\nWIDTH: 77\n";
+    bytes = bytes.leftJustified(256, '\0');
+    return bytes + rawBytes(QVector<double>{1.5, 2.5}) + QByteArray("\0\7", 2);
+}
+
+void ImagesTest::readsProcessedMaps()
+{
+    TDData0 map;
+    QVERIFY(map.read(m_files.write(QStringLiteral("m"), processedMap("WIDTH: 1\nHEIGHT: 2\n"))));
+    QCOMPARE(map.width, 1);
+    QCOMPARE(map.height, 2);
+    QCOMPARE(map.dataId, QStringLiteral("x  \"y"));
+    QCOMPARE(map.minVal, 1.5);
+    QCOMPARE(map.maxVal, 0.0);
+    QCOMPARE(map.data, QVector<double>({1.5, 2.5}));
+    QCOMPARE(map.valid, QVector<bool>({false, true}));
+
+    A2DData data;
+    QVERIFY(data.loadMap(m_files.path(QStringLiteral("m"))));
+    QCOMPARE(textOfPixels(data), QStringLiteral("0 0 1.5 0; 0 1 2.5 0"));
+    QCOMPARE(data.map()->absorption(0, 1), 2.5);
+
+    // What it writes, it reads again, whatever the identifier holds.
+    map.dataId = QStringLiteral("two\nlines \"quoted ");
+    QVERIFY(map.write(m_files.path(QStringLiteral("again"))));
+    TDData0 again;
+    QVERIFY(again.read(m_files.path(QStringLiteral("again"))));
+    QCOMPARE(again.dataId, QStringLiteral("two lines \"quoted "));
+    QCOMPARE(again.data, map.data);
+    QCOMPARE(again.valid, map.valid);
+}
+
+void ImagesTest::shortProcessedMapsAreReadAsFarAsTheyGo()
+{
+    const QByteArray whole = processedMap("WIDTH: 2\nHEIGHT: 1\n");
+    const int header = 256;
+    for (int size = header; size <= whole.size(); ++size) {
+        TDData0 map;
+        QVERIFY(map.read(m_files.write(QStringLiteral("cut"), whole.left(size))));
+        const int numbers = qMin(2, (size - header) / 8);
+        QCOMPARE(map.data, QVector<double>({numbers > 0 ? 1.5 : 0.0, numbers > 1 ? 2.5 : 0.0}));
+        QCOMPARE(map.valid, QVector<bool>({false, size >= whole.size()}));
+    }
+}
+
+void ImagesTest::refusesProcessedMaps_data()
+{
+    QTest::addColumn<QByteArray>("bytes");
+    QTest::addColumn<int>("reason");
+
+    const auto row = [](const char *name, const QByteArray &bytes, ReadFailure reason) {
+        QTest::newRow(name) << bytes << static_cast<int>(reason);
+    };
+    const QByteArray good = processedMap("WIDTH: 2\nHEIGHT: 1\n");
+    row("empty", "", ReadFailure::NotProcessed);
+    row("text", "# 1306\n", ReadFailure::NotProcessed);
+    row("magic alone", "2dData", ReadFailure::NotProcessed);
+    row("header ends the line", good.left(24), ReadFailure::NotProcessed);
+    row("negative header", QByteArray(good).replace("Size: 256", "Size: -25"),
+        ReadFailure::NotProcessed);
+    row("huge header", QByteArray(good).replace("Size: 256", "Size: 2147483647"),
+        ReadFailure::NotProcessed);
+    row("no size", processedMap(""), ReadFailure::NoGrid);
+    row("negative size", processedMap("WIDTH: -2\nHEIGHT: -1\n"), ReadFailure::NoGrid);
+    row("2 GiB", processedMap("WIDTH: 16384\nHEIGHT: 16384\n"), ReadFailure::GridTooLarge);
+    row("overflow", processedMap("WIDTH: 2147483647\nHEIGHT: 2147483647\n"),
+        ReadFailure::GridTooLarge);
+    row("too much missing", processedMap("WIDTH: 4194307\nHEIGHT: 1\n"), ReadFailure::GridTooLarge);
+}
+
+void ImagesTest::refusesProcessedMaps()
+{
+    QFETCH(QByteArray, bytes);
+    const QString path = m_files.write(QStringLiteral("bad.tdd"), bytes);
+    TDData0 map;
+    map.width = 5;
+    const LogCatcher log;
+    QVERIFY(!map.read(path));
+    QTEST(static_cast<int>(map.readFailure()), "reason");
+    QCOMPARE(map.width, 5); // unchanged
+    if (map.readFailure() == ReadFailure::NotProcessed) {
+        QCOMPARE(log.lines(), QStringList(path + QStringLiteral(" is not a TDData0 file.")));
+    }
+    QVERIFY(log.lines().size() == 1);
+    const QString missing = m_files.path(QStringLiteral("missing"));
+    QVERIFY(!map.read(missing));
+    QCOMPARE(log.lines().mid(1),
+             QStringList({QStringLiteral("can't open ") + missing,
+                          missing + QStringLiteral(" is not a TDData0 file.")}));
+}
+
+void ImagesTest::regionIsCleared()
+{
+    TDData0 map;
+    QSignalSpy cleared(&map, &TDData0::regionCleared);
+    map.setRegion(QRectF());
+    map.setRegion(QRectF(1, 2, 3, 4));
+    QCOMPARE(map.region(), QRectF(1, 2, 3, 4));
+    QCOMPARE(cleared.count(), 0);
+    map.setRegion(QRectF());
+    QCOMPARE(cleared.count(), 1);
+}
+
+void ImagesTest::takesItems_data()
+{
+    QTest::addColumn<QString>("line");
+    QTest::addColumn<QString>("item");
+    QTest::addColumn<QString>("rest");
+    QTest::addColumn<QString>("faults"); // c: not closed, o: not opened
+
+    const auto row = [](const char *line, const char *item, const char *rest, const char *faults) {
+        QTest::newRow(line) << QString::fromLatin1(line) << QString::fromLatin1(item)
+                            << QString::fromLatin1(rest) << QString::fromLatin1(faults);
+    };
+    row("", "", "", "");
+    row(" \t ", "", "", "");
+    row("  a\tb", "a", "\tb", "");
+    row("a", "a", "", "");
+    row("\"x y\" z", "x y", " z", "");
+    row("\"\"", "", "", "");
+    row("\"x\"z", "x", "z", "");
+    row("\"open end", "open", " end", "co");
+    row("\"open", "open", "", "co");
+    row("\"", "", "", "co");
+    row("closed\"", "closed\"", "", "o");
+    row("closed\" b", "closed\"", " b", "");
+    row("a b\"", "a", " b\"", "");
+}
+
+void ImagesTest::takesItems()
+{
+    QFETCH(QString, line);
+    QFETCH(QString, faults);
+    const LogCatcher log;
+    QString item = QStringLiteral("before");
+    QTEST(takeItem(line, item), "rest");
+    QTEST(item, "item");
+    QStringList expected;
+    for (const QChar fault : faults) {
+        expected << QStringLiteral("In a line [%1] item is started from %2")
+                        .arg(line, fault == QLatin1Char('c')
+                                       ? QStringLiteral("quote but not ended by quote")
+                                       : QStringLiteral("not quote but ended by quote"));
+    }
+    QCOMPARE(log.lines(), expected);
+}
+
+void ImagesTest::quotes()
+{
+    QCOMPARE(csvQuote(QStringLiteral("a b")), QStringLiteral("a b"));
+    QCOMPARE(csvQuote(QStringLiteral("a,b")), QStringLiteral("\"a,b\""));
+    QCOMPARE(csvQuote(QStringLiteral("\"")), QStringLiteral("\"\"\"\""));
+    QCOMPARE(joinQuoted({QStringLiteral("a"), QStringLiteral("b  c")}),
+             QStringLiteral("\"a\" \"b c\""));
+    QCOMPARE(joinQuoted({}), QString());
+    QCOMPARE(unescapeQuotes(QStringLiteral("\\\"a\\b\\\"")), QStringLiteral("\"a\\b\""));
+}
+
+void ImagesTest::tellsNumberTexts_data()
+{
+    QTest::addColumn<bool>("expected");
+    for (const char *text : {"0", " -12.5 ", "+.5", "7.", "1.2.3", "\xD9\xA3"}) { // Arabic 3
+        QTest::newRow(text) << true;
+    }
+    for (const char *text : {"", " ", "-", ".", "1e5", "1,5", "--1", "1 2", "0x1", "nan"}) {
+        QTest::newRow(text) << false;
+    }
+}
+
+void ImagesTest::tellsNumberTexts()
+{
+    QTEST(isNumberText(QString::fromUtf8(QTest::currentDataTag())), "expected");
+}
+
+QTEST_GUILESS_MAIN(ImagesTest)
+#include "tst_images.moc"

@@ -1,0 +1,371 @@
+#include "spectra/AMutE.h"
+#include "tests/LogCatcher.h"
+#include "tests/TestFiles.h"
+
+#include <QtTest>
+
+#include <cmath>
+
+using orvel::ReadFailure;
+
+namespace {
+
+constexpr double kPi = 3.1415926535; // the readers' own, ten digits
+
+double energyAt(double angleDeg, double d)
+{
+    return 12398.424360387684 / (2 * d * std::sin(angleDeg * kPi / 180));
+}
+
+AMutE spectrumOf(const QVector<QPair<double, double>> &points)
+{
+    QVector<MutPoint> converted;
+    for (const auto &p : points) {
+        converted.append({0.0, p.first, p.second});
+    }
+    AMutE spectrum;
+    spectrum.setPoints(converted);
+    return spectrum;
+}
+
+bool close(double a, double b, double tolerance)
+{
+    return std::fabs(a - b) <= tolerance;
+}
+
+} // namespace
+
+class SpectraTest : public QObject {
+    Q_OBJECT
+
+private slots:
+    void reads_data();
+    void reads();
+    void failedReadsEmptyTheSpectrum();
+    void missingFilesChangeNothing();
+    void readingFitsTheLines();
+    void tellsAnglesOfColumns();
+    void findsIntervals_data();
+    void findsIntervals();
+    void normalizes();
+    void interpolates();
+    void subtractsLineAtAnEnergy();
+    void findsEdges_data();
+    void findsEdges();
+    void fitsVictoreenLinesExactly();
+    void rangeTakesBothEnds();
+
+private:
+    TestFiles m_files;
+};
+
+using Points = QVector<QPair<double, double>>; // energy, mu
+Q_DECLARE_METATYPE(Points)
+
+void SpectraTest::reads_data()
+{
+    QTest::addColumn<QByteArray>("bytes");
+    QTest::addColumn<Points>("expected"); // none: the read fails
+
+    const Points two = {{8000, 0.5}, {8001, 0.75}};
+    QTest::newRow("columns") << QByteArray("# e mu\n8000 0.5\n8001 0.75\n") << two;
+    QTest::newRow("returns, tabs, blanks, no end")
+        << QByteArray("  # comment 1 2\r\n\t8000\t 0.5 \r\n8001 0.75 9 9") << two;
+    QTest::newRow("end-of-file character") << QByteArray("8000 0.5\n8001 0.75\n\x1A\n") << two;
+    QTest::newRow("byte-order mark") << QByteArray("\xEF\xBB\xBF"
+                                                   "8000 0.5\n8001 0.75\n")
+                                     << two;
+    QTest::newRow("single numbers are skipped") << QByteArray("1\n8000 0.5\n8001 0.75\n2\n") << two;
+    QTest::newRow("bad numbers are 0")
+        << QByteArray("8000 x\n1,5 2\n0x10 1e400\n") << Points{{8000, 0}, {0, 2}, {0, qInf()}};
+    QTest::newRow("only comments") << QByteArray("# 1 2\n\n") << Points();
+    QTest::newRow("binary") << QByteArray("\0\1\2\xFF\xFE\n\0", 7) << Points();
+
+    // 9809: modes and data by item number; mode 1 is I0, 2 transmission, 3 fluorescence.
+    const double e1 = energyAt(14.0, 3.1355316);
+    const double e2 = energyAt(13.5, 3.1355316);
+    const QByteArray transmission = "9809 some beamline\n"
+                                    "Mono : SI(111)  D=  3.1355316 A\n"
+                                    " Mode 0 0 1 2\n"
+                                    " Offset 0 0 10.5 11.5\n";
+    const QByteArray data = " 9 14.0 1.00 2.718281828459045 1\n 9 13.5 1 8 2\n";
+    const Points measured = {{e1, 1.0}, {e2, std::log(4.0)}};
+    QTest::newRow("9809") << transmission + data << measured;
+    QTest::newRow("9809 behind blanks, Shift-JIS, returns")
+        << QByteArray("\t  " + transmission + data)
+               .replace("some", "\x8E\x8B")
+               .replace("\n", "\r\n")
+        << measured;
+    QTest::newRow("9809 behind a mark")
+        << QByteArray("\xEF\xBB\xBF") + transmission + data << measured;
+    QTest::newRow("98097 is 9809 too")
+        << QByteArray("98097\n") + transmission.mid(5) + data << measured;
+    QTest::newRow("short data lines are skipped") << transmission + " 9 14.0 1 2\n" + data + "\n"
+                                                  << measured;
+    QTest::newRow("no Offset line")
+        << QByteArray(transmission).replace("Offset", "offset") + data << Points();
+    QTest::newRow("no data") << transmission << Points();
+    QTest::newRow("fluorescence, I0 in item 4")
+        << QByteArray("9809\nMode 0 0 0 1 3 3\nOffset\n9 14.0 1 5 4 6 10\n")
+        << Points{{e1, 4.0}}; // (6 + 10) / 4
+    QTest::newRow("first transmission column wins")
+        << QByteArray("9809\nMode 0 0 1 2 2\nOffset\n9 14 1 8 2 4\n")
+        << Points{{e1, std::log(4.0)}};
+    QTest::newRow("first kind stays, later Mode line moves the columns")
+        << QByteArray("9809\nMode 0 0 1 2\nMode 0 0 3 2 1\nOffset\n9 14 1 7 2 8\n")
+        << Points{{e1, std::log(4.0)}};
+    QTest::newRow("last I0 wins") << QByteArray("9809\nMode 0 0 1 1 2\nOffset\n9 14 1 7 8 2\n")
+                                  << Points{{e1, std::log(4.0)}};
+    QTest::newRow("no I0 column") << QByteArray("9809\nMode 0 0 0 2\nOffset\n9 14 1 7 8 2\n")
+                                  << Points{{e1, 0}};
+    QTest::newRow("no measured column")
+        << QByteArray("9809\nMode 0 0 1 0\nOffset\n9 14 1 7 8 2\n") << Points{{e1, 0}};
+    QTest::newRow("a missing item is 0")
+        << QByteArray("9809\nMode 0 0 1 0 0 2\nOffset\n9 14 1 7 8\n") << Points{{e1, qInf()}};
+    QTest::newRow("D= holds from its line on")
+        << QByteArray("9809\nMode 0 0 1 2\nOffset\n9 14 1 4 1\nD= 2.5\n9 14 1 4 1\n")
+        << Points{{e1, std::log(4.0)}, {energyAt(14.0, 2.5), std::log(4.0)}};
+}
+
+void SpectraTest::reads()
+{
+    QFETCH(QByteArray, bytes);
+    QFETCH(Points, expected);
+    AMutE spectrum;
+    QCOMPARE(spectrum.readFile(m_files.write(QStringLiteral("s.dat"), bytes)), !expected.isEmpty());
+    QCOMPARE(spectrum.isValid(), !expected.isEmpty());
+    QCOMPARE(spectrum.points().size(), expected.size());
+    for (int i = 0; i < expected.size(); ++i) {
+        // The conversions may be ordered otherwise: a few last bits of about 8000.
+        QVERIFY(close(spectrum.points()[i].energyEv, expected[i].first, 1e-11));
+        const double mut = spectrum.points()[i].mut;
+        QVERIFY(mut == expected[i].second || close(mut, expected[i].second, 1e-14));
+    }
+    QCOMPARE(spectrum.fileName(), QStringLiteral("s.dat"));
+}
+
+void SpectraTest::failedReadsEmptyTheSpectrum()
+{
+    const QString good = m_files.write(QStringLiteral("good"), "1 2\n3 4\n");
+    const QString none = m_files.write(QStringLiteral("none"), "#\n");
+    const QString scan = m_files.write(QStringLiteral("scan"), "9809\n1 2 3 4 5\n");
+    const QString endless = m_files.write(QStringLiteral("endless"), QByteArray(2 << 20, '7'));
+    const QVector<QPair<QString, ReadFailure>> bad = {{none, ReadFailure::NoPoint},
+                                                      {scan, ReadFailure::NoDataMark},
+                                                      {endless, ReadFailure::LineTooLong}};
+    for (const auto &file : bad) {
+        AMutE spectrum;
+        QVERIFY(spectrum.readFile(good));
+        QCOMPARE(spectrum.minE(), 1.0);
+        QCOMPARE(spectrum.maxMu(), 4.0);
+        const LogCatcher log;
+        QVERIFY(!spectrum.readFile(file.first));
+        QCOMPARE(spectrum.readFailure(), file.second);
+        QVERIFY(!spectrum.isValid());
+        QVERIFY(spectrum.points().isEmpty());
+        QCOMPARE(spectrum.minE(), 1e300);
+        QCOMPARE(spectrum.maxMu(), -1e300);
+        QCOMPARE(spectrum.filePath(), file.first);
+        QCOMPARE(log.lines(), QStringList());
+    }
+}
+
+void SpectraTest::missingFilesChangeNothing()
+{
+    AMutE spectrum = spectrumOf({{1, 2}, {3, 4}});
+    for (const QString &path : {m_files.path(QStringLiteral("no")), m_files.path(QString())}) {
+        const LogCatcher log;
+        QVERIFY(!spectrum.readFile(path));
+        QCOMPARE(log.lines(), QStringList());
+        QCOMPARE(spectrum.points().size(), 2);
+        QVERIFY(spectrum.isValid());
+        QCOMPARE(spectrum.filePath(), QString());
+        // The layout readers themselves say what they cannot open.
+        QVERIFY(!AMutE().is9809(path));
+        AMutE other;
+        QVERIFY(!other.read9809(path));
+        QVERIFY(!other.readColumns(path));
+        const QString line = QStringLiteral("Can't open a XAFS file ") + path;
+        QCOMPARE(log.lines(), QStringList({line, line, line}));
+    }
+}
+
+void SpectraTest::readingFitsTheLines()
+{
+    // Flat 0.25 before the default 8000 eV, flat 2 behind the default 8500 eV.
+    QByteArray bytes;
+    for (int e = 7000; e <= 9500; e += 50) {
+        bytes += QByteArray::number(e) + (e < 8200 ? " 0.25\n" : " 2\n");
+    }
+    AMutE spectrum;
+    QVERIFY(spectrum.readFile(m_files.write(QStringLiteral("step"), bytes)));
+    // Normal equations of three nearly collinear terms lose about half of the digits.
+    QVERIFY(close(spectrum.pre(7777), 0.25, 1e-8));
+    QVERIFY(close(spectrum.post(9000), 2.0, 1e-8));
+}
+
+void SpectraTest::tellsAnglesOfColumns()
+{
+    AMutE spectrum;
+    QVERIFY(spectrum.readFile(m_files.write(QStringLiteral("angle"), "8333 1\n")));
+    const double energyEv =
+        12398.424360387684 / (6.2710632 * std::sin(spectrum.points()[0].angleDeg * kPi / 180));
+    QVERIFY(close(energyEv, 8333, 1e-6));
+}
+
+void SpectraTest::findsIntervals_data()
+{
+    QTest::addColumn<Points>("points");
+    QTest::addColumn<double>("energy");
+    QTest::addColumn<int>("expected");
+
+    const Points rising = {{10, 0}, {20, 0}, {30, 0}, {30, 0}, {40, 0}};
+    const Points mixed = {{10, 0}, {30, 0}, {20, 0}, {50, 0}};
+    QTest::newRow("none") << Points() << 1.0 << 0;
+    QTest::newRow("one") << Points{{10, 1}} << 99.0 << 0;
+    QTest::newRow("below") << rising << 9.0 << 0;
+    QTest::newRow("first point") << rising << 10.0 << 0;
+    QTest::newRow("inside") << rising << 25.0 << 1;
+    QTest::newRow("at a point: ends there") << rising << 20.0 << 0;
+    QTest::newRow("at a doubled point") << rising << 30.0 << 1;
+    QTest::newRow("last point") << rising << 40.0 << 3;
+    QTest::newRow("above") << rising << 41.0 << 3;
+    QTest::newRow("not-a-number") << rising << qQNaN() << 0;
+    QTest::newRow("unsorted: the first that holds it") << mixed << 25.0 << 0;
+    QTest::newRow("unsorted, above all but the last") << mixed << 45.0 << 2;
+    QTest::newRow("unsorted, at the top") << mixed << 50.0 << 2;
+}
+
+void SpectraTest::findsIntervals()
+{
+    QFETCH(Points, points);
+    QFETCH(double, energy);
+    AMutE spectrum = spectrumOf(points);
+    QTEST(spectrum.indexAt(energy), "expected");
+    spectrum.setDE(5.0);
+    QTEST(spectrum.indexAt(energy - 5.0), "expected");
+}
+
+void SpectraTest::normalizes()
+{
+    // Pre-edge line 0.25 below 100 eV, post-edge line 2 above 200 eV, from three points each.
+    AMutE spectrum =
+        spectrumOf({{50, .25}, {70, .25}, {90, .25}, {150, 1.5}, {250, 2}, {300, 2}, {400, 2}});
+    spectrum.setEdge(100, 140, 200);
+    spectrum.fitVictoreens();
+    const double expected[] = {1.5, 1.25, -0.5, 1.25 / 1.75, 1.25 / 1.75, 0.0};
+    for (int mode = 0; mode <= 5; ++mode) {
+        QVERIFY(close(spectrum.valueAt(mode, 3), expected[mode], 1e-6));
+        QCOMPARE(spectrum.valueAtOrZero(mode, 3), spectrum.valueAt(mode, 3));
+        QCOMPARE(spectrum.valueAtOrZero(mode, 7), 0.0);
+        QCOMPARE(spectrum.valueAtOrZero(mode, -1), 0.0);
+    }
+    QVERIFY(close(spectrum.edgeJump(), 1.75, 1e-6));
+    QCOMPARE(spectrum.valueAt(-1, 3), 0.0);
+}
+
+void SpectraTest::interpolates()
+{
+    AMutE spectrum = spectrumOf({{10, 1}, {20, 3}, {40, 4}});
+    QCOMPARE(spectrum.valueAtE(0, 15), 2.0);
+    QCOMPARE(spectrum.valueAtE(0, 20), 3.0);
+    QCOMPARE(spectrum.valueAtE(0, 30), 3.5);
+    QCOMPARE(spectrum.valueAtE(0, 5), 0.0);  // from the first interval
+    QCOMPARE(spectrum.valueAtE(0, 60), 5.0); // from the last
+    QCOMPARE(spectrum.valueAtE(9, 15), 0.0);
+    spectrum.setDE(5.0); // the point read at 15 eV counts as 10 eV
+    QCOMPARE(spectrum.valueAtE(0, 10), 2.0);
+    QCOMPARE(spectrumOf({{10, 1}}).valueAtE(0, 10), 0.0);
+    QCOMPARE(AMutE().valueAtE(0, 10), 0.0);
+}
+
+void SpectraTest::subtractsLineAtAnEnergy()
+{
+    // Lines as in normalizes(): 0.25 and 2.
+    AMutE spectrum =
+        spectrumOf({{50, .25}, {70, .25}, {90, .25}, {150, 1.5}, {250, 2}, {300, 2}, {400, 2}});
+    spectrum.setEdge(100, 140, 200);
+    spectrum.fitVictoreens();
+    double value = -7;
+    QVERIFY(spectrum.valueMinusLine(120, false, value));
+    QVERIFY(close(value, 0.875 - 0.25, 1e-6)); // halfway between 90 and 150 eV
+    QVERIFY(spectrum.valueMinusLine(120, true, value));
+    QVERIFY(close(value, 0.875 - 2, 1e-6));
+    QVERIFY(spectrum.valueMinusLine(400, false, value));
+    QVERIFY(close(value, 1.75, 1e-6));
+    QVERIFY(spectrum.valueMinusLine(25, false, value)); // from (0, 0) to (50, 0.25)
+    QVERIFY(close(value, 0.125 - 0.25, 1e-6));
+    value = -7;
+    QVERIFY(!spectrum.valueMinusLine(400.1, false, value));
+    QVERIFY(!AMutE().valueMinusLine(1, false, value));
+    QCOMPARE(value, -7.0);
+}
+
+void SpectraTest::findsEdges_data()
+{
+    QTest::addColumn<Points>("points");
+    QTest::addColumn<double>("expected");
+
+    QTest::newRow("step") << Points{{8970, 0}, {8979, 0}, {8981, 1}, {8990, 1}} << 8980.0;
+    QTest::newRow("raw step, not slope") << Points{{10, 0}, {11, 1}, {21, 3}} << 16.0;
+    QTest::newRow("ties keep the first") << Points{{10, 0}, {20, 1}, {30, 2}} << 15.0;
+    QTest::newRow("falling by 1 and more") << Points{{10, 3}, {20, 2}, {30, 0}} << 5.0;
+    QTest::newRow("one point") << Points{{10, 3}} << 5.0;
+    QTest::newRow("none") << Points() << 0.0;
+}
+
+void SpectraTest::findsEdges()
+{
+    QFETCH(Points, points);
+    QTEST(spectrumOf(points).findEdge(), "expected");
+}
+
+void SpectraTest::fitsVictoreenLinesExactly()
+{
+    // Points on one Victoreen line before and another behind; those at the bounds belong to none.
+    const double shift = 5.0;
+    const auto line = [](double e, double a, double b, double c) {
+        const double lambda = 12398.424360387684 / e;
+        return a + b * std::pow(lambda, 3) + c * std::pow(lambda, 4);
+    };
+    Points points;
+    for (int e = 7000; e <= 10000; e += 100) {
+        const double value = e < 8300    ? line(e, 0.1, 0.2, -0.03)
+                             : e == 8300 ? 99.0
+                                         : line(e, 0.5, 0.3, 0.01);
+        points.append({e + shift, value});
+    }
+    AMutE spectrum = spectrumOf(points);
+    spectrum.setDE(shift);
+    spectrum.setEdge(8300, 8350, 8300);
+    spectrum.fitVictoreens();
+    // Condition of the normal equations is about 1e9: coefficients to 1e-6, lines far better.
+    QVERIFY(close(spectrum.preLine().b, 0.2, 1e-5));
+    QVERIFY(close(spectrum.postLine().c, 0.01, 1e-5));
+    QVERIFY(close(spectrum.pre(7450), line(7450, 0.1, 0.2, -0.03), 1e-9));
+    QVERIFY(close(spectrum.post(9450), line(9450, 0.5, 0.3, 0.01), 1e-9));
+    QVERIFY(
+        close(spectrum.edgeJump(), line(8350, 0.5, 0.3, 0.01) - line(8350, 0.1, 0.2, -0.03), 1e-8));
+
+    spectrum.setEdge(0, 8350, 1e6); // nothing in either range
+    spectrum.fitVictoreens();
+    QVERIFY(!std::isfinite(spectrum.pre(8000)));
+    AMutE empty;
+    empty.fitVictoreens();
+    QCOMPARE(empty.pre(8000), 0.0);
+}
+
+void SpectraTest::rangeTakesBothEnds()
+{
+    const AMutE spectrum = spectrumOf({{10, 5}, {20, 1}, {30, 7}, {40, -3}});
+    double min = 2;
+    double max = 2;
+    spectrum.rangeOf(0, 20, 30, min, max);
+    QCOMPARE(min, 1.0);
+    QCOMPARE(max, 7.0);
+    spectrum.rangeOf(0, 41, 50, min, max);
+    QCOMPARE(max, 7.0);
+}
+
+QTEST_GUILESS_MAIN(SpectraTest)
+#include "tst_spectra.moc"

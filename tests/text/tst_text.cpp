@@ -1,0 +1,193 @@
+#include "tests/TestFiles.h"
+#include "text/NumberText.h"
+#include "text/OutputFile.h"
+#include "text/TextFile.h"
+
+#include <QtTest>
+
+#include <cmath>
+#include <csignal>
+#include <cstring>
+#include <random>
+#include <thread>
+
+#include <sys/resource.h>
+#include <sys/stat.h>
+
+using namespace orvel;
+
+class TextTest : public QObject {
+    Q_OBJECT
+
+private slots:
+    void generalTextIsTheToolkits();
+    void lines_data();
+    void lines();
+    void refusesWhatIsNoFile();
+    void refusesEndlessLines();
+    void outputReplacesOnlyWhenWhole();
+    void outputKeepsTheOldFileOnAFullDisk();
+    void outputWritesIntoPipes();
+    void outputRefusesFolders();
+
+private:
+    TestFiles m_files;
+};
+
+void TextTest::generalTextIsTheToolkits()
+{
+    const auto text = [](double value) {
+        char out[kGeneralTextSize];
+        return QString::fromLatin1(out, writeGeneral(value, out));
+    };
+    QCOMPARE(text(-0.0), QStringLiteral("0"));
+    QCOMPARE(text(-qQNaN()), QStringLiteral("nan"));
+    QCOMPARE(text(-qInf()), QStringLiteral("-inf"));
+    QCOMPARE(text(100000), QStringLiteral("100000"));
+    QCOMPARE(text(2215.625), QStringLiteral("2215.63")); // a tie, away from zero
+    QCOMPARE(text(-1.234565e-308).size() <= kGeneralTextSize, true);
+
+    std::mt19937_64 random(7);
+    for (int i = 0; i < 200000; ++i) {
+        const quint64 bits = random();
+        double value = 0.0;
+        if (i % 2 == 0) {
+            std::memcpy(&value, &bits, sizeof value); // any magnitude
+        } else {
+            value = static_cast<double>(static_cast<qint64>(bits) % 2000001) / 1024.0; // ties
+        }
+        QCOMPARE(text(value), QString::number(value, 'g', 6));
+    }
+}
+
+void TextTest::lines_data()
+{
+    QTest::addColumn<QByteArray>("bytes");
+    QTest::addColumn<QStringList>("expected");
+
+    const QStringList two = {QStringLiteral("1 2"), QStringLiteral("3")};
+    QTest::newRow("line feeds") << QByteArray("1 2\n3\n") << two;
+    QTest::newRow("no end at the end") << QByteArray("1 2\n3") << two;
+    QTest::newRow("carriage returns") << QByteArray("1 2\r\n3\r\n") << two;
+    QTest::newRow("doubled returns") << QByteArray("1 2\r\r\n\r3\r\n") << two;
+    QTest::newRow("UTF-8 mark") << QByteArray("\xEF\xBB\xBF"
+                                              "1 2\n3\n")
+                                << two;
+    QTest::newRow("UTF-16 mark") << QByteArray("\xFF\xFE"
+                                               "1\0 \0"
+                                               "2\0\n\0"
+                                               "3\0\n\0",
+                                               12)
+                                 << two;
+    QTest::newRow("empty lines") << QByteArray("\n\nx\n")
+                                 << QStringList{QString(), QString(), QStringLiteral("x")};
+    QTest::newRow("Shift-JIS") << QByteArray("\x94\x5A x\n") // undecodable, decodable, blank, x
+                               << QStringList{QString::fromUtf8("\uFFFDZ x")};
+    QTest::newRow("empty file") << QByteArray() << QStringList();
+}
+
+void TextTest::lines()
+{
+    QFETCH(QByteArray, bytes);
+    TextFile file(m_files.write(QStringLiteral("lines.txt"), bytes));
+    QVERIFY(file.open());
+    QStringList lines;
+    QString line;
+    while (file.readLine(line)) {
+        lines.append(line);
+    }
+    QTEST(lines, "expected");
+    QCOMPARE(file.failure(), ReadFailure::None);
+}
+
+void TextTest::refusesWhatIsNoFile()
+{
+    const QString pipe = m_files.path(QStringLiteral("pipe"));
+    QCOMPARE(mkfifo(pipe.toLocal8Bit().constData(), 0600), 0);
+    for (const QString &path : {pipe, m_files.path(QString()), m_files.path(QStringLiteral("no")),
+                                QStringLiteral("/dev/zero")}) {
+        TextFile file(path);
+        QVERIFY(!file.open());
+        QCOMPARE(file.failure(), ReadFailure::NotARegularFile);
+    }
+}
+
+void TextTest::refusesEndlessLines()
+{
+    TextFile file(m_files.write(QStringLiteral("long"), "a\n" + QByteArray(3 << 20, 'x') + "\nb"));
+    QVERIFY(file.open());
+    QString line;
+    QVERIFY(file.readLine(line));
+    QVERIFY(!file.readLine(line));
+    QCOMPARE(file.failure(), ReadFailure::LineTooLong);
+    QVERIFY(!file.readLine(line));
+}
+
+void TextTest::outputReplacesOnlyWhenWhole()
+{
+    const QString path = m_files.write(QStringLiteral("out"), "old");
+    const QByteArray large(1000001, 'n'); // several blocks and a rest
+    {
+        OutputFile abandoned(path);
+        QVERIFY(abandoned.open());
+        abandoned.write(large);
+    }
+    QCOMPARE(m_files.read(QStringLiteral("out")), QByteArray("old"));
+    OutputFile file(path);
+    QVERIFY(file.open());
+    file.write(large);
+    file.write("end");
+    QVERIFY(file.commit());
+    QCOMPARE(m_files.read(QStringLiteral("out")), large + "end");
+}
+
+void TextTest::outputKeepsTheOldFileOnAFullDisk()
+{
+    const QString path = m_files.write(QStringLiteral("full"), "old");
+    rlimit before;
+    getrlimit(RLIMIT_FSIZE, &before);
+    const auto handler = std::signal(SIGXFSZ, SIG_IGN);
+    const rlimit small = {4096, before.rlim_max};
+    setrlimit(RLIMIT_FSIZE, &small);
+    OutputFile file(path);
+    const bool opened = file.open();
+    file.write(QByteArray(300000, 'x'));
+    const bool committed = file.commit();
+    setrlimit(RLIMIT_FSIZE, &before);
+    std::signal(SIGXFSZ, handler);
+    QVERIFY(opened);
+    QVERIFY(!committed);
+    QCOMPARE(m_files.read(QStringLiteral("full")), QByteArray("old"));
+}
+
+void TextTest::outputWritesIntoPipes()
+{
+    const QString path = m_files.path(QStringLiteral("out.pipe"));
+    QCOMPARE(mkfifo(path.toLocal8Bit().constData(), 0600), 0);
+    QByteArray received;
+    std::thread reader([&] {
+        QFile file(path);
+        if (file.open(QIODevice::ReadOnly | QIODevice::Unbuffered)) {
+            for (QByteArray part = file.read(4096); !part.isEmpty(); part = file.read(4096)) {
+                received += part;
+            }
+        }
+    });
+    {
+        OutputFile file(path);
+        QVERIFY(file.open());
+        file.write("through");
+        QVERIFY(file.commit());
+    }
+    reader.join();
+    QCOMPARE(received, QByteArray("through"));
+}
+
+void TextTest::outputRefusesFolders()
+{
+    QVERIFY(!OutputFile(m_files.path(QString())).open());
+    QVERIFY(!OutputFile(m_files.path(QStringLiteral("no/folder/file"))).open());
+}
+
+QTEST_GUILESS_MAIN(TextTest)
+#include "tst_text.moc"
