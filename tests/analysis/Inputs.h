@@ -1,0 +1,90 @@
+#pragma once
+
+#include "analysis/AnalysisInput.h"
+#include "analysis/Calculations.h"
+
+#include <QStringList>
+
+#include <cmath>
+#include <functional>
+
+// Inputs whose answers can be worked out by hand.
+
+namespace inputs {
+
+/// Energies below 100 eV are before the edge, above 200 eV behind it.
+inline AMutE withLines(AMutE spectrum)
+{
+    spectrum.setEdge(100, 150, 200);
+    spectrum.fitVictoreens();
+    return spectrum;
+}
+
+/// A spectrum that is 0 before the edge (its pre-edge line is exactly 0) and flat at `jump` behind
+/// it (its edge jump is that to 1e-8, as normal equations go), with free points in between.
+inline AMutE flatSpectrum(double jump, const QVector<QPair<double, double>> &between = {})
+{
+    QVector<MutPoint> points = {{0, 40, 0}, {0, 60, 0}, {0, 80, 0}};
+    for (const auto &p : between) {
+        points.append({0, p.first, p.second});
+    }
+    for (const double energyEv : {210.0, 300.0, 420.0, 600.0}) {
+        points.append({0, energyEv, jump});
+    }
+    AMutE spectrum;
+    spectrum.setPoints(points);
+    return withLines(spectrum);
+}
+
+inline orvel::ReferenceInput reference(int row, double valence, const AMutE &spectrum)
+{
+    orvel::ReferenceInput input;
+    input.row = row;
+    input.use = true;
+    input.spectrum = spectrum;
+    input.valence = valence;
+    return input;
+}
+
+inline orvel::EnergyPointInput point(int row, double energyEv)
+{
+    orvel::EnergyPointInput input;
+    input.row = row;
+    input.use = true;
+    input.energyEv = energyEv;
+    return input;
+}
+
+inline std::shared_ptr<const orvel::ImageData> image(int width, int height,
+                                                     std::vector<double> absorption)
+{
+    return orvel::ImageData::fromAbsorption(width, height, std::move(absorption));
+}
+
+/// Relative or absolute closeness, whichever is wider; equal infinities are close.
+inline bool close(double found, double expected, double tolerance)
+{
+    return found == expected ||
+           std::fabs(found - expected) <= tolerance * (1 + std::fabs(expected));
+}
+
+/// English texts of lines as the box would show them.
+inline QStringList texts(const std::vector<orvel::Line> &lines)
+{
+    QStringList all;
+    for (const orvel::Line &line : lines) {
+        QString text;
+        for (const orvel::Message &part : line.parts) {
+            QString piece =
+                part.source != nullptr ? QString::fromLatin1(part.source) : QStringLiteral("%1");
+            for (const QString &argument : part.arguments) {
+                piece = piece.arg(argument);
+            }
+            text += piece;
+        }
+        all << text;
+    }
+    return all;
+}
+
+} // namespace inputs

@@ -1,0 +1,560 @@
+#include "analysis/Calculations.h"
+#include "analysis/NonEquiv.h"
+#include "analysis/RowValues.h"
+#include "tests/analysis/Inputs.h"
+
+#include <QtTest>
+
+#include <random>
+
+using namespace orvel;
+using inputs::close;
+using inputs::flatSpectrum;
+
+namespace {
+
+/// A curve that obeys the four-points model: references alike but for their thickness at the
+/// points other than V.
+struct FourPointsCase {
+    double jumpA = 0.8;
+    double jumpB = 1.0;
+    double a = 0.3;
+    double g = 2.5;
+    double m = 0.05;
+    double k = -0.0002;
+
+    double r() const { return jumpA / jumpB; }
+    /// The curve from the references' values and the energy.
+    double curve(double refA, double refB, double e) const
+    {
+        const double u = g / (r() + 1);
+        const double w = r() * u;
+        return a * refA / w + (1 - a) * refB / u + m + k * e;
+    }
+
+    /// Points at 110, 120, ... eV, V being number v; the target's values in the rows' fields.
+    AnalysisInput input(int n, int v) const
+    {
+        AnalysisInput input;
+        input.references = {inputs::reference(1, 2.0, flatSpectrum(jumpA)),
+                            inputs::reference(3, 3.0, flatSpectrum(jumpB))};
+        for (int i = 0; i < n; ++i) {
+            EnergyPointInput point = inputs::point(i, 110 + 10 * i);
+            const double refB = 0.1 + 0.9 * std::sin(i + 1.0) + 0.02 * i * i; // anything but a line
+            point.referenceMu[3] = refB;
+            point.referenceMu[1] = i == v ? 0.4 : r() * refB;
+            point.targetMu = curve(point.referenceMu[1], refB, point.energyEv);
+            point.vPoint = i == v;
+            input.points.push_back(point);
+        }
+        input.target = flatSpectrum(1);
+        return input;
+    }
+};
+
+double textNumber(const Line &line, int argument)
+{
+    return line.parts[0].arguments[argument].toDouble();
+}
+
+/// References with values R_i(E) at the points of a non-equivalent fit, zero pre-edge lines and
+/// jumps J_i; free energies between 100 and 200 eV.
+struct Mixture {
+    std::vector<double> energies = {105, 118, 131, 144, 157, 170, 183, 196};
+    std::vector<double> jumps = {1.0, 0.7, 1.3};
+    std::vector<double> valences = {0, 2, 3.5};
+    std::vector<double> x = {0.4, 0.5, 0.3};
+
+    static double shape(size_t reference, double e)
+    {
+        const double centre = 130 + 15 * static_cast<double>(reference);
+        return 1 / (1 + std::exp(-(e - centre) / 5)) +
+               0.4 * std::exp(-std::pow((e - centre) / 8, 2));
+    }
+    static double background(bool victoreen, double e)
+    {
+        const double lambda = 12398.424360387684 / e; // about 100 at these low energies
+        return victoreen ? 0.3 + 1e-7 * std::pow(lambda, 3) - 2e-10 * std::pow(lambda, 4)
+                         : 0.3 - 0.001 * e;
+    }
+    double curve(bool victoreen, double e) const
+    {
+        double sum = background(victoreen, e);
+        for (size_t i = 0; i < x.size(); ++i) {
+            sum += x[i] * jumps[i] * shape(i, e);
+        }
+        return sum;
+    }
+    double total() const
+    {
+        double sum = 0;
+        for (size_t i = 0; i < x.size(); ++i) {
+            sum += jumps[i] * x[i];
+        }
+        return sum;
+    }
+    double valence() const
+    {
+        double sum = 0;
+        for (size_t i = 0; i < x.size(); ++i) {
+            sum += jumps[i] * x[i] / total() * valences[i];
+        }
+        return sum;
+    }
+
+    /// References in rows 0, 2 and 3; row 1 is loaded but not used.
+    AnalysisInput input(bool victoreen) const
+    {
+        AnalysisInput input;
+        input.method.nonEquiv = true;
+        input.method.linearBackground = !victoreen;
+        const int rows[] = {0, 2, 3};
+        for (size_t i = 0; i < x.size(); ++i) {
+            QVector<QPair<double, double>> points;
+            for (const double e : energies) {
+                points.append({e, jumps[i] * shape(i, e)});
+            }
+            input.references.push_back(
+                inputs::reference(rows[i], valences[i], flatSpectrum(jumps[i], points)));
+        }
+        input.references.insert(input.references.begin() + 1,
+                                inputs::reference(1, 9.0, flatSpectrum(2)));
+        input.references[1].use = false;
+        QVector<QPair<double, double>> target;
+        for (size_t i = 0; i < energies.size(); ++i) {
+            EnergyPointInput point = inputs::point(static_cast<int>(i), energies[i]);
+            point.vPoint = i == 4;
+            input.points.push_back(point);
+            target.append({energies[i], curve(victoreen, energies[i])});
+        }
+        input.target = flatSpectrum(1, target);
+        return input;
+    }
+};
+
+} // namespace
+
+class MethodsTest : public QObject {
+    Q_OBJECT
+
+private slots:
+    void threePointsByHand();
+    void fourPointsFindTheMixture_data();
+    void fourPointsFindTheMixture();
+    void leastSquaresMinimises();
+    void fourPointsWithoutGuards();
+    void fourPointsMapsAreTheTargetPerPixel();
+    void mapsTakeTheFirstUsedRow();
+    void nonEquivFindsTheMixture_data();
+    void nonEquivFindsTheMixture();
+    void nonEquivSubtractsPostLines();
+    void nonEquivMapsFillCompactly();
+    void nonEquivSpecialCases();
+    void lcfFindsTheMixture();
+    void lcfRangeTakesBothEnds();
+    void histogramsFollowTheMap();
+    void rowValuesGoThroughTexts();
+};
+
+void MethodsTest::threePointsByHand()
+{
+    AnalysisInput input;
+    input.references = {inputs::reference(0, 2.0, flatSpectrum(1)),
+                        inputs::reference(2, 3.0, flatSpectrum(1))};
+    // alpha = 0.8 / 1.0, beta = 0.4 / 0.8, tau = 1.3 / 2: a = (0.65 - 0.5) / (0.8 - 0.5)
+    const double values[3][3] = {{0.1, 0.2, 1.0}, {0.9, 0.6, 2.3}, {1.1, 1.0, 3.0}}; // A, B, T
+    for (int i = 0; i < 3; ++i) {
+        EnergyPointInput point = inputs::point(i, 110 + i);
+        point.referenceMu = {values[i][0], 99, values[i][1], 99};
+        point.targetMu = values[i][2];
+        point.vPoint = i == 1;
+        point.map = inputs::image(1, 1, {values[i][2]});
+        input.points.push_back(point);
+    }
+    input.target = flatSpectrum(1);
+    const TargetOutcome target = calculateTarget(input);
+    QCOMPARE(inputs::texts({target.resultField}),
+             QStringList(QStringLiteral("3ps: a = 0.5, Valence = 2.5")));
+    QCOMPARE(inputs::texts(target.messages), inputs::texts({target.resultField}));
+    QVERIFY(close(target.a, 0.5, 1e-14) && close(target.valence, 2.5, 1e-14));
+    QCOMPARE(target.rows[0].ratio, QStringLiteral("0.5"));
+    QCOMPARE(target.rows[2].ratio, QStringLiteral("0.5"));
+    QCOMPARE(target.rows[2].amount, QString());
+    QVERIFY(!target.dMutField);
+
+    const MapOutcome map = calculateMap(input);
+    QVERIFY(close(map.maps->at(Quantity::Ratio1, 0), 0.5, 1e-14));
+    QVERIFY(close(map.maps->at(Quantity::Ratio2, 0), 0.5, 1e-14));
+    QVERIFY(close(map.maps->at(Quantity::Valence, 0), 2.5, 1e-14));
+    // dMut = 2 over ((1.1 - 0.2) + (1.1 - 0.1)) / 2: the mixed mean
+    QVERIFY(close(map.maps->at(Quantity::Amount, 0), 2 / 0.95, 1e-14));
+    QVERIFY(map.maps->fills(Quantity::Ratio2) && !map.maps->fills(Quantity::Ratio3));
+    QCOMPARE(map.maps->at(Quantity::Mut0, 0), 0.0);
+}
+
+void MethodsTest::fourPointsFindTheMixture_data()
+{
+    QTest::addColumn<int>("points");
+    QTest::addColumn<int>("v");
+    QTest::addColumn<bool>("exact");
+    QTest::addColumn<QString>("prefix");
+
+    QTest::newRow("exact, V last") << 4 << 3 << true << "a = ";
+    QTest::newRow("exact, V first") << 4 << 0 << true << "a = ";
+    QTest::newRow("least squares of 4") << 4 << 2 << false << "4ps2: a = ";
+    QTest::newRow("least squares of 8") << 8 << 5 << false << "4ps2: a = ";
+}
+
+void MethodsTest::fourPointsFindTheMixture()
+{
+    QFETCH(int, points);
+    QFETCH(int, v);
+    QFETCH(bool, exact);
+    const FourPointsCase known;
+    AnalysisInput input = known.input(points, v);
+    input.method.exact = exact;
+    const TargetOutcome target = calculateTarget(input);
+    QVERIFY(target.ran);
+    // The edge jumps are fitted to about 1e-8, which a takes over.
+    QVERIFY(close(target.a, known.a, 1e-6));
+    QVERIFY(close(target.valence, known.a * 2 + (1 - known.a) * 3, 1e-6));
+    QVERIFY(close(textNumber(target.resultField, 2), 2 / known.g, 1e-5)); // six digits
+    const QString text = inputs::texts({target.resultField})[0];
+    QFETCH(QString, prefix);
+    QVERIFY2(text.startsWith(prefix + QStringLiteral("0.3, Valence = 2.7, t/ts = 0.8")),
+             qPrintable(text));
+    QCOMPARE(target.messages.empty(), exact); // the exact variant writes to its field alone
+    QCOMPARE(target.rows[1].ratio, QStringLiteral("0.3"));
+    QCOMPARE(target.rows[3].ratio, QStringLiteral("0.7"));
+    QCOMPARE(target.rows[0].ratio, QString());
+}
+
+void MethodsTest::leastSquaresMinimises()
+{
+    // Noisy values: S - (c0 + c1 E + c2 T) must be orthogonal to 1, E and T. Solved here by
+    // Gram-Schmidt in long double, which shares nothing with normal equations.
+    AnalysisInput input = FourPointsCase().input(7, 2);
+    input.method.exact = false;
+    std::mt19937 random(4);
+    std::vector<std::array<long double, 4>> rows; // 1, E, T, S
+    for (EnergyPointInput &point : input.points) {
+        point.targetMu += 1e-3 * std::uniform_real_distribution<>(-1, 1)(random);
+        if (!point.vPoint) {
+            rows.push_back({1.0L, point.energyEv, point.targetMu,
+                            point.referenceMu[1] + static_cast<long double>(point.referenceMu[3])});
+        }
+    }
+    for (int column = 1; column < 4; ++column) { // T and S without their parts along 1 and E
+        for (int along = 0; along < qMin(column, 2); ++along) {
+            long double dot = 0;
+            long double norm = 0;
+            for (const auto &row : rows) {
+                dot += row[size_t(column)] * row[size_t(along)];
+                norm += row[size_t(along)] * row[size_t(along)];
+            }
+            for (auto &row : rows) {
+                row[size_t(column)] -= dot / norm * row[size_t(along)];
+            }
+        }
+    }
+    long double st = 0;
+    long double tt = 0;
+    for (const auto &row : rows) {
+        st += row[3] * row[2];
+        tt += row[2] * row[2];
+    }
+    const double tOverTs = textNumber(calculateTarget(input).resultField, 2);
+    QVERIFY(close(tOverTs, static_cast<double>(2 * tt / st), 1e-5)); // six digits
+}
+
+void MethodsTest::fourPointsWithoutGuards()
+{
+    AnalysisInput flat = FourPointsCase().input(3, 2);
+    for (EnergyPointInput &point : flat.points) {
+        point.targetMu = 1;
+    }
+    QCOMPARE(inputs::texts(calculateTarget(flat).messages), // 0 / 0
+             QStringList(QStringLiteral("3ps: a = nan, Valence = nan")));
+    AnalysisInput line = FourPointsCase().input(4, 3);
+    for (EnergyPointInput &point : line.points) {
+        point.targetMu = point.energyEv; // no curvature: g = Q(S) / 0
+    }
+    line.method.exact = true;
+    QCOMPARE(textNumber(calculateTarget(line).resultField, 2), 0.0); // 2 / inf
+}
+
+void MethodsTest::fourPointsMapsAreTheTargetPerPixel()
+{
+    for (const int n : {3, 4, 6}) {
+        const FourPointsCase known;
+        AnalysisInput input = known.input(n, 1);
+        input.method.exact = n == 4;
+        // Pixel p of every image holds the curve of a mixture of its own.
+        std::vector<FourPointsCase> cases(6, known);
+        for (size_t p = 0; p < cases.size(); ++p) {
+            cases[p].a = 0.1 + 0.15 * static_cast<double>(p);
+            cases[p].k *= static_cast<double>(p);
+        }
+        for (EnergyPointInput &point : input.points) {
+            std::vector<double> pixels;
+            for (const FourPointsCase &one : cases) {
+                pixels.push_back(
+                    one.curve(point.referenceMu[1], point.referenceMu[3], point.energyEv));
+            }
+            point.map = inputs::image(3, 2, pixels);
+        }
+        const MapOutcome outcome = calculateMap(input);
+        QVERIFY(outcome.maps && outcome.messages.empty());
+        QCOMPARE(outcome.maps->width(), 3);
+        for (size_t p = 0; p < cases.size(); ++p) {
+            const auto i = static_cast<qint64>(p);
+            for (EnergyPointInput &point : input.points) {
+                point.targetMu = point.map->absorptionPlane()[p];
+            }
+            const TargetOutcome target = calculateTarget(input);
+            QCOMPARE(outcome.maps->at(Quantity::Ratio1, i), target.a);
+            QCOMPARE(outcome.maps->at(Quantity::Valence, i), target.valence);
+            if (n > 3) {
+                QVERIFY(close(outcome.maps->at(Quantity::Ratio1, i), cases[p].a, 1e-6));
+                QVERIFY(close(outcome.maps->at(Quantity::Amount, i), 2 / known.g, 1e-9));
+            }
+        }
+    }
+}
+
+void MethodsTest::mapsTakeTheFirstUsedRow()
+{
+    AnalysisInput input = FourPointsCase().input(4, 1);
+    input.points[0].use = false; // then V is the first used row, and three points remain
+    MapColumns columns;
+    columns.x = {10, 20};
+    columns.y = {5, 6};
+    columns.signal = {0.5, 0.6};
+    columns.reference = {0, 0};
+    input.points[0].map = inputs::image(9, 9, std::vector<double>(81, 1.0));
+    input.points[1].map = ImageData::fromColumns({QStringLiteral("# head")}, 2, 1, columns);
+    input.points[2].map = inputs::image(1, 1, {0.25}); // its second pixel does not exist: -1
+    input.points[3].map = inputs::image(2, 1, {0.75, 1.0});
+    const MapOutcome outcome = calculateMap(input);
+    QCOMPARE(outcome.maps->size(), 2);
+    QCOMPARE(outcome.maps->origin().header(), QStringList(QStringLiteral("# head")));
+    QCOMPARE(outcome.maps->origin().positionX(1), 20.0);
+    // Amount is dMut over the same mean for both pixels: (0.75 - 0.25) against (1 - -1).
+    QVERIFY(close(outcome.maps->at(Quantity::Amount, 1) / outcome.maps->at(Quantity::Amount, 0), 4,
+                  1e-14));
+}
+
+void MethodsTest::nonEquivFindsTheMixture_data()
+{
+    QTest::addColumn<bool>("victoreen");
+    QTest::newRow("Vic.") << true;
+    QTest::newRow("Linear") << false;
+}
+
+void MethodsTest::nonEquivFindsTheMixture()
+{
+    QFETCH(bool, victoreen);
+    const Mixture known;
+    const TargetOutcome target = calculateTarget(known.input(victoreen));
+    QVERIFY(target.ran);
+    // Normal equations of seven unknowns: half of the digits remain at best.
+    const double t = known.total();
+    QVERIFY(close(target.a, known.jumps[0] * known.x[0] / t, 1e-6));
+    QVERIFY(close(target.valence, known.valence(), 1e-6));
+    QVERIFY(close(target.dMutField->toDouble(), t, 1e-5));
+    const int rows[] = {0, 2, 3};
+    QStringList ratios;
+    for (size_t i = 0; i < 3; ++i) {
+        const double ratio = known.jumps[i] * known.x[i] / t;
+        ratios << QString::asprintf("% 6.3f", ratio);
+        QVERIFY(close(target.rows[size_t(rows[i])].ratio.toDouble(), ratio, 1e-5));
+        QVERIFY(close(target.rows[size_t(rows[i])].amount.toDouble(), ratio * t, 1e-5));
+    }
+    QCOMPARE(target.rows[1].ratio, QString());
+    const QString text = QStringLiteral("Result of NEQ :: ") + ratios.join(QStringLiteral(" : ")) +
+                         QString::asprintf(", Valence = % 6.3f, t = % 6.3f", known.valence(), t);
+    QCOMPARE(inputs::texts({target.resultField}), QStringList(text));
+    QCOMPARE(inputs::texts(target.messages), QStringList(text));
+}
+
+void MethodsTest::nonEquivSubtractsPostLines()
+{
+    // Minus flat post-edge lines the references are R_i - J_i: with a constant in the background
+    // the coefficients stay, and the constant takes up the difference, here of the map.
+    const Mixture known;
+    AnalysisInput input = known.input(false);
+    input.method.subPostForRef = true;
+    for (EnergyPointInput &point : input.points) {
+        point.map = inputs::image(1, 1, {known.curve(false, point.energyEv)});
+    }
+    const MapOutcome outcome = calculateMap(input);
+    QVERIFY(close(outcome.maps->at(Quantity::Amount, 0), known.total(), 1e-6));
+    QVERIFY(close(outcome.maps->at(Quantity::Mut0, 0), 0.3 + known.total(), 1e-6));
+    QVERIFY(close(outcome.maps->at(Quantity::C1, 0), -0.001, 1e-6));
+    QCOMPARE(outcome.maps->at(Quantity::C2, 0), 0.0);
+
+    // The target minus its own post-edge line of 1: only the constant moves, nothing shown does.
+    input.method.subPostForTarget = true;
+    QVERIFY(close(calculateTarget(input).a, known.jumps[0] * known.x[0] / known.total(), 1e-6));
+}
+
+void MethodsTest::nonEquivMapsFillCompactly()
+{
+    const Mixture known;
+    AnalysisInput input = known.input(true);
+    input.references.erase(input.references.begin()); // rows 1 (unused), 2 and 3 remain
+    Mixture two = known;
+    two.x[0] = 0.0;
+    for (EnergyPointInput &point : input.points) {
+        point.map = inputs::image(
+            1, 2, {known.curve(true, point.energyEv) * 0 + 1.0, two.curve(true, point.energyEv)});
+    }
+    const MapOutcome outcome = calculateMap(input);
+    const double t = two.total();
+    const double expected[kQuantities] = {two.jumps[1] * two.x[1] / t,
+                                          two.jumps[2] * two.x[2] / t,
+                                          0,
+                                          0,
+                                          two.jumps[1] * two.x[1],
+                                          two.jumps[2] * two.x[2],
+                                          0,
+                                          0,
+                                          0.3,
+                                          1e-7,
+                                          -2e-10,
+                                          two.valence(),
+                                          t};
+    for (int q = 0; q < kQuantities; ++q) {
+        QVERIFY2(close(outcome.maps->at(quantityAt(q), 1), expected[q], 1e-6),
+                 qPrintable(QString::number(q)));
+    }
+    // A constant pixel is background alone: no amount, and fractions of rounding errors.
+    QVERIFY(close(outcome.maps->at(Quantity::Amount, 0), 0.0, 1e-6));
+    QVERIFY(close(outcome.maps->at(Quantity::Mut0, 0), 1.0, 1e-6));
+}
+
+void MethodsTest::nonEquivSpecialCases()
+{
+    const Mixture known;
+    AnalysisInput one = known.input(false);
+    for (EnergyPointInput &point : one.points) {
+        point.map = inputs::image(1, 1, {std::sin(point.energyEv)}); // any curve
+    }
+    one.references.resize(1);
+    const MapOutcome single = calculateMap(one);
+    QCOMPARE(single.maps->at(Quantity::Ratio1, 0), 1.0);
+    QCOMPARE(single.maps->at(Quantity::Valence, 0), known.valences[0]);
+
+    AnalysisInput none = one;
+    none.references.clear();
+    const MapOutcome without = calculateMap(none);
+    QCOMPARE(without.messages.size(), size_t(1));
+    QVERIFY(std::isnan(without.maps->at(Quantity::Ratio1, 0))); // 0 / 0
+
+    // Values of 0, 0.25, 0.5, 0.75 are exact, so two equal references are exactly singular.
+    AnalysisInput twins = known.input(false);
+    const AMutE spectrum = flatSpectrum(1, {{110, 0}, {120, 0.25}, {130, 0.75}, {140, 0.5}});
+    twins.references = {inputs::reference(0, 1, spectrum), inputs::reference(1, 2, spectrum)};
+    twins.points.resize(4);
+    for (size_t i = 0; i < 4; ++i) {
+        twins.points[i].energyEv = 110 + 10 * static_cast<double>(i);
+        twins.points[i].vPoint = true;
+    }
+    twins.target = spectrum;
+    const TargetOutcome target = calculateTarget(twins);
+    QVERIFY(target.ran && !target.warned);
+    QVERIFY(!std::isfinite(target.a));
+}
+
+void MethodsTest::lcfFindsTheMixture()
+{
+    // Normalised references are shape(E); the target is on its own lines of 0 and 1.
+    Mixture known;
+    known.x = {0.5, 0.0, 0.75}; // sum 1.25: valence follows the coefficients, not the ratios
+    AnalysisInput input = known.input(false);
+    QVector<QPair<double, double>> target;
+    for (const double e : known.energies) {
+        target.append({e, 0.5 * Mixture::shape(0, e) + 0.75 * Mixture::shape(2, e) + 0.125});
+    }
+    input.target = flatSpectrum(1, target);
+    input.points[0].lcf = input.points[7].lcf = true;
+    const LcfOutcome lcf = calculateLcf(input);
+    QVERIFY(lcf.result.has_value());
+    QVERIFY(close(lcf.result->ratios[0], 0.4, 1e-6));
+    QVERIFY(close(lcf.result->ratios[1], 0.0, 1e-6));
+    QVERIFY(close(lcf.result->ratios[2], 0.6, 1e-6));
+    QVERIFY(close(lcf.result->valence, 0.75 * 3.5, 1e-6));
+    QVERIFY(close(lcf.result->base, 0.125, 1e-6));
+    QCOMPARE(lcf.result->curve.points().size(), 8);
+    for (const MutPoint &p : lcf.result->curve.points()) {
+        QVERIFY(close(p.mut, input.target.valueAtE(0, p.energyEv), 1e-6));
+    }
+    const QString text = inputs::texts({lcf.resultField})[0];
+    QVERIFY2(text.startsWith(QStringLiteral("Result of LCF ::  0.400 : ")) &&
+                 text.endsWith(QStringLiteral(" :  0.600, Valence =  2.625, Base =  0.125")),
+             qPrintable(text));
+    QCOMPARE(inputs::texts(lcf.messages), QStringList(text));
+}
+
+void MethodsTest::lcfRangeTakesBothEnds()
+{
+    AnalysisInput input = Mixture().input(false);
+    input.target.setDE(10); // the target's point at 131 counts as 121, the one at 196 as 186
+    input.points[1].lcf = input.points[6].lcf = true;
+    input.points[1].energyEv = 186;
+    input.points[6].energyEv = 121;
+    const LcfOutcome lcf = calculateLcf(input);
+    QCOMPARE(lcf.result->curve.points().size(), 6);
+    QCOMPARE(lcf.result->curve.points().first().energyEv, 121.0);
+    QCOMPARE(lcf.result->curve.points().last().energyEv, 186.0);
+
+    input.target = AMutE(); // no point at all: 0 / 0
+    const LcfOutcome empty = calculateLcf(input);
+    QVERIFY(inputs::texts(empty.messages)[0].startsWith(
+        QStringLiteral("Result of LCF ::    nan :    nan :    nan")));
+}
+
+void MethodsTest::histogramsFollowTheMap()
+{
+    AnalysisInput input;
+    input.references = {inputs::reference(0, 0.0, flatSpectrum(1)),
+                        inputs::reference(1, 1.0, flatSpectrum(1))};
+    // alpha = 1, beta = 0 at V; the pixel is 0, v, 1: a = v, valence 1 - v, amount 1 / 1.
+    for (int i = 0; i < 3; ++i) {
+        EnergyPointInput point = inputs::point(i, 110 + i);
+        point.referenceMu = {i == 0 ? 0.0 : 1.0, i == 2 ? 1.0 : 0.0, 0, 0};
+        point.vPoint = i == 1;
+        point.map = inputs::image(4, 1,
+                                  i == 1 ? std::vector<double>{0, 0.25, 0.5, 1}
+                                         : std::vector<double>(4, i == 0 ? 0.0 : 1.0));
+        input.points.push_back(point);
+    }
+    input.valenceHistogram = {0, 1, 3, true}; // auto: the same limits here
+    input.amountHistogram = {-5, 5, 2, true};
+    const MapOutcome outcome = calculateMap(input);
+    QCOMPARE(outcome.valenceCounts.counts(), std::vector<qint32>({1, 1, 2}));
+    QCOMPARE(outcome.valenceCounts.step(), 0.5);
+    QCOMPARE(outcome.amountHistogram.from, 0.5); // all 1: half a unit wider both ways
+    QCOMPARE(outcome.amountHistogram.to, 1.5);
+    QCOMPARE(outcome.amountCounts.counts(), std::vector<qint32>({0, 4}));
+}
+
+void MethodsTest::rowValuesGoThroughTexts()
+{
+    AnalysisInput input;
+    input.references = {inputs::reference(2, 0, flatSpectrum(1, {{110, 1.0 / 3}, {120, 2.0 / 3}})),
+                        inputs::reference(3, 0, AMutE())};
+    input.target = flatSpectrum(2, {{110, 0.5}});
+    input.points = {inputs::point(0, 110), inputs::point(1, 0), inputs::point(2, 700)};
+    input.points[1].referenceMu = {7, 7, 7, 7}; // no energy: stays
+    input.points[2].referenceMu = {7, 7, 7, 7}; // no point reaches it: cleared, where loaded
+    fillRowValues(input);
+    QCOMPARE(input.points[0].referenceMu[2], 0.333333);
+    QCOMPARE(input.points[0].targetMu, 0.5);
+    QCOMPARE(input.points[1].referenceMu[2], 7.0);
+    QCOMPARE(input.points[2].referenceMu[2], 0.0);
+    QCOMPARE(input.points[2].referenceMu[3], 7.0);
+}
+
+QTEST_GUILESS_MAIN(MethodsTest)
+#include "tst_methods.moc"

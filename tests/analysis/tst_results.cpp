@@ -1,0 +1,190 @@
+#include "analysis/BinCounts.h"
+#include "analysis/ResultFile.h"
+#include "analysis/ToInt32.h"
+#include "tests/TestFiles.h"
+#include "tests/analysis/Inputs.h"
+
+#include <QtTest>
+
+#include <limits>
+
+using namespace orvel;
+
+class ResultsTest : public QObject {
+    Q_OBJECT
+
+private slots:
+    void truncatesToInt32_data();
+    void truncatesToInt32();
+    void countsIntoBoxes();
+    void oneBoxDividesByZero();
+    void clampsBoxNumbers();
+    void choosesLimits();
+    void writesHistogramsBesideTheResult();
+    void writesFourPointsMaps();
+    void writesNonEquivMaps();
+
+private:
+    TestFiles m_files;
+};
+
+void ResultsTest::truncatesToInt32_data()
+{
+    QTest::addColumn<double>("value");
+    QTest::addColumn<int>("expected");
+    constexpr int kLowest = std::numeric_limits<int>::min();
+    QTest::newRow("toward zero") << 1.99 << 1;
+    QTest::newRow("negative, toward zero") << -0.99 << 0;
+    QTest::newRow("greatest") << 2147483647.9 << 2147483647;
+    QTest::newRow("too great") << 2147483648.0 << kLowest;
+    QTest::newRow("least") << -2147483648.9 << kLowest;
+    QTest::newRow("too small") << -1e300 << kLowest;
+    QTest::newRow("nan") << qQNaN() << kLowest;
+    QTest::newRow("infinite") << qInf() << kLowest;
+}
+
+void ResultsTest::truncatesToInt32()
+{
+    QFETCH(double, value);
+    QTEST(toInt32(value), "expected");
+}
+
+void ResultsTest::countsIntoBoxes()
+{
+    BinCounts bins;
+    bins.setUp({1, 3, 3, true});
+    QCOMPARE(bins.step(), 1.0);
+    QCOMPARE(bins.from(), 0.5);
+    QCOMPARE(bins.to(), 3.5);
+    QVERIFY(bins.autoRange());
+    // 0.2 is less than one box below: truncation puts it into the first.
+    for (const double value :
+         {0.2, 0.5, 1.5, 3.49, -0.5, -0.6, 3.5, 9.0, qQNaN(), qInf(), -qInf()}) {
+        bins.count(value);
+    }
+    QCOMPARE(bins.counts(), std::vector<qint32>({2, 1, 1}));
+    QCOMPARE(bins.largest(), 2);
+    QCOMPARE(bins.underflow(), 5); // -0.5 (one whole box below), -0.6, nan and both infinities
+    QCOMPARE(bins.overflow(), 2);
+    bins.setUp({1, 3, 2, false});
+    QCOMPARE(bins.counts(), std::vector<qint32>({0, 0}));
+    QCOMPARE(bins.largest() + bins.underflow() + bins.overflow(), 0);
+}
+
+void ResultsTest::oneBoxDividesByZero()
+{
+    BinCounts bins;
+    bins.setUp({1, 3, 1, false});
+    QCOMPARE(bins.step(), qInf());
+    bins.count(2.0); // no crash; not-a-number index
+    QCOMPARE(bins.underflow(), 1);
+    bins.setUp({0, 0, 0, false});
+    bins.count(2.0);
+    QCOMPARE(bins.boxes(), 0);
+}
+
+void ResultsTest::clampsBoxNumbers()
+{
+    QCOMPARE(BinCounts::boxesOf(51.9), 51);
+    QCOMPARE(BinCounts::boxesOf(-5), 2);
+    QCOMPARE(BinCounts::boxesOf(1), 2);
+    QCOMPARE(BinCounts::boxesOf(2e6), 1 << 20);
+    QCOMPARE(BinCounts::boxesOf(qQNaN()), 2);
+}
+
+void ResultsTest::choosesLimits()
+{
+    const double values[] = {qQNaN(), 1.23456789, -qInf(), -2, qInf()};
+    const auto limits = autoLimits(values, 5);
+    QCOMPARE(limits->low, -2.0);
+    QCOMPARE(limits->high, 1.23457); // as a field shows it
+    QVERIFY(!autoLimits(values, 1));
+    QVERIFY(!autoLimits(nullptr, 0));
+}
+
+void ResultsTest::writesHistogramsBesideTheResult()
+{
+    const QString result = m_files.write(QStringLiteral("map.v1.txt"), "");
+    BinCounts bins;
+    bins.setUp({0.1, 0.3, 3, false});
+    for (const double value : {-9.0, 0.2, 0.21, 9.0}) {
+        bins.count(value);
+    }
+    QVERIFY(bins.write(result, QStringLiteral("HGAlpha")));
+    // Step (0.3 - 0.1) / 2 and all edges in shortest exact form, worked out with Python's repr().
+    QCOMPARE(m_files.read(QStringLiteral("map.v1_HGAlpha.txt")),
+             QByteArray("-0.04999999999999998 1.3877787807814457e-17 0.05000000000000001  1\n"
+                        "0.05000000000000001 0.1 0.15  0\n"
+                        "0.15 0.2 0.25  2\n"
+                        "0.25 0.3 0.35  0\n"
+                        "0.35 0.39999999999999997 0.44999999999999996  1\n"));
+    QCOMPARE(BinCounts::pathBeside(m_files.path(QStringLiteral("new")), QStringLiteral("T")),
+             m_files.path(QStringLiteral("new_T.")));
+    QVERIFY(!bins.write(m_files.path(QStringLiteral("no/map.txt")), QStringLiteral("T")));
+}
+
+void ResultsTest::writesFourPointsMaps()
+{
+    MapColumns columns;
+    columns.x = {0.5, 1e-7};
+    columns.y = {-12345678, 2};
+    columns.signal = columns.reference = {1, 1};
+    ResultMaps maps(Method::ThreePoints,
+                    ImageData::fromColumns({QStringLiteral("#  raw 標")}, 2, 1, columns));
+    double *ratio = maps.addPlane(Quantity::Ratio1);
+    double *amount = maps.addPlane(Quantity::Amount);
+    ratio[0] = 0.25;
+    ratio[1] = qQNaN();
+    amount[0] = -0.0;
+    amount[1] = qInf();
+    ResultFileOptions options = {{}, {2, 4}};
+    const QString path = m_files.path(QStringLiteral("four.dat"));
+    QVERIFY(writeResultFile(path, &maps, options));
+    const QByteArray head = "# klyv result map V1.0\n#  raw \xE6\xA8\x99\n\n";
+    QCOMPARE(m_files.read(QStringLiteral("four.dat")),
+             head + "        0.5 -1.23457e+07          0.25        3.5          0\n"
+                    "      1e-07          2           nan        nan        inf\n");
+    options.valences = {2}; // the second reference went away since
+    QVERIFY(writeResultFile(path, &maps, options));
+    QVERIFY(
+        m_files.read(QStringLiteral("four.dat")).contains("      0.25          0          0\n"));
+    QVERIFY(writeResultFile(path, nullptr, options));
+    QCOMPARE(m_files.read(QStringLiteral("four.dat")), QByteArray("# klyv result map V1.0\n\n"));
+    QVERIFY(!writeResultFile(m_files.path(QStringLiteral("no/four.dat")), &maps, options));
+}
+
+void ResultsTest::writesNonEquivMaps()
+{
+    ResultMaps maps(Method::NonEquivLinear, inputs::image(1, 2, {0, 0}));
+    for (int q = 0; q < kQuantities; ++q) {
+        if (quantityAt(q) != Quantity::C2) { // has no plane then: reads 0
+            double *plane = maps.addPlane(quantityAt(q));
+            plane[0] = q + 1;
+            plane[1] = -q - 0.5;
+        }
+    }
+    ResultFileOptions options = {{}, {}};
+    const QString path = m_files.path(QStringLiteral("neq.dat"));
+    QVERIFY(writeResultFile(path, &maps, options));
+    QCOMPARE(m_files.read(QStringLiteral("neq.dat")),
+             QByteArray("# klyv result map V1.0\n\n# y x\n          0          0\n"
+                        "          0          1\n"));
+    options.record.fill(true);
+    options.record[1] = options.record[12] = false;
+    QVERIFY(writeResultFile(path, &maps, options));
+    QCOMPARE(m_files.read(QStringLiteral("neq.dat")),
+             QByteArray("# klyv result map V1.0\n\n"
+                        "# y x alpha1 alpha3 alpha4 dMut1 dMut2 dMut3 dMut4 Mut0 C1 C2 Valence\n"
+                        "          0          0          1          3          4          5"
+                        "          6          7          8          9         10          0"
+                        "         12\n"
+                        "          0          1       -0.5       -2.5       -3.5       -4.5"
+                        "       -5.5       -6.5       -7.5       -8.5       -9.5          0"
+                        "      -11.5\n"));
+    QCOMPARE(QByteArray(columnName(12)), QByteArray("Total-dMut"));
+    QCOMPARE(QByteArray(columnName(13)), QByteArray("UnKnown"));
+    QCOMPARE(QByteArray(columnName(-1)), QByteArray("UnKnown"));
+}
+
+QTEST_GUILESS_MAIN(ResultsTest)
+#include "tst_results.moc"
