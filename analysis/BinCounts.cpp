@@ -53,8 +53,11 @@ void BinCounts::count(const double *values, std::size_t n)
 QString BinCounts::pathBeside(const QString &resultPath, const QString &name)
 {
     const QFileInfo result(resultPath);
-    const QString folder = result.exists() ? result.canonicalPath()
-                                           : QFileInfo(result.absolutePath()).canonicalFilePath();
+    QString folder = result.exists() ? result.canonicalPath()
+                                     : QFileInfo(result.absolutePath()).canonicalFilePath();
+    if (folder.isEmpty()) { // there is no such folder; a path that cannot be opened, not "/"
+        folder = result.absolutePath();
+    }
     return QStringLiteral("%1/%2_%3.%4")
         .arg(folder, result.completeBaseName(), name, result.suffix());
 }
