@@ -64,9 +64,11 @@ private:
 QString realPath(const QString &path)
 {
     const QFileInfo info(path);
-    return info.exists() ? info.canonicalFilePath()
-                         : QDir::cleanPath(QFileInfo(info.absolutePath()).canonicalFilePath() +
-                                           QLatin1Char('/') + info.fileName());
+    if (info.exists()) {
+        return info.canonicalFilePath();
+    }
+    const QString folder = QFileInfo(info.absolutePath()).canonicalFilePath();
+    return (folder.isEmpty() ? info.absolutePath() : folder) + QLatin1Char('/') + info.fileName();
 }
 
 QStringList outputPaths(const QString &resultPath)
