@@ -20,6 +20,7 @@ LcfResult fitLinearCombination(const AnalysisInput &input, const LcfPlan &plan)
             continue;
         }
         std::vector<double> basis;
+        basis.reserve(m + 1);
         for (const ReferenceInput *reference : references) {
             basis.push_back(reference->spectrum.valueAtE(AMutE::By2Victoreens, energyEv));
         }

@@ -33,3 +33,9 @@ if(SANITIZE)
                                                      -fno-omit-frame-pointer)
   target_link_options(orvel_build_flags INTERFACE -fsanitize=${SANITIZE})
 endif()
+
+if(CMAKE_CXX_CLANG_TIDY)
+  # Generated sources (moc, rcc) lie below the build tree and are not ours to mend.
+  file(WRITE ${CMAKE_BINARY_DIR}/.clang-tidy
+       "Checks: '-*,misc-definitions-in-headers'\nHeaderFilterRegex: '^$'\n")
+endif()

@@ -72,7 +72,11 @@ double ImageData::positionY(qint64 i) const
     if (!inside(i)) {
         return 0.0;
     }
-    return m_processed ? static_cast<double>(i / m_xNum) : m_columns.y[static_cast<size_t>(i)];
+    if (!m_processed) { // whose width may be 0
+        return m_columns.y[static_cast<size_t>(i)];
+    }
+    const qint64 row = i / m_xNum;
+    return static_cast<double>(row);
 }
 
 } // namespace orvel
