@@ -15,7 +15,10 @@ namespace orvel {
 
 int BinCounts::boxesOf(double entered)
 {
-    return std::clamp(toInt32(entered), kFewestBoxes, kMostBoxes);
+    if (!(entered >= kFewestBoxes)) { // not-a-number too
+        return kFewestBoxes;
+    }
+    return entered < kMostBoxes ? static_cast<int>(entered) : kMostBoxes;
 }
 
 void BinCounts::setUp(const HistogramSettings &settings)
@@ -52,12 +55,8 @@ void BinCounts::count(const double *values, std::size_t n)
 
 QString BinCounts::pathBeside(const QString &resultPath, const QString &name)
 {
-    const QFileInfo result(resultPath);
-    QString folder = result.exists() ? result.canonicalPath()
-                                     : QFileInfo(result.absolutePath()).canonicalFilePath();
-    if (folder.isEmpty()) { // there is no such folder; a path that cannot be opened, not "/"
-        folder = result.absolutePath();
-    }
+    const QFileInfo result(resultPath); // named as given, in the folder it really lies in
+    const QString folder = QFileInfo(realPath(resultPath)).absolutePath();
     return QStringLiteral("%1/%2_%3.%4")
         .arg(folder, result.completeBaseName(), name, result.suffix());
 }
@@ -94,11 +93,12 @@ std::optional<Limits> autoLimits(const double *values, std::size_t n)
     if (limits.low > limits.high) {
         return std::nullopt;
     }
-    if (limits.low == limits.high) {
-        limits.low -= 0.5;
-        limits.high += 0.5;
+    Limits shown{throughSixDigits(limits.low), throughSixDigits(limits.high)};
+    // Equal as shown: wider, by more where six digits cannot tell half a unit.
+    for (double wider = 0.5; shown.low == shown.high; wider *= 10) {
+        shown = {throughSixDigits(limits.low - wider), throughSixDigits(limits.high + wider)};
     }
-    return Limits{throughSixDigits(limits.low), throughSixDigits(limits.high)};
+    return shown;
 }
 
 } // namespace orvel

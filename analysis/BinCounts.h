@@ -27,7 +27,8 @@ public:
 
     /// Adds one value to box trunc((value - from) / step). Truncation is toward zero: a value
     /// less than one box below from() falls into the first box. Other values outside add to
-    /// underflow or overflow; what is no finite number adds to underflow.
+    /// underflow or overflow. What is no finite number, or 2^31 boxes and more away, adds to
+    /// underflow.
     void count(double value);
     void count(const double *values, std::size_t n);
 
@@ -60,8 +61,8 @@ private:
     std::int32_t m_overflow = 0;
 };
 
-/// Limits that "Auto" chooses: the least and greatest finite value, half a unit wider both ways
-/// when they are equal, rounded as the form's fields show them. None without a finite value.
+/// Limits that "Auto" chooses: the least and greatest finite value, rounded as the form's fields
+/// show them; half a unit wider both ways when that leaves them equal. None without a finite value.
 struct Limits {
     double low;
     double high;

@@ -122,8 +122,11 @@ TargetOutcome calculateTarget(const AnalysisInput &input)
     outcome.warned = !plan.messages.empty();
     outcome.ran = plan.method != Method::None;
     if (outcome.ran) {
-        isNonEquiv(plan.method) ? targetByNonEquiv(input, plan, outcome)
-                                : targetByFourPoints(input, plan, outcome);
+        if (isNonEquiv(plan.method)) {
+            targetByNonEquiv(input, plan, outcome);
+        } else {
+            targetByFourPoints(input, plan, outcome);
+        }
     }
     return outcome;
 }

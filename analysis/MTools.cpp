@@ -1,6 +1,7 @@
 #include "analysis/MTools.h"
 
 #include <algorithm>
+#include <charconv>
 #include <cmath>
 #include <cstddef>
 #include <cstdio>
@@ -15,6 +16,15 @@ std::size_t sizeOf(int n)
     return n > 0 ? static_cast<std::size_t>(n) : 0;
 }
 
+/// As printf's "%g ", but with a decimal point whatever the locale.
+void printNumber(double value)
+{
+    char text[32];
+    const auto end =
+        std::to_chars(text, text + sizeof text, value, std::chars_format::general, 6).ptr;
+    std::printf("%.*s ", static_cast<int>(end - text), text);
+}
+
 void printHeader(const char *name)
 {
     std::printf("# %s = \n# ", name);
@@ -23,7 +33,7 @@ void printHeader(const char *name)
 void printRow(int n, const double *row)
 {
     for (int j = 0; j < n; ++j) {
-        std::printf("%g ", row[j]);
+        printNumber(row[j]);
     }
     std::printf("\n# ");
 }
@@ -198,7 +208,7 @@ void MTools::forwardSubst(int n, const double *const *l, const double *b, double
                           const int *perm) const
 {
     copyVector(n, b, y);
-    for (int k = 0; k < n - 1; ++k) {
+    for (int k = 0; k + 1 < n; ++k) {
         const int p = perm[k];
         y[p] /= l[p][k];
         for (int r = k + 1; r < n; ++r) {
@@ -211,6 +221,9 @@ void MTools::forwardSubst(int n, const double *const *l, const double *b, double
 void MTools::backSubst(int n, const double *const *u, const double *y, double *x,
                        const int *perm) const
 {
+    if (n < 1) {
+        return;
+    }
     copyVector(n, y, x);
     for (int k = n - 1; k >= 0; --k) {
         const int p = perm[k];
@@ -266,6 +279,9 @@ int *MTools::eliminate(int n, double **a, double **b) const
 
 void MTools::printMatrix(int n, const char *name, const double *const *m) const
 {
+    if (n < 1) {
+        return;
+    }
     printHeader(name);
     for (int i = 0; i < n; ++i) {
         printRow(n, m[i]);
@@ -275,6 +291,9 @@ void MTools::printMatrix(int n, const char *name, const double *const *m) const
 
 void MTools::printPMatrix(int n, const char *name, const double *const *m, const int *perm) const
 {
+    if (n < 1) {
+        return;
+    }
     printHeader(name);
     for (int i = 0; i < n; ++i) {
         printRow(n, m[perm[i]]);
@@ -284,6 +303,9 @@ void MTools::printPMatrix(int n, const char *name, const double *const *m, const
 
 void MTools::printVector(int n, const char *name, const double *v) const
 {
+    if (n < 1) {
+        return;
+    }
     printHeader(name);
     printRow(n, v);
     std::printf("\n");
@@ -291,6 +313,9 @@ void MTools::printVector(int n, const char *name, const double *v) const
 
 void MTools::printIVector(int n, const char *name, const int *v) const
 {
+    if (n < 1) {
+        return;
+    }
     printHeader(name);
     for (int i = 0; i < n; ++i) {
         std::printf("%d ", v[i]);
@@ -300,9 +325,12 @@ void MTools::printIVector(int n, const char *name, const int *v) const
 
 void MTools::printPVector(int n, const char *name, const double *v, const int *perm) const
 {
+    if (n < 1) {
+        return;
+    }
     printHeader(name);
     for (int i = 0; i < n; ++i) {
-        std::printf("%g ", v[perm[i]]);
+        printNumber(v[perm[i]]);
     }
     std::printf("\n# \n");
 }

@@ -36,7 +36,7 @@ public:
     /// y = M x
     void mulMatVec(int n, const double *const *m, const double *x, double *y) const;
     /// C[i][j] = sum over k of A[i][k] B[k][i]: every row of C is constant. This is no matrix
-    /// product, and is kept as it is for comparison with older diagnostic prints.
+    /// product; nothing of ours depends on one.
     void mulMatrix(int n, const double *const *a, const double *const *b, double **c) const;
 
     /// Doolittle decomposition with partial pivoting, P A = L U; A is left as it is.

@@ -2,17 +2,6 @@
 
 namespace orvel {
 
-std::vector<const ReferenceInput *> validReferences(const std::vector<ReferenceInput> &references)
-{
-    std::vector<const ReferenceInput *> valid;
-    for (const ReferenceInput &reference : references) {
-        if (reference.isValid()) {
-            valid.push_back(&reference);
-        }
-    }
-    return valid;
-}
-
 QString rowValueText(const AMutE &spectrum, double energyEv, bool subtractPost)
 {
     double value = 0.0;

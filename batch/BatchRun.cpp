@@ -5,6 +5,7 @@
 #include "session/InputLoader.h"
 #include "session/MessageText.h"
 #include "session/SessionFile.h"
+#include "text/OutputFile.h"
 
 #include <QCoreApplication>
 #include <QDir>
@@ -60,17 +61,6 @@ private:
     bool m_shown;
 };
 
-/// The file a path leads to, through all links that exist.
-QString realPath(const QString &path)
-{
-    const QFileInfo info(path);
-    if (info.exists()) {
-        return info.canonicalFilePath();
-    }
-    const QString folder = QFileInfo(info.absolutePath()).canonicalFilePath();
-    return (folder.isEmpty() ? info.absolutePath() : folder) + QLatin1Char('/') + info.fileName();
-}
-
 QStringList outputPaths(const QString &resultPath)
 {
     return {resultPath, BinCounts::pathBeside(resultPath, kRatioTag),
@@ -101,6 +91,15 @@ QString overwrittenInput(const QString &resultPath, const QStringList &inputs)
         }
     }
     return QString();
+}
+
+/// Whether a path names a standard stream that leads to a file: result and messages would
+/// overwrite each other there. (Into a pipe or a terminal they go one after the other.)
+bool isRedirectedStream(const QString &path)
+{
+    const bool named =
+        path.startsWith(QLatin1String("/dev/")) || path.startsWith(QLatin1String("/proc/"));
+    return named && QFileInfo(path).isFile();
 }
 
 void printLines(const std::vector<Line> &lines)
@@ -165,16 +164,19 @@ ExitStatus runSession(const CommandLine &commandLine)
         return WrongUsage;
     }
     const SessionTexts &texts = session.state.texts;
-    const QString resultPath =
-        commandLine.resultPath.isEmpty()
-            ? texts.resultFile
-            : QDir::cleanPath(QFileInfo(commandLine.resultPath).absoluteFilePath());
+    const QString resultPath = commandLine.resultPath.isEmpty()
+                                   ? texts.resultFile
+                                   : QDir::current().absoluteFilePath(commandLine.resultPath);
     if (!resultPath.isEmpty()) {
         const QString input =
             overwrittenInput(resultPath, inputPaths(commandLine.sessionPath, texts));
         if (!input.isEmpty()) {
             complain(QStringLiteral("the result file %1 would overwrite the input %2")
                          .arg(resultPath, input));
+            return WrongUsage;
+        }
+        if (isRedirectedStream(resultPath)) {
+            complain(QStringLiteral("the result file %1 is where the messages go").arg(resultPath));
             return WrongUsage;
         }
     }
@@ -212,6 +214,10 @@ ExitStatus runSession(const CommandLine &commandLine)
     printField("TargetDMut", target.dMutField.value_or(QString()));
     printField("LCFRes", textOf(lcf.resultField));
 
+    if (std::fflush(stdout) != 0 || std::ferror(stdout) != 0) {
+        complain(QStringLiteral("the messages could not be written to standard output"));
+        return OutputFailed;
+    }
     if (!faults.empty()) {
         return OutputFailed;
     }

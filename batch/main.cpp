@@ -8,7 +8,7 @@
 #include <QTranslator>
 
 #include <cstdio>
-#include <exception>
+#include <new>
 
 namespace {
 
@@ -49,8 +49,8 @@ int main(int argc, char **argv)
 {
     try {
         return run(argc, argv);
-    } catch (const std::exception &fault) { // in practice: out of memory
-        std::fprintf(stderr, "orvel-batch: %s\n", fault.what());
+    } catch (const std::bad_alloc &) {
+        std::fputs("orvel-batch: there is not enough memory for these inputs\n", stderr);
         return orvel::InputUnreadable;
     }
 }

@@ -32,6 +32,9 @@ bool A2DData::loadProcessedMap(const QString &path)
     TDData0 file;
     if (!file.read(path)) {
         m_loadFailure = file.readFailure();
+        if (m_loadFailure == ReadFailure::NoGrid) {
+            m_image.reset();
+        }
         return false;
     }
     m_image =

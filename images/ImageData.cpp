@@ -25,6 +25,9 @@ void fillAbsorption(const double *signal, const double *reference, std::size_t n
 std::shared_ptr<const ImageData> ImageData::fromColumns(QStringList header, int xNum, int yNum,
                                                         MapColumns columns)
 {
+    Q_ASSERT(columns.x.size() == columns.signal.size() &&
+             columns.y.size() == columns.signal.size() &&
+             columns.reference.size() == columns.signal.size());
     std::shared_ptr<ImageData> image(new ImageData);
     image->m_header = std::move(header);
     image->m_xNum = xNum;

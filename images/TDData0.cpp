@@ -19,7 +19,7 @@ namespace {
 
 constexpr int kFirstLine = 64;          // the first line fills this many characters
 constexpr int kHeaderUnit = 256;        // the header size is a multiple of this
-constexpr qint64 kMostHeader = 1 << 20; // ours have less than a thousandth of this
+constexpr qint64 kMostHeader = 1 << 16; // ours have less than a hundredth of this
 
 const char *const kMagic = "2dData";
 const char *const kVersion = "-V0.0";
@@ -180,13 +180,18 @@ bool TDData0::write(const QString &path)
         qDebug().noquote() << "the data do not fill" << width << "x" << height << "pixels";
         return false;
     }
+    const QByteArray header = headerText();
+    if (header.size() > kMostHeader) {
+        qDebug().noquote() << "the data identifier is too long for a header";
+        return false;
+    }
     OutputFile file(path);
     if (!file.open()) {
         qDebug().noquote() << "can't open" << path << "to save 2dData";
         return false;
     }
     static_assert(sizeof(bool) == 1, "validity flags are bytes of the file");
-    file.write(headerText());
+    file.write(header);
     file.write(reinterpret_cast<const char *>(data.constData()), pixels * qint64(sizeof(double)));
     file.write(reinterpret_cast<const char *>(valid.constData()), pixels);
     return file.commit();

@@ -10,7 +10,8 @@ namespace orvel {
 namespace {
 
 constexpr int kMostHeaderLines = 1 << 16;
-constexpr int kFirstDataItem = 2; ///< column numbers of beamline files count from here
+constexpr qint64 kMostHeaderText = 1 << 24; ///< characters
+constexpr int kFirstDataItem = 2;           ///< column numbers of beamline files count from here
 
 enum class Kind {
     Scanner,  ///< "# 1306": x y signal [reference]
@@ -50,7 +51,7 @@ public:
             } else {
                 takeDataLine(items);
             }
-            if (m_map.header.size() > kMostHeaderLines ||
+            if (m_map.header.size() > kMostHeaderLines || m_headerText > kMostHeaderText ||
                 m_map.columns.x.size() > static_cast<size_t>(ImageData::kMostPixels)) {
                 return ReadFailure::TooMuchData;
             }
@@ -65,6 +66,7 @@ private:
     void takeHeaderLine(const QString &line, const QStringList &items)
     {
         m_map.header.append(line);
+        m_headerText += line.size();
         if (items.size() < 3) {
             return;
         }
@@ -140,6 +142,7 @@ private:
     TextMap &m_map;
     const EnergyListener &m_onEnergy;
     Kind m_kind = Kind::Plain;
+    qint64 m_headerText = 0;
     qint64 m_signalItem = kFirstDataItem;
     qint64 m_referenceItem = kFirstDataItem;
 };

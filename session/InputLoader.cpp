@@ -1,6 +1,5 @@
 #include "session/InputLoader.h"
 
-#include "analysis/BinCounts.h"
 #include "analysis/RowValues.h"
 #include "images/A2DData.h"
 
@@ -132,23 +131,6 @@ private:
 };
 
 } // namespace
-
-MethodChoice methodOf(const SessionTexts &texts)
-{
-    MethodChoice method;
-    method.nonEquiv = texts.nonEquiv;
-    method.exact = texts.solver == FourPointsSolver::Exact;
-    method.subPostForRef = texts.subForRef == SubtractedLine::Post;
-    method.subPostForTarget = texts.subForTarget == SubtractedLine::Post;
-    method.linearBackground = texts.background == BackgroundLine::Linear;
-    return method;
-}
-
-HistogramSettings histogramOf(const HistogramTexts &texts)
-{
-    return {texts.from.toDouble(), texts.to.toDouble(), BinCounts::boxesOf(texts.boxes.toDouble()),
-            texts.autoRange};
-}
 
 LoadedInput loadInput(const SessionTexts &texts, const LoadListener &listener)
 {

@@ -9,11 +9,12 @@
 #include <QSettings>
 #include <QTemporaryDir>
 
+#include <cstring>
+
 namespace orvel {
 namespace {
 
 constexpr qint64 kLargestSession = 1 << 20; // ours have about 3 KiB
-constexpr int kMostNotes = 20;
 const QString kVersionKey = QStringLiteral("Session/Version");
 const QString kVersion = QStringLiteral("1");
 
@@ -104,8 +105,8 @@ template <class State, class Field> void eachField(State &state, Field &field)
 
 class FieldReader {
 public:
-    FieldReader(const QSettings &settings, const QDir &folder, QStringList &notes)
-        : m_settings(settings), m_folder(folder), m_notes(notes)
+    FieldReader(const QSettings &settings, const QDir &folder, SessionReading &reading)
+        : m_settings(settings), m_folder(folder), m_reading(reading)
     {
     }
 
@@ -154,8 +155,10 @@ public:
         if (index >= 0) {
             value = static_cast<Enum>(index);
         } else {
-            m_notes.append(QStringLiteral("unknown choice %1=%2, taken as %3")
-                               .arg(key, name, names[static_cast<int>(value)]));
+            QStringList &notes =
+                key.startsWith(QLatin1String("View/")) ? m_reading.viewNotes : m_reading.notes;
+            notes.append(QStringLiteral("unknown choice %1=%2, taken as %3")
+                             .arg(key, name, names[static_cast<int>(value)]));
         }
     }
 
@@ -185,12 +188,12 @@ public:
 private:
     QString absolute(const QString &path) const
     {
-        return path.isEmpty() ? path : QDir::cleanPath(m_folder.absoluteFilePath(path));
+        return path.isEmpty() ? path : m_folder.absoluteFilePath(path);
     }
 
     const QSettings &m_settings;
     QDir m_folder;
-    QStringList &m_notes;
+    SessionReading &m_reading;
     QSet<QString> m_known;
 };
 
@@ -235,13 +238,48 @@ private:
     QDir m_folder;
 };
 
-void limitNotes(QStringList &notes)
+/// Whether some value could make QSettings unpack a serialised object, which may claim any amount
+/// of memory and stack. Such a value begins with '@', plain or as an escape; of our own, those of
+/// empty lists ("@Invalid()") and of texts that begin with '@' ("@@...") do.
+bool mayHoldObjects(const QByteArray &ini)
 {
-    if (notes.size() > kMostNotes) {
-        const int more = notes.size() - kMostNotes;
-        notes = notes.mid(0, kMostNotes);
-        notes.append(QStringLiteral("and %1 more").arg(more));
+    for (int i = 0; i < ini.size(); ++i) {
+        if (ini[i] != '=' && ini[i] != ',') {
+            continue;
+        }
+        int first = i + 1;
+        while (first < ini.size() && std::strchr(" \t\r\n\"", ini[first]) != nullptr &&
+               ini[first] != '\0') {
+            ++first;
+        }
+        const QByteArray value = ini.mid(first, 10);
+        const bool escaped = value.startsWith('\\') && !value.startsWith("\\\\");
+        const bool object =
+            value.startsWith('@') && !value.startsWith("@@") && !value.startsWith("@Invalid()");
+        if (escaped || object) {
+            return true;
+        }
     }
+    return false;
+}
+
+int countOfValues(const QByteArray &ini)
+{
+    int values = 0;
+    for (const QByteArray &line : ini.split('\n')) {
+        values += !line.startsWith('[') && line.contains('=') ? 1 : 0;
+    }
+    return values;
+}
+
+bool hasSessionLine(const QByteArray &ini)
+{
+    for (const QByteArray &line : ini.split('\n')) {
+        if (line.trimmed() == "[Session]") {
+            return true;
+        }
+    }
+    return false;
 }
 
 } // namespace
@@ -249,57 +287,76 @@ void limitNotes(QStringList &notes)
 SessionReading readSession(const QString &path)
 {
     SessionReading reading;
+    QFile file(path);
     const QFileInfo info(path);
-    if (!info.isFile() || !info.isReadable()) {
+    if (!info.isFile() || !file.open(QIODevice::ReadOnly)) {
         reading.error = QStringLiteral("there is no such readable file");
         return reading;
     }
-    if (info.size() > kLargestSession) {
+    QByteArray ini = file.read(kLargestSession + 1);
+    if (ini.size() > kLargestSession) {
         reading.error = QStringLiteral("it is far too large for a session");
+        return reading;
+    }
+    if (ini.startsWith("\xEF\xBB\xBF")) {
+        ini.remove(0, 3); // a byte-order mark, which QSettings skips too
+    }
+    if (!hasSessionLine(ini)) { // QSettings does not tell of empty groups
+        reading.error = QStringLiteral("it has no [Session] group");
+        return reading;
+    }
+    if (mayHoldObjects(ini)) {
+        reading.error = QStringLiteral("it has a value that begins with @ or \\");
         return reading;
     }
     QSettings settings(path, QSettings::IniFormat);
     settings.setIniCodec("UTF-8");
-    FieldReader reader(settings, info.absoluteDir(), reading.notes);
+    FieldReader reader(settings, info.absoluteDir(), reading);
     eachField(reading.state, reader);
     const bool hasVersion = reader.has(kVersionKey); // missing: the only one there is
     if (settings.status() != QSettings::NoError) {
         reading.error = QStringLiteral("its lines are not those of a session file");
-    } else if (!settings.childGroups().contains(QStringLiteral("Session"))) {
-        reading.error = QStringLiteral("it has no [Session] group");
     } else if (hasVersion && reader.textAt(kVersionKey) != kVersion) {
         reading.error = QStringLiteral("its version %1 is unknown").arg(reader.textAt(kVersionKey));
     }
     for (const QString &key : reader.unknownKeys()) {
         reading.notes.append(QStringLiteral("unknown key %1").arg(key));
     }
-    limitNotes(reading.notes);
     return reading;
 }
 
 bool writeSession(const QString &path, const PanelState &state)
 {
-    // QSettings merges with what is there and reports little; so it writes a new file of its own,
-    // which then replaces the old one as a whole.
+    // QSettings merges with what is there, sorts its groups and does not notice a full disk. So it
+    // writes a draft, which is checked, put in order, and replaces the old file as a whole.
     const QTemporaryDir scratch;
-    const QString draft = scratch.filePath(QStringLiteral("session.ini"));
-    {
-        QSettings settings(draft, QSettings::IniFormat);
-        settings.setIniCodec("UTF-8");
-        settings.setValue(kVersionKey, kVersion);
-        FieldWriter writer(settings, QFileInfo(path).absoluteDir());
-        eachField(state, writer);
-        settings.sync();
-        if (!scratch.isValid() || settings.status() != QSettings::NoError) {
-            return false;
-        }
-    }
-    QFile written(draft);
-    OutputFile file(path);
-    if (!written.open(QIODevice::ReadOnly) || !file.open()) {
+    const QString draftPath = scratch.filePath(QStringLiteral("session.ini"));
+    QSettings settings(draftPath, QSettings::IniFormat);
+    settings.setIniCodec("UTF-8");
+    settings.setValue(kVersionKey, kVersion);
+    FieldWriter writer(settings, QFileInfo(path).absoluteDir());
+    eachField(state, writer);
+    settings.sync();
+    QFile draft(draftPath);
+    if (!draft.open(QIODevice::ReadOnly)) {
         return false;
     }
-    file.write(written.readAll());
+    const QByteArray ini = draft.readAll();
+    const int session = ini.indexOf("[Session]\n");
+    if (countOfValues(ini) != settings.allKeys().size() || !ini.endsWith('\n') || session < 0) {
+        return false;
+    }
+    const int next = ini.indexOf("\n[", session);
+    const int end = next < 0 ? ini.size() : next + 1;
+
+    OutputFile file(path);
+    if (!file.open()) {
+        return false;
+    }
+    file.write(ini.mid(session, end - session));
+    file.write("\n");
+    file.write(ini.left(session));
+    file.write(ini.mid(end));
     return file.commit();
 }
 

@@ -11,11 +11,13 @@ namespace orvel {
 struct SessionReading {
     QString error;     ///< empty: the state was read; else why the file cannot be taken
     QStringList notes; ///< what was ignored: unknown keys, unknown choices (then the default holds)
+    QStringList viewNotes; ///< unknown choices of the [View] group, which only a window heeds
     PanelState state;
 };
 
 /// Reads a session file: INI, UTF-8; docs/formats.md lists the keys. A file without a [Session]
-/// group, of another version or with lines that are no INI is refused. A missing key leaves the
+/// line, of another version or with lines that are no INI is refused, and so is one with
+/// serialised objects ("@Variant(...)"), which no session needs. A missing key leaves the
 /// form's default, a box that is neither "true" nor "1" is off. Relative paths are taken from the
 /// folder of the session file.
 SessionReading readSession(const QString &path);

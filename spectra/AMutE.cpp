@@ -31,11 +31,11 @@ double AMutE::Victoreen::at(double energyEv) const
     return (lambda * c + b) * (lambda * lambda * lambda) + a;
 }
 
-void AMutE::setPoints(const QVector<MutPoint> &points)
+void AMutE::setPoints(QVector<MutPoint> points) // a copy: they may be our own
 {
     clearPoints();
     m_points.reserve(points.size());
-    for (const MutPoint &p : points) {
+    for (const MutPoint &p : qAsConst(points)) {
         append(p.angleDeg, p.energyEv, p.mut);
     }
     m_valid = !m_points.isEmpty();
@@ -87,7 +87,7 @@ int AMutE::indexAt(double e) const
     if (e > effectiveEnergy(n - 1)) {
         return n - 2;
     }
-    if (m_ascending && !std::isnan(e)) {
+    if (m_ascending && !std::isnan(e) && std::isfinite(m_dE)) {
         // The first point at or above e ends the first interval that holds it.
         const auto found =
             std::partition_point(m_points.begin(), m_points.end(),

@@ -69,7 +69,7 @@ public:
     orvel::ReadFailure readFailure() const { return m_readFailure; }
 
     /// Takes computed points instead of a file, valid when there are any; fits both lines.
-    void setPoints(const QVector<MutPoint> &points);
+    void setPoints(QVector<MutPoint> points);
 
     // --- data ----------------------------------------------------------------------------------
 

@@ -37,17 +37,22 @@ double numberAt(const QStringList &items, int i)
 struct ScanColumns {
     QVector<int> modes; ///< mode of item k
     int i0 = -1;
-    int kind = -1; ///< the first mode of 2 or more in the file: what is measured
+    int transmission = -1; ///< the first column of that mode
+    int kind = -1;         ///< the first mode of 2 or more in the file: what is measured
 
     void take(const QStringList &modeLine)
     {
         modes.fill(0, modeLine.size());
+        transmission = -1;
         for (int k = kFirstDataColumn; k < modeLine.size(); ++k) {
             modes[k] = modeLine[k].toInt();
             if (modes[k] == I0Column) {
                 i0 = k;
             } else if (modes[k] >= Transmission && kind < 0) {
                 kind = modes[k];
+            }
+            if (modes[k] == Transmission && transmission < 0) {
+                transmission = k;
             }
         }
     }
@@ -59,8 +64,7 @@ struct ScanColumns {
         }
         const double i0Counts = numberAt(items, i0);
         if (kind == Transmission) {
-            const int column = modes.indexOf(Transmission, kFirstDataColumn);
-            return column < 0 ? 0.0 : std::log(i0Counts / numberAt(items, column));
+            return transmission < 0 ? 0.0 : std::log(i0Counts / numberAt(items, transmission));
         }
         double sum = 0.0;
         if (kind == Fluorescence) {

@@ -7,6 +7,8 @@
 namespace orvel {
 namespace {
 
+constexpr int kMostLinks = 40; // more are a circle
+
 bool mustBeWrittenInPlace(const QString &path)
 {
     const QFileInfo target(path);
@@ -16,11 +18,21 @@ bool mustBeWrittenInPlace(const QString &path)
     if (!target.isFile()) {
         return true;
     }
-    const QFileInfo folder(QFileInfo(target.canonicalFilePath()).absolutePath());
+    const QFileInfo folder(QFileInfo(realPath(path)).absolutePath());
     return target.isWritable() && !folder.isWritable();
 }
 
 } // namespace
+
+QString realPath(const QString &path)
+{
+    QFileInfo info(path);
+    for (int links = 0; info.isSymLink() && links < kMostLinks; ++links) {
+        info = QFileInfo(info.symLinkTarget());
+    }
+    const QString folder = QFileInfo(info.absolutePath()).canonicalFilePath();
+    return (folder.isEmpty() ? info.absolutePath() : folder) + QLatin1Char('/') + info.fileName();
+}
 
 OutputFile::OutputFile(const QString &path) : m_path(path) {}
 
@@ -62,15 +74,15 @@ void OutputFile::flushBlock()
 bool OutputFile::commit()
 {
     flushBlock();
-    if (m_failed) {
+    // A QSaveFile forgets that its last block did not fit on the disk, so it is asked before.
+    if (m_failed || !m_device->flush()) {
         return false;
     }
     if (auto *save = qobject_cast<QSaveFile *>(m_device.get())) {
         return save->commit();
     }
-    const bool written = m_device->flush();
     m_device->close();
-    return written && m_device->error() == QFileDevice::NoError;
+    return m_device->error() == QFileDevice::NoError;
 }
 
 } // namespace orvel

@@ -7,6 +7,10 @@
 
 namespace orvel {
 
+/// The file that a path leads to once every symbolic link is followed, also when that file does
+/// not exist yet; two paths of one file give the same text.
+QString realPath(const QString &path);
+
 /// A file that is either written whole or not at all: until commit() succeeds, an older file of
 /// that name stays as it was. Two kinds of target cannot be replaced by renaming and are opened
 /// and written directly: what exists and is no regular file (a pipe, /dev/stdout), and a writable

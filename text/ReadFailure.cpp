@@ -24,7 +24,7 @@ QString describe(ReadFailure failure)
     case ReadFailure::NoPixel:
         return QStringLiteral("it holds no pixel");
     case ReadFailure::GridTooLarge:
-        return QStringLiteral("its header promises far more pixels than it holds");
+        return QStringLiteral("its header promises more pixels than it holds or than can be taken");
     case ReadFailure::NotProcessed:
         return QStringLiteral("its header is not that of a processed map");
     }

@@ -15,7 +15,7 @@ enum class ReadFailure {
     NoDataMark,   ///< a scan file without its "Offset" line
     NoGrid,       ///< a map whose width or height is not given, or below 1
     NoPixel,      ///< a map without a single data line
-    GridTooLarge, ///< the header promises far more pixels than there are
+    GridTooLarge, ///< more pixels than a map may have, or far more than the file holds
     NotProcessed, ///< not a processed map: its header is missing or damaged
 };
 

@@ -13,7 +13,8 @@ namespace orvel {
 /// disturb the ASCII around them.
 class TextFile {
 public:
-    /// Longest line taken [characters]; bounds the memory that a file without line ends can claim.
+    /// Lines of this many characters and more are refused; bounds the memory that a file without
+    /// line ends can claim.
     static constexpr int kLongestLine = 1 << 20;
 
     explicit TextFile(const QString &path);

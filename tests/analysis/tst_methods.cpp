@@ -161,8 +161,8 @@ void MethodsTest::threePointsByHand()
     AnalysisInput input;
     input.references = {inputs::reference(0, 2.0, flatSpectrum(1)),
                         inputs::reference(2, 3.0, flatSpectrum(1))};
-    // alpha = 0.8 / 1.0, beta = 0.4 / 0.8, tau = 1.3 / 2: a = (0.65 - 0.5) / (0.8 - 0.5)
-    const double values[3][3] = {{0.1, 0.2, 1.0}, {0.9, 0.6, 2.3}, {1.1, 1.0, 3.0}}; // A, B, T
+    // alpha = 0.8 / 1.0, beta = 0.4 / 0.8, tau = 1.16 / 2: a = (0.58 - 0.5) / (0.8 - 0.5) = 4 / 15
+    const double values[3][3] = {{0.1, 0.2, 1.0}, {0.9, 0.6, 2.16}, {1.1, 1.0, 3.0}}; // A, B, T
     for (int i = 0; i < 3; ++i) {
         EnergyPointInput point = inputs::point(i, 110 + i);
         point.referenceMu = {values[i][0], 99, values[i][1], 99};
@@ -174,18 +174,18 @@ void MethodsTest::threePointsByHand()
     input.target = flatSpectrum(1);
     const TargetOutcome target = calculateTarget(input);
     QCOMPARE(inputs::texts({target.resultField}),
-             QStringList(QStringLiteral("3ps: a = 0.5, Valence = 2.5")));
+             QStringList(QStringLiteral("3ps: a = 0.266667, Valence = 2.73333")));
     QCOMPARE(inputs::texts(target.messages), inputs::texts({target.resultField}));
-    QVERIFY(close(target.a, 0.5, 1e-14) && close(target.valence, 2.5, 1e-14));
-    QCOMPARE(target.rows[0].ratio, QStringLiteral("0.5"));
-    QCOMPARE(target.rows[2].ratio, QStringLiteral("0.5"));
+    QVERIFY(close(target.a, 4.0 / 15, 1e-14) && close(target.valence, 41.0 / 15, 1e-14));
+    QCOMPARE(target.rows[0].ratio, QStringLiteral("0.266667"));
+    QCOMPARE(target.rows[2].ratio, QStringLiteral("0.733333"));
     QCOMPARE(target.rows[2].amount, QString());
     QVERIFY(!target.dMutField);
 
     const MapOutcome map = calculateMap(input);
-    QVERIFY(close(map.maps->at(Quantity::Ratio1, 0), 0.5, 1e-14));
-    QVERIFY(close(map.maps->at(Quantity::Ratio2, 0), 0.5, 1e-14));
-    QVERIFY(close(map.maps->at(Quantity::Valence, 0), 2.5, 1e-14));
+    QVERIFY(close(map.maps->at(Quantity::Ratio1, 0), 4.0 / 15, 1e-14));
+    QVERIFY(close(map.maps->at(Quantity::Ratio2, 0), 11.0 / 15, 1e-14));
+    QVERIFY(close(map.maps->at(Quantity::Valence, 0), 41.0 / 15, 1e-14));
     // dMut = 2 over ((1.1 - 0.2) + (1.1 - 0.1)) / 2: the mixed mean
     QVERIFY(close(map.maps->at(Quantity::Amount, 0), 2 / 0.95, 1e-14));
     QVERIFY(map.maps->fills(Quantity::Ratio2) && !map.maps->fills(Quantity::Ratio3));
@@ -393,9 +393,13 @@ void MethodsTest::nonEquivSubtractsPostLines()
     QVERIFY(close(outcome.maps->at(Quantity::C1, 0), -0.001, 1e-6));
     QCOMPARE(outcome.maps->at(Quantity::C2, 0), 0.0);
 
-    // The target minus its own post-edge line of 1: only the constant moves, nothing shown does.
+    // The choice for the target, seen in its values: the flat post-edge line is 1.
+    const Plan plan = checkTarget(input);
+    const std::vector<double> minusPre = targetValues(input, plan);
     input.method.subPostForTarget = true;
-    QVERIFY(close(calculateTarget(input).a, known.jumps[0] * known.x[0] / known.total(), 1e-6));
+    const std::vector<double> minusPost = targetValues(input, plan);
+    QVERIFY(close(minusPre[3], known.curve(false, known.energies[3]), 1e-6));
+    QVERIFY(close(minusPost[3], minusPre[3] - 1, 1e-6));
 }
 
 void MethodsTest::nonEquivMapsFillCompactly()
@@ -406,8 +410,7 @@ void MethodsTest::nonEquivMapsFillCompactly()
     Mixture two = known;
     two.x[0] = 0.0;
     for (EnergyPointInput &point : input.points) {
-        point.map = inputs::image(
-            1, 2, {known.curve(true, point.energyEv) * 0 + 1.0, two.curve(true, point.energyEv)});
+        point.map = inputs::image(1, 2, {1.0, two.curve(true, point.energyEv)});
     }
     const MapOutcome outcome = calculateMap(input);
     const double t = two.total();
@@ -554,6 +557,15 @@ void MethodsTest::rowValuesGoThroughTexts()
     QCOMPARE(input.points[1].referenceMu[2], 7.0);
     QCOMPARE(input.points[2].referenceMu[2], 0.0);
     QCOMPARE(input.points[2].referenceMu[3], 7.0);
+    input.method.subPostForRef = true; // lines are 0 before the edge, 1 and 2 behind it
+    fillRowValues(input);
+    QCOMPARE(input.points[0].referenceMu[2], -0.666667);
+    QCOMPARE(input.points[0].targetMu, 0.5);
+    input.method = MethodChoice();
+    input.method.subPostForTarget = true;
+    fillRowValues(input);
+    QCOMPARE(input.points[0].referenceMu[2], 0.333333);
+    QCOMPARE(input.points[0].targetMu, -1.5);
 }
 
 QTEST_GUILESS_MAIN(MethodsTest)

@@ -89,6 +89,7 @@ void ResultsTest::clampsBoxNumbers()
     QCOMPARE(BinCounts::boxesOf(-5), 2);
     QCOMPARE(BinCounts::boxesOf(1), 2);
     QCOMPARE(BinCounts::boxesOf(2e6), 1 << 20);
+    QCOMPARE(BinCounts::boxesOf(3e9), 1 << 20);
     QCOMPARE(BinCounts::boxesOf(qQNaN()), 2);
 }
 
@@ -98,6 +99,11 @@ void ResultsTest::choosesLimits()
     const auto limits = autoLimits(values, 5);
     QCOMPARE(limits->low, -2.0);
     QCOMPARE(limits->high, 1.23457); // as a field shows it
+    const double nearlyEqual[] = {2.6576, 2.6576000001};
+    QCOMPARE(autoLimits(nearlyEqual, 2)->low, 2.1576);
+    QCOMPARE(autoLimits(nearlyEqual, 2)->high, 3.1576);
+    const double large = 123456789; // six digits cannot tell half a unit
+    QVERIFY(autoLimits(&large, 1)->low < large && autoLimits(&large, 1)->high > large);
     QVERIFY(!autoLimits(values, 1));
     QVERIFY(!autoLimits(nullptr, 0));
 }
@@ -121,6 +127,16 @@ void ResultsTest::writesHistogramsBesideTheResult()
     QCOMPARE(BinCounts::pathBeside(m_files.path(QStringLiteral("new")), QStringLiteral("T")),
              m_files.path(QStringLiteral("new_T.")));
     QVERIFY(!bins.write(m_files.path(QStringLiteral("no/map.txt")), QStringLiteral("T")));
+    // Through links, whether or not the end of them exists: beside the file itself.
+    QVERIFY(QDir(m_files.path(QString())).mkdir(QStringLiteral("d")));
+    for (const char *end : {"d/there.dat", "d/missing.dat"}) {
+        const QString link = m_files.path(QStringLiteral("link.dat"));
+        QFile::remove(link);
+        QVERIFY(QFile::link(m_files.path(QLatin1String(end)), link));
+        m_files.write(QStringLiteral("d/there.dat"), "");
+        QCOMPARE(BinCounts::pathBeside(link, QStringLiteral("T")),
+                 m_files.path(QStringLiteral("d/link_T.dat")));
+    }
 }
 
 void ResultsTest::writesFourPointsMaps()

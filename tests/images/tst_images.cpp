@@ -48,6 +48,8 @@ private slots:
     void shortProcessedMapsAreReadAsFarAsTheyGo();
     void refusesProcessedMaps_data();
     void refusesProcessedMaps();
+    void refusesWhatIsLargerThanAnyMap();
+    void headerIsAlwaysLargerThanItsText();
     void regionIsCleared();
     void takesItems_data();
     void takesItems();
@@ -80,7 +82,7 @@ void ImagesTest::readsTextMaps_data()
     QTest::newRow("three columns") << QByteArray("# X-NUM 1\n# Y-NUM 1\n0 0 5\n1 2\n") << "1x1"
                                    << "0 0 5 1";
     QTest::newRow("key against the #")
-        << QByteArray("#X-NUM 9\n# X-NUM 1\n# Y-NUM 1\n3 4 5 6\n") << "1x1"
+        << QByteArray("# X-NUM 1\n#X-NUM 9\n# Y-NUM 1\n3 4 5 6\n") << "1x1"
         << "3 4 5 6";
     QTest::newRow("byte-order mark")
         << QByteArray("\xEF\xBB\xBF# 2003901\n# I : 0\n# I0 : 1\n0 0 5 7\n1 0 6 8\n") << "2x1"
@@ -101,9 +103,15 @@ void ImagesTest::readsTextMaps_data()
     QTest::newRow("bad numbers are 0")
         << QByteArray("# X-NUM 2\n# Y-NUM 1\na 1,5 1e400 nan\n") << "2x1"
         << "0 0 inf nan";
-    QTest::newRow("bad grid numbers are 0, the last counts")
-        << QByteArray("# X-NUM 1\n# X-NUM 2.0\n# X-NUM 1\n# Y-NUM 3\n1 2 3 4\n") << "1x3"
+    QTest::newRow("the last grid number counts")
+        << QByteArray("# X-NUM 9\n# X-NUM 1\n# AXIS 2 a b c d 5\n# AXIS 1 a b c 5\n# Y-NUM 3\n"
+                      "# Y-NUMBER 7\n1 2 3 4\n")
+        << "1x3"
         << "1 2 3 4";
+    QTest::newRow("2003901: columns 0 unless named") << QByteArray("# 2003901\n1 2 3 4\n") << "1x1"
+                                                     << "1 2 3 3";
+    QTest::newRow("the kind stands at the very start of the line")
+        << QByteArray(" # 2003901\n# X-NUM 2\n# Y-NUM 1\n0 0 5 7\n1 0 6 8\n") << "2x1" << row;
 }
 
 void ImagesTest::readsTextMaps()
@@ -159,6 +167,11 @@ void ImagesTest::refusesTextMaps_data()
     row("no pixel", "# X-NUM 2\n# Y-NUM 2\n", ReadFailure::NoPixel, false);
     row("no grid", "# X-NUM 2\n1 2 3 4\n", ReadFailure::NoGrid, false);
     row("negative grid", "# X-NUM -2\n# Y-NUM -2\n1 2 3 4\n", ReadFailure::NoGrid, false);
+    row("bad grid number", "# X-NUM 1\n# Y-NUM 2.0\n1 2 3 4\n", ReadFailure::NoGrid, false);
+    row("too many missing", "# X-NUM 4194306\n# Y-NUM 1\n1 2 3 4\n", ReadFailure::GridTooLarge,
+        true);
+    row("long header", ("#" + QByteArray(1 << 19, 'x') + "\n").repeated(33),
+        ReadFailure::TooMuchData, true);
     row("huge grid", "# X-NUM 2147483647\n# Y-NUM 2147483647\n1 2 3 4\n", ReadFailure::GridTooLarge,
         true);
     row("overflowing axis", "# AXIS 0 a b c d 2147483647\n# Y-NUM 1\n1 2 3 4\n",
@@ -328,6 +341,44 @@ void ImagesTest::refusesProcessedMaps()
     QCOMPARE(log.lines().mid(1),
              QStringList({QStringLiteral("can't open ") + missing,
                           missing + QStringLiteral(" is not a TDData0 file.")}));
+}
+
+void ImagesTest::refusesWhatIsLargerThanAnyMap()
+{
+    // 2^27 + 2^15 pixels that the (sparse) file really has.
+    const QString path =
+        m_files.write(QStringLiteral("large.tdd"), processedMap("WIDTH: 32768\nHEIGHT: 4097\n"));
+    QVERIFY(QFile::resize(path, 256 + qint64(32768) * 4097 * 9));
+    TDData0 map;
+    QVERIFY(!map.read(path));
+    QCOMPARE(map.readFailure(), ReadFailure::GridTooLarge);
+
+    // Without a grid a row has no map any more; a file that cannot be taken leaves it.
+    A2DData data;
+    QVERIFY(
+        data.loadMap(m_files.write(QStringLiteral("m"), processedMap("WIDTH: 1\nHEIGHT: 2\n"))));
+    QVERIFY(!data.loadMap(path));
+    QVERIFY(data.hasMap());
+    QVERIFY(!data.loadMap(m_files.write(QStringLiteral("m"), processedMap(""))));
+    QVERIFY(!data.hasMap());
+}
+
+void ImagesTest::headerIsAlwaysLargerThanItsText()
+{
+    TDData0 map;
+    map.width = map.height = 1;
+    map.data = {1};
+    map.valid = {true};
+    QVERIFY(map.write(m_files.path(QStringLiteral("m"))));
+    const QByteArray bytes = m_files.read(QStringLiteral("m"));
+    QCOMPARE(bytes.size(), 512 + 9);
+    const int text = bytes.indexOf('\0');
+    map.dataId = QString(512 - text, QLatin1Char('i')); // now the text has exactly 512 characters
+    QVERIFY(map.write(m_files.path(QStringLiteral("m"))));
+    QCOMPARE(m_files.read(QStringLiteral("m")).size(), 768 + 9);
+    QVERIFY(map.read(m_files.path(QStringLiteral("m"))));
+    map.dataId = QString(70000, QLatin1Char('i')); // no reader would take that header
+    QVERIFY(!map.write(m_files.path(QStringLiteral("m"))));
 }
 
 void ImagesTest::regionIsCleared()

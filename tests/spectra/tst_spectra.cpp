@@ -14,7 +14,7 @@ constexpr double kPi = 3.1415926535; // the readers' own, ten digits
 
 double energyAt(double angleDeg, double d)
 {
-    return 12398.424360387684 / (2 * d * std::sin(angleDeg * kPi / 180));
+    return 12.398424360387684 / (2 * d * std::sin(angleDeg * kPi / 180)) * 1000;
 }
 
 AMutE spectrumOf(const QVector<QPair<double, double>> &points)
@@ -44,7 +44,7 @@ private slots:
     void failedReadsEmptyTheSpectrum();
     void missingFilesChangeNothing();
     void readingFitsTheLines();
-    void tellsAnglesOfColumns();
+    void tellsAngles();
     void findsIntervals_data();
     void findsIntervals();
     void normalizes();
@@ -108,6 +108,12 @@ void SpectraTest::reads_data()
     QTest::newRow("fluorescence, I0 in item 4")
         << QByteArray("9809\nMode 0 0 0 1 3 3\nOffset\n9 14.0 1 5 4 6 10\n")
         << Points{{e1, 4.0}}; // (6 + 10) / 4
+    QTest::newRow("fluorescence: each item over I0")
+        << QByteArray("9809\nMode 0 0 3 3 1\nOffset\n9 14.0 1 0.1 0.2 0.3\n")
+        << Points{{e1, 0.1 / 0.3 + 0.2 / 0.3}};
+    QTest::newRow("a later Mode line without I0 keeps it")
+        << QByteArray("9809\nMode 0 0 1 2\nMode 0 0 0 0 2\nOffset\n9 14 1 8 9 2\n")
+        << Points{{e1, std::log(4.0)}};
     QTest::newRow("first transmission column wins")
         << QByteArray("9809\nMode 0 0 1 2 2\nOffset\n9 14 1 8 2 4\n")
         << Points{{e1, std::log(4.0)}};
@@ -136,10 +142,8 @@ void SpectraTest::reads()
     QCOMPARE(spectrum.isValid(), !expected.isEmpty());
     QCOMPARE(spectrum.points().size(), expected.size());
     for (int i = 0; i < expected.size(); ++i) {
-        // The conversions may be ordered otherwise: a few last bits of about 8000.
-        QVERIFY(close(spectrum.points()[i].energyEv, expected[i].first, 1e-11));
-        const double mut = spectrum.points()[i].mut;
-        QVERIFY(mut == expected[i].second || close(mut, expected[i].second, 1e-14));
+        QCOMPARE(spectrum.points()[i].energyEv, expected[i].first);
+        QCOMPARE(spectrum.points()[i].mut, expected[i].second);
     }
     QCOMPARE(spectrum.fileName(), QStringLiteral("s.dat"));
 }
@@ -192,10 +196,11 @@ void SpectraTest::missingFilesChangeNothing()
 
 void SpectraTest::readingFitsTheLines()
 {
-    // Flat 0.25 before the default 8000 eV, flat 2 behind the default 8500 eV.
+    // Flat 0.25 below the default 8000 eV, flat 2 above the default 8500 eV; what lies between,
+    // the bounds included, would spoil both.
     QByteArray bytes;
     for (int e = 7000; e <= 9500; e += 50) {
-        bytes += QByteArray::number(e) + (e < 8200 ? " 0.25\n" : " 2\n");
+        bytes += QByteArray::number(e) + (e < 8000 ? " 0.25\n" : e > 8500 ? " 2\n" : " 99\n");
     }
     AMutE spectrum;
     QVERIFY(spectrum.readFile(m_files.write(QStringLiteral("step"), bytes)));
@@ -204,13 +209,18 @@ void SpectraTest::readingFitsTheLines()
     QVERIFY(close(spectrum.post(9000), 2.0, 1e-8));
 }
 
-void SpectraTest::tellsAnglesOfColumns()
+void SpectraTest::tellsAngles()
 {
-    AMutE spectrum;
-    QVERIFY(spectrum.readFile(m_files.write(QStringLiteral("angle"), "8333 1\n")));
-    const double energyEv =
-        12398.424360387684 / (6.2710632 * std::sin(spectrum.points()[0].angleDeg * kPi / 180));
-    QVERIFY(close(energyEv, 8333, 1e-6));
+    AMutE columns;
+    QVERIFY(columns.readFile(m_files.write(QStringLiteral("angle"), "8333 1\n")));
+    QCOMPARE(columns.points()[0].angleDeg,
+             std::asin((12398.424360387684 / 8333) / 6.2710632) / kPi * 180.0);
+    AMutE scan;
+    QVERIFY(scan.readFile(
+        m_files.write(QStringLiteral("scan"), "9809\nOffset\n9 14 1 1 1\n9 13.5 1 1 1\n")));
+    QCOMPARE(scan.points()[1].angleDeg, 13.5);
+    QCOMPARE(scan.minAngle(), 13.5);
+    QCOMPARE(scan.maxAngle(), 14.0);
 }
 
 void SpectraTest::findsIntervals_data()
@@ -248,20 +258,55 @@ void SpectraTest::findsIntervals()
 
 void SpectraTest::normalizes()
 {
-    // Pre-edge line 0.25 below 100 eV, post-edge line 2 above 200 eV, from three points each.
-    AMutE spectrum =
-        spectrumOf({{50, .25}, {70, .25}, {90, .25}, {150, 1.5}, {250, 2}, {300, 2}, {400, 2}});
+    // Sloped lines, a shift and an edge away from the points, so that every part of the
+    // definitions shows. Bits count: results must not depend on how a formula is arranged.
+    AMutE spectrum = spectrumOf({{50, .25},
+                                 {70, .375},
+                                 {90, .5},
+                                 {150, 1.5},
+                                 {160, 1.75},
+                                 {250, 2},
+                                 {300, 2.5},
+                                 {400, 2.25}});
+    spectrum.setDE(3);
     spectrum.setEdge(100, 140, 200);
     spectrum.fitVictoreens();
-    const double expected[] = {1.5, 1.25, -0.5, 1.25 / 1.75, 1.25 / 1.75, 0.0};
+    const auto line = [](const AMutE::Victoreen &v, double e) {
+        const double lambda = 12398.424360387684 / e;
+        return ((lambda * v.c + v.b) * (lambda * lambda * lambda)) + v.a;
+    };
+    const auto value = [&](int mode, double energyEv, double mut) {
+        const double e = energyEv - 3;
+        const double pre = line(spectrum.preLine(), e);
+        const double post = line(spectrum.postLine(), e);
+        const double jump = line(spectrum.postLine(), 140) - line(spectrum.preLine(), 140);
+        const double values[] = {
+            mut, mut - pre, mut - post, (mut - pre) / jump, (mut - pre) / (post - pre), 0.0};
+        return values[mode];
+    };
+    double low = 1e300;
+    double high = -1e300;
     for (int mode = 0; mode <= 5; ++mode) {
-        QVERIFY(close(spectrum.valueAt(mode, 3), expected[mode], 1e-6));
-        QCOMPARE(spectrum.valueAtOrZero(mode, 3), spectrum.valueAt(mode, 3));
-        QCOMPARE(spectrum.valueAtOrZero(mode, 7), 0.0);
+        const double v0 = value(mode, 150, 1.5);
+        const double v1 = value(mode, 160, 1.75);
+        QCOMPARE(spectrum.valueAt(mode, 3), v0);
+        QCOMPARE(spectrum.valueAtOrZero(mode, 3), v0);
+        QCOMPARE(spectrum.valueAtOrZero(mode, 8), 0.0);
         QCOMPARE(spectrum.valueAtOrZero(mode, -1), 0.0);
+        QCOMPARE(spectrum.valueAtE(mode, 149.3),
+                 v0 + (v1 - v0) / (157.0 - 147.0) * (149.3 - 147.0));
+        spectrum.rangeOf(mode, 147, 157, low, high); // both ends belong to it
+        QVERIFY(low <= v0 && high >= v1);
     }
-    QVERIFY(close(spectrum.edgeJump(), 1.75, 1e-6));
+    double minus = 0.0;
+    QVERIFY(spectrum.valueMinusLine(149.3, true, minus));
+    QCOMPARE(minus, 1.5 + (1.75 - 1.5) / (157.0 - 147.0) * (149.3 - 147.0) -
+                        line(spectrum.postLine(), 149.3));
+    QCOMPARE(spectrum.findEdge(), ((90.0 - 3) + (150.0 - 3)) / 2);
     QCOMPARE(spectrum.valueAt(-1, 3), 0.0);
+
+    spectrum.setPoints(spectrum.points()); // its own points are as good as others
+    QCOMPARE(spectrum.points().size(), 8);
 }
 
 void SpectraTest::interpolates()

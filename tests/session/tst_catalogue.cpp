@@ -1,0 +1,257 @@
+// The Japanese catalogue is kept by hand, so nothing but this test notices a source text that was
+// mistyped, lost or added: the program would silently show English for it.
+
+#include <QFile>
+#include <QHash>
+#include <QRegularExpression>
+#include <QTranslator>
+#include <QXmlStreamReader>
+#include <QtTest>
+
+#include <algorithm>
+#include <utility>
+#include <vector>
+
+namespace {
+
+struct ContextTexts {
+    const char *context;
+    std::size_t count; // typed on its own, so that a slip in the list beside it shows
+    std::vector<const char *> sources;
+};
+
+// Blanks at the ends and misspellings are part of the key, as the forms and the code use them.
+const std::vector<ContextTexts> &expectedTexts()
+{
+    // clang-format off
+    static const std::vector<ContextTexts> texts{
+        {"AEPoint", 9,
+         {"   2D ", "  Energy(eV)", "  mut(Ref 1)", "  mut(Ref 2)", "  mut(Target)", "Frame",
+          "No. ", "mut(Ref 3)", "mut(Ref 4)"}},
+        {"AFileSelect", 6, {"0", "Clear", "File", "Frame", "Sel.", "dE[eV]"}},
+        {"ARefFile", 7, {"1", "Frame", "Ratio", "Ref 1", "Use", "Valence", "dMut"}},
+        {"AXafsFileSelect", 4, {"Edge Jump : %1", "Edge Jump(1) : %1", "Eng.[eV]", "mut"}},
+        {"Body", 1, {"MainWindow"}},
+        {"DispABase", 7, {" x:", "Frame", "P/D", "TextLabel", "x-title", "y-title", "y:"}},
+        {"DispArea", 1, {"Frame"}},
+        {"DispMBase", 6, {"  Val:", "  x:", "  y:", "Frame", "P/D", "TextLabel"}},
+        {"Displays", 12,
+         {"Frame", "Histgram of a", "Histgram of dMut", "LCF vs 4PS", "M2/M3", "Muts", "Ref1",
+          "Ref2", "Ref3", "Ref4", "Target", "dMut/v or a"}},
+        {"FourPs", 118,
+         {"  Non Equiv. Meth.", "%1", ", Valence = %1, Base = %2", ", Valence = %1, t = %2", "-0.2",
+          "-50", "1.2", "1.5", "100", "3.5", "3ps: a = %1, Valence = %2", "4 Points Meth.",
+          "4 points.", "4ps", "4ps2: a = %1, Valence = %2, t/ts = %3", "51", "8350", "Amount",
+          "Amount dMut", "Amouont", "Auto", "B.G.Line Type: ", "Boxes", "C1", "C2", "Calc.",
+          "Calc. Type for t, mu0, and k: ", "Can't open the file [%1]", "Data Map",
+          "Data Processing", "Disp Select : ", "Disp. Only", "Edge[eV]",
+          "Energy Range is not selected, which should by selected by CB of TR.", "Eng.", "Eng.[eV]",
+          "Equiv.", "Exact 4 points", "Exec. and Results", "F.P.", "Frame", "From", "Full Range",
+          "Hist Grams", "LCF", "Least Square", "Linear", "M2", "M3", "Map", "Map Select",
+          "More Conds", "No normalize", "No.", "Non", "Non Equiv. Meth.", "Normalized by 2 Vics ",
+          "Normalized by edge jump", "Num.",
+          "Number of Valid Reference files is %1, which is less than 2",
+          "Number of selected data sets %1 is less than %2.",
+          "Number of selected data sets %1 is not %2.",
+          "Number of valied Ref Files is %1, which is less than 2.", "Params for Vic. Lines",
+          "Post E. Line", "Post Edge Start [eV]", "Pre E. Line", "Pre Edge End [eV]", "Ratio 1",
+          "Ratio 2", "Ratio 3", "Ratio 4", "Ratio2", "Rattio 1", "Record Select :", "Ref %1",
+          "Ref File %1 is not valid.", "Ref.1", "Ref.2", "Ref.3", "Ref.4",
+          "Refs/Target XAFS Spectra", "Refs: Sub.", "Remove", "Result Map", "Result of LCF :: ",
+          "Result of NEQ :: ", "Select 2D Map Data", "Show", "Show Data Map", "Show Graphs",
+          "Show Res. Map", "Sub pre Vic.", "Target", "Target File1 is not valid.", "Target: Sub.",
+          "The 1st Ref File is not valid.", "The 2nd Ref File is not valid.", "Thick.", "To", "Use",
+          "V Point is not selected", "V Point is not selected.", "Valence", "Vic.",
+          "When drawing all mut", "Write", "XAFS spectra", "[eV]",
+          "a = %1, Valence = %2, t/ts = %3", "dMut", "dMut 1", "dMut 2", "dMut 3", "dMut 4", "mu0",
+          "mut", "mut0"}},
+        {"PopBase", 1, {"Frame"}},
+        {"cBar", 1, {"Frame"}}};
+    // clang-format on
+    return texts;
+}
+
+QString keyOf(const QString &context, const QString &source)
+{
+    return context + '|' + source;
+}
+
+QStringList placeholdersOf(const QString &text)
+{
+    QStringList found;
+    auto match = QRegularExpression(QStringLiteral("%[0-9]+")).globalMatch(text);
+    while (match.hasNext())
+        found += match.next().captured();
+    found.removeDuplicates();
+    found.sort();
+    return found;
+}
+
+// Blanks before and after the text: indents of captions, joints of message pieces.
+std::pair<int, int> outerBlanksOf(const QString &text)
+{
+    const auto isInk = [](QChar c) { return !c.isSpace(); };
+    return {int(std::find_if(text.begin(), text.end(), isInk) - text.begin()),
+            int(std::find_if(text.rbegin(), text.rend(), isInk) - text.rbegin())};
+}
+
+} // namespace
+
+class CatalogueTest : public QObject {
+    Q_OBJECT
+
+private slots:
+    void initTestCase();
+    void everyTextIsTranslated_data();
+    void everyTextIsTranslated();
+    void givenTexts_data();
+    void givenTexts();
+    void defaultDigitsStay_data();
+    void defaultDigitsStay();
+    void sourceFileHoldsTheseTextsOnly();
+
+private:
+    QString translated(const QString &context, const QString &source) const
+    {
+        return m_catalogue.translate(context.toUtf8().constData(), source.toUtf8().constData());
+    }
+
+    QTranslator m_catalogue;
+};
+
+void CatalogueTest::initTestCase()
+{
+    QVERIFY(m_catalogue.load(QStringLiteral(":klyv_ja_JP")));
+}
+
+void CatalogueTest::everyTextIsTranslated_data()
+{
+    QTest::addColumn<QString>("context");
+    QTest::addColumn<QString>("source");
+    for (const ContextTexts &texts : expectedTexts()) {
+        for (const char *source : texts.sources)
+            QTest::addRow("%s: '%s'", texts.context, source)
+                << QString(texts.context) << QString(source);
+    }
+}
+
+void CatalogueTest::everyTextIsTranslated()
+{
+    QFETCH(QString, context);
+    QFETCH(QString, source);
+    const QString text = translated(context, source);
+    QVERIFY(!text.trimmed().isEmpty());
+
+    QStringList placeholders = placeholdersOf(source);
+    // The one text whose translation names another placeholder; successive arg() calls fill it.
+    if (source == "Number of Valid Reference files is %1, which is less than 2")
+        placeholders = QStringList(QStringLiteral("%2"));
+    QCOMPARE(placeholdersOf(text), placeholders);
+    QCOMPARE(outerBlanksOf(text), outerBlanksOf(source));
+}
+
+void CatalogueTest::givenTexts_data()
+{
+    QTest::addColumn<QString>("context");
+    QTest::addColumn<QString>("expected");
+    const auto row = [](const char *source, const QString &expected,
+                        const QString &context = "FourPs") {
+        QTest::newRow(source) << context << expected;
+    };
+    row("V Point is not selected.", "非等吸収点を選択して下さい。");
+    row("V Point is not selected", "非等吸収点を選択して下さい。");
+    row("The 1st Ref File is not valid.", "１番目の標準試料が有効ではありません。");
+    row("The 2nd Ref File is not valid.", "2番目の標準試料が有効ではありません。");
+    row("Target File1 is not valid.", "解析対象ファイルが設定されていません。");
+    row("Ref File %1 is not valid.", "標準[%1]が無効です。");
+    row("Number of valied Ref Files is %1, which is less than 2.",
+        "標準試料の数が%1しかありません(最低2つ必要です)。");
+    row("Number of selected data sets %1 is not %2.",
+        "データセットが%1個選ばれています。%2個選択して下さい。");
+    row("Number of selected data sets %1 is less than %2.",
+        "マップデータがが%1個しか選択されていません。(最低%2個選択する必要があります)");
+    row("Number of Valid Reference files is %1, which is less than 2",
+        "有効な標準試料が%2個しか指定されていません(最低2つ必要です)。");
+    row("Energy Range is not selected, which should by selected by CB of TR.",
+        "線形結合計算を行うエネルギー範囲が選択されていません"
+        "(「膜厚比計算」のチェックボックスで選択)。");
+    row("Can't open the file [%1]", "ファイル[%1]が開けません。");
+    row("Result of LCF :: ", "結果(LCF) :: ");
+    row("Result of NEQ :: ", "結果(NEQ) :: ");
+    row("3ps: a = %1, Valence = %2", "3ps: 標準1の比率 = %1, 価数 = %2");
+    row("4ps2: a = %1, Valence = %2, t/ts = %3", "4ps2: 標準1の比率=%1, 価数=%2, t/ts=%3");
+    row("a = %1, Valence = %2, t/ts = %3", "標準1の比率=%1, 価数=%2, t/ts=%3");
+    row(", Valence = %1, t = %2", ", 価数 = %1, 相対厚さ = %2");
+    row(", Valence = %1, Base = %2", ", 価数 = %1, ベース = %2");
+    row("Ref %1", "標準%1");
+    row("Edge Jump : %1", "エッジジャンプ: %1", "AXafsFileSelect");
+}
+
+void CatalogueTest::givenTexts()
+{
+    QFETCH(QString, context);
+    QTEST(translated(context, QTest::currentDataTag()), "expected");
+}
+
+// The form's defaults pass through the catalogue too; a changed digit would change a calculation.
+void CatalogueTest::defaultDigitsStay_data()
+{
+    QTest::addColumn<QString>("context");
+    for (const char *digits : {"8350", "-50", "100", "1.5", "3.5", "-0.2", "1.2", "51"})
+        QTest::newRow(digits) << QString("FourPs");
+    QTest::newRow("0") << QString("AFileSelect");
+    QTest::newRow("1") << QString("ARefFile");
+}
+
+void CatalogueTest::defaultDigitsStay()
+{
+    QFETCH(QString, context);
+    QCOMPARE(translated(context, QTest::currentDataTag()), QString(QTest::currentDataTag()));
+}
+
+void CatalogueTest::sourceFileHoldsTheseTextsOnly()
+{
+    QFile file(QStringLiteral(ORVEL_CATALOGUE_TS));
+    QVERIFY2(file.open(QIODevice::ReadOnly), ORVEL_CATALOGUE_TS);
+    QStringList actual;
+    QHash<QString, std::size_t> counts;
+    QString context;
+    QString source;
+    QXmlStreamReader xml(&file);
+    while (!xml.atEnd()) {
+        if (xml.readNext() != QXmlStreamReader::StartElement)
+            continue;
+        if (xml.name() == QLatin1String("name")) {
+            context = xml.readElementText();
+        } else if (xml.name() == QLatin1String("source")) {
+            source = xml.readElementText();
+        } else if (xml.name() == QLatin1String("translation")) {
+            // "unfinished", "vanished" and "obsolete" all come as a type
+            const bool finished = xml.attributes().isEmpty();
+            const QString text = xml.readElementText();
+            actual += keyOf(context, source);
+            QVERIFY2(finished, qPrintable("not finished: " + actual.last()));
+            // the compiled catalogue is the one made from this file
+            QCOMPARE(translated(context, source), text);
+            ++counts[context];
+        }
+    }
+    QVERIFY2(!xml.hasError(), qPrintable(xml.errorString()));
+
+    QStringList expected;
+    for (const ContextTexts &texts : expectedTexts()) {
+        for (const char *text : texts.sources)
+            expected += keyOf(texts.context, text);
+    }
+    for (const QString &key : actual)
+        QVERIFY2(expected.contains(key), qPrintable("not expected: " + key));
+    for (const QString &key : expected)
+        QVERIFY2(actual.contains(key), qPrintable("missing: " + key));
+    for (const ContextTexts &texts : expectedTexts()) // no text twice either
+        QVERIFY2(counts.value(texts.context) == texts.count, texts.context);
+    QCOMPARE(actual.size(), 173);
+}
+
+QTEST_GUILESS_MAIN(CatalogueTest)
+
+#include "tst_catalogue.moc"

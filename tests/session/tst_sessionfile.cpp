@@ -1,0 +1,404 @@
+#include "session/InputLoader.h"
+#include "session/SessionFile.h"
+#include "tests/TestFiles.h"
+
+#include <QDir>
+#include <QSettings>
+#include <QtTest>
+
+#include <csignal>
+
+#include <sys/resource.h>
+#include <sys/stat.h>
+
+using namespace orvel;
+
+namespace {
+
+const QByteArray kHead = "[Session]\nVersion=1\n";
+
+/// Every key with a value that is not its default, as a user would write it.
+QByteArray fullSession()
+{
+    QString text = kHead + "[Edge]\nEdgeE=7112.5\nPreEEndDE=-40\nPostEStartDE=90\n";
+    for (int i = 1; i <= 4; ++i) {
+        text += QString("[Ref%1]\nUseCB=true\nXafsFS=refs/%1.dat\nDE=0.%1\nValence=%1.5\n").arg(i);
+    }
+    text += "[Target]\nTargetFile=\"試料 a,b;c.dat\"\nDE=-1.5\n";
+    for (int i = 1; i <= 8; ++i) {
+        text += QString("[Point%1]\nUseCB=true\nLCFCB=1\nVPointCB=true\nEnergy=710%1\n"
+                        "FileSelect=/maps/%1.txt\n")
+                    .arg(i);
+    }
+    text += "[Method]\nTypeNonEquiv=true\nTypeTMK=LS\nSubEforRef=Post\nSubEforTarget=Post\n"
+            "NonEquivBG=Linear\n"
+            "[Histogram]\nHgAFrom=1\nHgATo=2\nHgABoxes=3\nHgAAuto=true\n"
+            "HgTFrom=4\nHgTTo=5\nHgTBoxes=6\nHgTAuto=true\n[Record]\n";
+    for (const char *quantity : {"Ratio1", "Ratio2", "Ratio3", "Ratio4", "DMut1", "DMut2", "DMut3",
+                                 "DMut4", "Mut0", "C1", "C2", "Valence", "Amount"}) {
+        text += QString("Rec%1=false\n").arg(quantity);
+    }
+    text += "[Output]\nSaveFSelect=../out/map.v1.dat\n"
+            "[View]\nMapQuantity=C2\nHgQuantity=DMut3\nNormalize=2Vics\nFullRangeCB=false\n"
+            "MapWGrid=true\nShowDMap=false\nShowDAB=false\nShowMap=false\nShowMapB=7\n"
+            "DispFiles=one.dat, /else/two.dat\n";
+    return text.toUtf8();
+}
+
+/// All fields of a state; a difference names its line.
+QStringList listed(const PanelState &state)
+{
+    QStringList lines;
+    const auto add = [&lines](const QString &name, const QVariantList &values) {
+        lines += name;
+        for (const QVariant &value : values) {
+            lines.last() += ' ' + value.toString();
+        }
+    };
+    const SessionTexts &texts = state.texts;
+    add("edge", {texts.edgeE.value_or("(none)"), texts.preEdgeEndDE, texts.postEdgeStartDE});
+    for (const ReferenceTexts &row : texts.references) {
+        add("reference", {row.use, row.file, row.dE, row.valence});
+    }
+    add("target", {texts.target.file, texts.target.dE});
+    for (const PointTexts &row : texts.points) {
+        add("point", {row.use, row.lcf, row.vPoint, row.energy, row.file});
+    }
+    add("method", {texts.nonEquiv, int(texts.solver), int(texts.subForRef), int(texts.subForTarget),
+                   int(texts.background)});
+    for (const HistogramTexts &row : {texts.valenceHistogram, texts.amountHistogram}) {
+        add("histogram", {row.from, row.to, row.boxes, row.autoRange});
+    }
+    add("record", {});
+    for (const bool column : texts.record) {
+        lines.last() += column ? " on" : " off";
+    }
+    add("result", {texts.resultFile});
+    const ViewTexts &view = state.view;
+    add("quantities", {int(view.mapQuantity), int(view.histogramQuantity)});
+    add("graphs", {int(view.normalize), view.fullRange});
+    add("shown",
+        {view.mapWithGrid, view.showDataMap, view.showGraphs, view.showResultMap, view.dataMapRow});
+    add("displayed", {view.displayFiles.join(' ')});
+    return lines;
+}
+
+/// A spectrum without absorption up to the edge, so that its pre-edge line is exactly 0.
+QByteArray spectrum(const QByteArray &edgePoints)
+{
+    return "1000 0\n2000 0\n3000 0\n4000 0\n5000 0\n" + edgePoints;
+}
+
+QByteArray mapAt(const QByteArray &energyEv)
+{
+    return "# ENERGY : " + energyEv + "\n# X-NUM 1\n# Y-NUM 1\n0 0 1 0\n";
+}
+
+} // namespace
+
+class SessionFileTest : public QObject {
+    Q_OBJECT
+
+private slots:
+    void init() { m_files = std::make_unique<TestFiles>(); } // new ones for every row
+    void readsAndWritesEveryKey();
+    void defaultsAreTheForms();
+    void pathsMoveWithTheirFolder_data();
+    void pathsMoveWithTheirFolder();
+    void keepsTheOldFileWhenItCannotWrite();
+    void texts_data();
+    void texts();
+    void refuses_data();
+    void refuses();
+    void edgeOfTheSpectra_data();
+    void edgeOfTheSpectra();
+    void inputsAreShiftedAndFilled();
+    void unreadableFilesAreListed();
+    void survivesSerialisedValues();
+
+private:
+    SessionReading read(const QByteArray &bytes) const
+    {
+        return readSession(m_files->write("s.ini", bytes));
+    }
+
+    std::unique_ptr<TestFiles> m_files;
+};
+
+void SessionFileTest::readsAndWritesEveryKey()
+{
+    const QDir folder(m_files->path(""));
+    QString expected = "edge 7112.5 -40 90";
+    for (int i = 1; i <= 4; ++i) {
+        expected += QString("|reference true %1/refs/%2.dat 0.%2 %2.5").arg(folder.path()).arg(i);
+    }
+    expected += QString("|target %1/試料 a,b;c.dat -1.5").arg(folder.path());
+    for (int i = 1; i <= 8; ++i) {
+        expected += QString("|point true true true 710%1 /maps/%1.txt").arg(i);
+    }
+    expected += "|method true 1 1 1 1|histogram 1 2 3 true|histogram 4 5 6 true|record" +
+                QString(" off").repeated(13) + "|result " + folder.path() + "/../out/map.v1.dat" +
+                "|quantities 10 6|graphs 3 false|shown true false false false 7|displayed " +
+                folder.path() + "/one.dat /else/two.dat";
+    const SessionReading reading = read(fullSession());
+    QCOMPARE(reading.error + (reading.notes + reading.viewNotes).join('|'), QString());
+    QCOMPARE(listed(reading.state).join('|'), expected);
+    const MethodChoice method = methodOf(reading.state.texts);
+    QVERIFY(method.nonEquiv && !method.exact && method.linearBackground);
+    QVERIFY(method.subPostForRef && method.subPostForTarget);
+
+    const QString path = m_files->write("w.ini", "[Left]\nOver=1\n");
+    QVERIFY(writeSession(path, reading.state));
+    const SessionReading again = readSession(path);
+    QCOMPARE(again.error + again.notes.join('|'), QString());
+    QCOMPARE(listed(again.state).join('|'), expected);
+    // The same keys and no other; and defaults of them all differ, or some might not be read.
+    const QStringList keys = QSettings(m_files->path("s.ini"), QSettings::IniFormat).allKeys();
+    QCOMPARE(QSettings(path, QSettings::IniFormat).allKeys(), keys);
+    QVERIFY(writeSession(m_files->path("d.ini"), PanelState()));
+    QCOMPARE(listed(readSession(m_files->path("d.ini")).state), listed(PanelState()));
+    const QSettings defaults(m_files->path("d.ini"), QSettings::IniFormat);
+    for (const QString &key : keys) {
+        QVERIFY2(key == "Session/Version" ||
+                     defaults.value(key) != QSettings(path, QSettings::IniFormat).value(key),
+                 qPrintable(key));
+    }
+    // So that a look at the first line tells a session from other files.
+    QVERIFY(m_files->read("w.ini").startsWith("[Session]\n"));
+}
+
+void SessionFileTest::defaultsAreTheForms()
+{
+    QCOMPARE(listed(read(kHead).state).join('|'),
+             "edge (none) -50 100|" + QString("reference false  0 1|").repeated(4) + "target  0|" +
+                 QString("point false false false  |").repeated(8) +
+                 "method false 0 0 0 0|histogram 1.5 3.5 51 false|histogram -0.2 1.2 51 false|" +
+                 "record" + QString(" on").repeated(13) +
+                 "|result |quantities 11 11|graphs 0 true|shown false true true true 1|displayed ");
+}
+
+void SessionFileTest::pathsMoveWithTheirFolder_data()
+{
+    QTest::addColumn<QString>("name");
+    for (const char *name :
+         {"with blank.dat", " blanks at the ends ", "a, b;c.dat", "価数/図.dat", "quote\"d.dat",
+          "back\\slash.dat", "100%41.dat", "@home", "@Invalid()", "key=value.dat", "#1.dat",
+          "[x].dat", "../beside/x.dat", "two\nlines.dat", "~/x.dat"}) {
+        QTest::newRow(name) << QString(name);
+    }
+}
+
+void SessionFileTest::pathsMoveWithTheirFolder()
+{
+    QFETCH(QString, name);
+    const QDir folder(m_files->path(""));
+    QVERIFY(folder.mkdir("old") && folder.mkdir("new"));
+    const auto pathIn = [&](const char *at) {
+        return QDir::cleanPath(m_files->path(at + ('/' + name)));
+    };
+    PanelState state;
+    state.texts.target.file = pathIn("old");
+    state.view.displayFiles = QStringList{pathIn("old"), pathIn("old")};
+    QVERIFY(writeSession(m_files->path("old/s.ini"), state));
+    QCOMPARE(listed(readSession(m_files->path("old/s.ini")).state), listed(state));
+
+    const QString copy = m_files->write("new/s.ini", m_files->read("old/s.ini"));
+    const QString moved = name.startsWith("../") ? pathIn("old") : pathIn("new");
+    QCOMPARE(readSession(copy).state.texts.target.file, moved);
+}
+
+void SessionFileTest::keepsTheOldFileWhenItCannotWrite()
+{
+    QVERIFY(!writeSession(m_files->path(""), PanelState())); // a folder
+    QVERIFY(!writeSession(m_files->path("no/s.ini"), PanelState()));
+    const QString old = m_files->write("s.ini", "old");
+    rlimit before;
+    getrlimit(RLIMIT_FSIZE, &before);
+    const auto handler = std::signal(SIGXFSZ, SIG_IGN);
+    const rlimit fullDisk = {1000, before.rlim_max}; // a session has some 2500 bytes
+    setrlimit(RLIMIT_FSIZE, &fullDisk);
+    const bool written = writeSession(old, PanelState());
+    setrlimit(RLIMIT_FSIZE, &before);
+    std::signal(SIGXFSZ, handler);
+    QVERIFY(!written);
+    QCOMPARE(m_files->read("s.ini"), QByteArray("old"));
+}
+
+void SessionFileTest::texts_data()
+{
+    QTest::addColumn<QByteArray>("lines");
+    QTest::addColumn<QString>("expected"); // one of listed()
+    QTest::addColumn<QString>("note");
+    const auto row = [](const QByteArray &lines, const char *expected, const char *note = "") {
+        QTest::newRow(lines.simplified().constData())
+            << lines << QString(expected) << QString(note);
+    };
+    row("[Edge]\nEdgeE=8350 eV", "edge 8350 eV -50 100"); // no number stays text
+    row("[Edge]\nEdgeE=", "edge  -50 100");               // empty is not missing
+    row("[Edge]\nEdgeE=8,350", "edge 8,350 -50 100");     // a comma makes no list
+    row("[Point1]\nEnergy=8,350", "point false false false 8,350 ");
+    row("[Edge]\nEdgeE=8350   ; eV, found", "edge 8350 -50 100");
+    row("; a\n[Edge]\n;EdgeE=1\n\n  EdgeE = 2", "edge 2 -50 100");
+    row("[Edge]\r\nEdgeE=8350\r\n", "edge 8350 -50 100");
+    for (const char *yes : {"true", "1"}) {
+        row(QByteArray("[View]\nMapWGrid=") + yes, "shown true true true true 1");
+    }
+    for (const char *other : {"True", "yes", "2", "0", "", "true,true"}) {
+        row(QByteArray("[View]\nFullRangeCB=") + other, "graphs 0 false");
+    }
+    row("[Output]\nSaveFSelect=/a/b,c.dat", "result /a/b,c.dat");
+    row("[Output]\nSaveFSelect=/a/./b/../c.dat", "result /a/./b/../c.dat"); // b may be a link
+    row("[Output]\nSaveFSelect=", "result ");
+    row("[Method]\nTypeTMK=ls", "method false 0 0 0 0",
+        "unknown choice Method/TypeTMK=ls, taken as Exact");
+    row("[View]\nMapQuantity=Thickness", "quantities 11 11",
+        "unknown choice View/MapQuantity=Thickness, taken as Valence");
+    row("[Edge]\nedgee=1", "edge (none) -50 100", "unknown key Edge/edgee");
+    row("[Ref5]\nUseCB=true", "target  0", "unknown key Ref5/UseCB");
+}
+
+void SessionFileTest::texts()
+{
+    QFETCH(QByteArray, lines);
+    QFETCH(QString, expected);
+    for (const char *mark : {"", "\xEF\xBB\xBF"}) {
+        const SessionReading reading = read(mark + kHead + lines + '\n');
+        QCOMPARE(reading.error, QString());
+        QVERIFY2(listed(reading.state).contains(expected),
+                 qPrintable(listed(reading.state).join('\n')));
+        QTEST((reading.notes + reading.viewNotes).join('|'), "note");
+    }
+}
+
+void SessionFileTest::refuses_data()
+{
+    QTest::addColumn<QByteArray>("bytes");
+    QTest::newRow("empty") << QByteArray();
+    QTest::newRow("another version") << QByteArray("[Session]\nVersion=2\n");
+    QTest::newRow("no [Session]") << QByteArray("[Edge]\nEdgeE=8350\n");
+    QTest::newRow("Version outside its group") << QByteArray("Version=1\n[Edge]\nEdgeE=8350\n");
+    QTest::newRow("prose") << QByteArray("Dear reader,\nthis is a letter\n");
+    QTest::newRow("broken line") << kHead + "nonsense\n";
+    QTest::newRow("broken group") << kHead + "[Edge\nEdgeE=8350\n";
+    QTest::newRow("a map") << mapAt("8330");
+    QTest::newRow("binary") << QByteArray::fromHex("7f454c46020101000000fffe3d0a005b80");
+    QTest::newRow("too large") << kHead + ';' + QByteArray(2 << 20, 'x');
+}
+
+void SessionFileTest::refuses()
+{
+    QFETCH(QByteArray, bytes);
+    QVERIFY(!read(bytes).error.isEmpty());
+    if (bytes.isEmpty()) { // these hold nothing either; a pipe must not be waited for
+        const QString pipe = m_files->path("pipe");
+        QCOMPARE(mkfifo(pipe.toLocal8Bit().constData(), 0600), 0);
+        for (const QString &path : {pipe, m_files->path(""), m_files->path("missing"), QString()}) {
+            QVERIFY2(!readSession(path).error.isEmpty(), qPrintable(path));
+        }
+    }
+}
+
+void SessionFileTest::edgeOfTheSpectra_data()
+{
+    QTest::addColumn<QString>("entered"); // null: missing
+    QTest::addColumn<bool>("readable");
+    QTest::addColumn<double>("expected");
+    QTest::newRow("of the last reference") << QString() << true << 8333.79;
+    QTest::newRow("entered") << QString("8340.1234567") << true << 8340.1234567;
+    QTest::newRow("entered as nothing") << QString("") << true << 0.0;
+    QTest::newRow("entered as a list") << QString("8,340") << true << 0.0;
+    QTest::newRow("no reference at all") << QString() << false << 8350.0;
+}
+
+void SessionFileTest::edgeOfTheSpectra()
+{
+    QFETCH(QString, entered);
+    QFETCH(bool, readable);
+    QFETCH(double, expected);
+    SessionTexts texts;
+    if (!entered.isNull()) {
+        texts.edgeE = entered;
+    }
+    if (readable) { // used or not
+        texts.references[0] = {true, m_files->write("1", spectrum("7000 9\n")), "0", "1"};
+        texts.references[2].file = m_files->write("3", spectrum("8335.123 0\n8336.456 1\n"));
+        texts.references[2].dE = "2"; // 8335.7895 less 2, in six digits
+    }
+    texts.references[3].file = m_files->path("missing");
+    const AnalysisInput input = loadInput(texts).input;
+    for (const AMutE &one : {input.references[0].spectrum, input.references[2].spectrum,
+                             input.references[3].spectrum, input.target}) {
+        QCOMPARE(one.edgeE(), expected);
+        QCOMPARE(one.preEdgeEnd(), expected - 50);
+        QCOMPARE(one.postEdgeStart(), expected + 100);
+    }
+}
+
+void SessionFileTest::inputsAreShiftedAndFilled()
+{
+    // Pre-edge lines are 0. From 6000 to 9000 mu rises by 1 / 3000 per eV, the target's by twice
+    // that. With dE = 100 a spectrum has at E what its file has at E + 100.
+    SessionTexts texts;
+    texts.edgeE = "5550";
+    texts.references[1] = {false, m_files->write("r", spectrum("6000 0\n9000 1\n")), "100", "2.5"};
+    texts.target.file = m_files->write("t", spectrum("6000 0\n9000 2\n"));
+    const QString map = m_files->write("m", mapAt("7000"));
+    texts.points[0].file = texts.points[1].file = texts.points[3].file = map;
+    texts.points[1].energy = "8000";
+    texts.points[2].energy = "9500";  // beyond the last point
+    texts.points[3].energy = "8,000"; // no number
+    texts.points[7] = {true, true, true, "", ""};
+    QString announced;
+    const AnalysisInput input =
+        loadInput(texts, [&announced](int file, int files, const QString &path) {
+            announced += QString("%1/%2 %3 ").arg(file).arg(files).arg(path.right(1));
+        }).input;
+
+    QCOMPARE(announced, QString("0/5 r 1/5 t 2/5 m 3/5 m 4/5 m "));
+    QCOMPARE(input.references[1].valence, 2.5);
+    const double energies[] = {7000, 8000, 9500, 0, 0, 0, 0, 0};
+    const double reference[] = {0.366667, 0.7, 0, 0, 0, 0, 0, 0}; // 1100 / 3000, 2100 / 3000
+    const double target[] = {0.666667, 1.33333, 0, 0, 0, 0, 0, 0};
+    for (size_t i = 0; i < input.points.size(); ++i) {
+        const EnergyPointInput &row = input.points[i];
+        QCOMPARE(row.energyEv, energies[i]);
+        QCOMPARE(row.referenceMu[0], 0.0);
+        QCOMPARE(row.referenceMu[1], reference[i]);
+        QCOMPARE(row.targetMu, target[i]);
+        QCOMPARE(row.map != nullptr, i < 2 || i == 3);
+    }
+    const EnergyPointInput &last = input.points[7];
+    QVERIFY(last.use && last.lcf && last.vPoint && !last.isUsedOnMaps());
+}
+
+void SessionFileTest::unreadableFilesAreListed()
+{
+    SessionTexts texts; // no row is used
+    texts.references[0].file = m_files->path("missing");
+    texts.references[3].file = m_files->write("comments", "# eV mu\n");
+    texts.target.file = m_files->path("folder");
+    QVERIFY(QDir().mkdir(texts.target.file));
+    texts.points[2].file = m_files->write("no grid", "0 0 1\n");
+    texts.points[3].file = m_files->write("fine", mapAt("7000"));
+    texts.points[7].file = m_files->write("no pixel", "# X-NUM 1\n# Y-NUM 1\n");
+    QStringList found;
+    for (const UnreadableFile &file : loadInput(texts).unreadable) {
+        found += QFileInfo(file.path).fileName() + ' ' + describe(file.reason);
+    }
+    QCOMPARE(found, (QStringList{"missing " + describe(ReadFailure::NotARegularFile),
+                                 "comments " + describe(ReadFailure::NoPoint),
+                                 "folder " + describe(ReadFailure::NotARegularFile),
+                                 "no grid " + describe(ReadFailure::NoGrid),
+                                 "no pixel " + describe(ReadFailure::NoPixel)}));
+}
+
+void SessionFileTest::survivesSerialisedValues()
+{
+    // Lists of 2^31 elements that are not there, in the notation for values that are no text.
+    for (const char type : {'9', 'b'}) {
+        read(kHead + "[Edge]\nEdgeE=@Variant(\\0\\0\\0\\x" + type + "\\x7f\\xff\\xff\\xff)\n");
+    }
+}
+
+QTEST_GUILESS_MAIN(SessionFileTest)
+#include "tst_sessionfile.moc"
