@@ -7,9 +7,6 @@
 #include <QFileInfo>
 #include <QSet>
 #include <QSettings>
-#include <QTemporaryDir>
-
-#include <cstring>
 
 namespace orvel {
 namespace {
@@ -197,26 +194,31 @@ private:
     QSet<QString> m_known;
 };
 
+/// Writes INI text as QSettings reads it. (QSettings itself sorts the groups, breaks characters
+/// beyond the basic plane and does not notice a full disk.)
 class FieldWriter {
 public:
-    FieldWriter(QSettings &settings, const QDir &folder) : m_settings(settings), m_folder(folder) {}
+    explicit FieldWriter(const QDir &folder) : m_folder(folder) {}
 
-    void text(const QString &key, const QString &value) { m_settings.setValue(key, value); }
+    void text(const QString &key, const QString &value) { write(key, quoted(value)); }
     void given(const QString &key, const std::optional<QString> &value)
     {
         if (value) {
             text(key, *value);
         }
     }
-    void box(const QString &key, bool value) { m_settings.setValue(key, value); }
+    void box(const QString &key, bool value)
+    {
+        text(key, value ? QStringLiteral("true") : QStringLiteral("false"));
+    }
     void path(const QString &key, const QString &value) { text(key, relative(value)); }
     void paths(const QString &key, const QStringList &values)
     {
-        QStringList shortened;
+        QStringList texts;
         for (const QString &value : values) {
-            shortened.append(relative(value));
+            texts.append(quoted(relative(value)));
         }
-        m_settings.setValue(key, shortened);
+        write(key, texts.join(QStringLiteral(", ")));
     }
     template <class Enum>
     void choice(const QString &key, const Enum &value, const QStringList &names)
@@ -224,53 +226,120 @@ public:
         text(key, names[static_cast<int>(value)]);
     }
 
+    QByteArray ini() const { return m_text.toUtf8(); }
+
 private:
+    void write(const QString &key, const QString &value)
+    {
+        const QString group = key.section(QLatin1Char('/'), 0, 0);
+        if (group != m_group) {
+            m_text += (m_group.isEmpty() ? QString() : QStringLiteral("\n")) + QLatin1Char('[') +
+                      group + QStringLiteral("]\n");
+            m_group = group;
+        }
+        m_text += key.section(QLatin1Char('/'), 1) + QLatin1Char('=') + value + QLatin1Char('\n');
+    }
+
+    /// A value in quotes where it needs them: separators, outer blanks, escapes.
+    static QString quoted(const QString &value)
+    {
+        static const QString special = QStringLiteral("\"\\;,=");
+        bool plain = value == value.trimmed();
+        QString escaped = value.startsWith(QLatin1Char('@')) ? QStringLiteral("@") : QString();
+        bool afterNumber = false; // a hexadecimal escape takes all digits that follow
+        for (const QChar c : value) {
+            const bool isDigit = QStringLiteral("0123456789abcdefABCDEF").contains(c);
+            if (c.unicode() < 0x20 || c.unicode() == 0x7F || (afterNumber && isDigit)) {
+                escaped += QStringLiteral("\\x%1").arg(c.unicode(), 0, 16);
+                afterNumber = true;
+                plain = false;
+                continue;
+            }
+            afterNumber = false;
+            plain = plain && !special.contains(c);
+            if (c == QLatin1Char('"') || c == QLatin1Char('\\')) {
+                escaped += QLatin1Char('\\');
+            }
+            escaped += c;
+        }
+        return plain ? escaped : QLatin1Char('"') + escaped + QLatin1Char('"');
+    }
+
+    /// Relative where the path lies below the folder; letter by letter, since ".." behind a link
+    /// must not be resolved here.
     QString relative(const QString &path) const
     {
-        if (path.isEmpty()) {
-            return path;
-        }
-        const QString below = m_folder.relativeFilePath(path);
-        return below.startsWith(QLatin1String("..")) ? path : below;
+        const QString folder = m_folder.absolutePath() + QLatin1Char('/');
+        const QString below = path.startsWith(folder) ? path.mid(folder.size()) : path;
+        return m_folder.absoluteFilePath(below) == path ? below : path;
     }
 
-    QSettings &m_settings;
     QDir m_folder;
+    QString m_group;
+    QString m_text;
 };
 
-/// Whether some value could make QSettings unpack a serialised object, which may claim any amount
-/// of memory and stack. Such a value begins with '@', plain or as an escape; of our own, those of
-/// empty lists ("@Invalid()") and of texts that begin with '@' ("@@...") do.
-bool mayHoldObjects(const QByteArray &ini)
-{
-    for (int i = 0; i < ini.size(); ++i) {
-        if (ini[i] != '=' && ini[i] != ',') {
-            continue;
-        }
-        int first = i + 1;
-        while (first < ini.size() && std::strchr(" \t\r\n\"", ini[first]) != nullptr &&
-               ini[first] != '\0') {
-            ++first;
-        }
-        const QByteArray value = ini.mid(first, 10);
-        const bool escaped = value.startsWith('\\') && !value.startsWith("\\\\");
-        const bool object =
-            value.startsWith('@') && !value.startsWith("@@") && !value.startsWith("@Invalid()");
-        if (escaped || object) {
-            return true;
-        }
-    }
-    return false;
-}
+/// Finds values that would make QSettings unpack a serialised object, which may claim any amount
+/// of memory and stack: those that begin with '@', be it quoted or an escape. Of our own, texts
+/// that begin with '@' do ("@@..."); QSettings itself writes "@Invalid()" for an empty list.
+class ObjectFinder {
+public:
+    explicit ObjectFinder(const QByteArray &ini) : m_ini(ini) {}
 
-int countOfValues(const QByteArray &ini)
-{
-    int values = 0;
-    for (const QByteArray &line : ini.split('\n')) {
-        values += !line.startsWith('[') && line.contains('=') ? 1 : 0;
+    bool find()
+    {
+        bool inValue = false;
+        bool inQuotes = false;
+        for (m_at = 0; m_at < m_ini.size(); ++m_at) {
+            const char c = m_ini[m_at];
+            if (c == '\\') {
+                ++m_at; // what follows separates nothing
+            } else if (c == '"') {
+                inQuotes = !inQuotes;
+            } else if (!inQuotes && (c == '\n' || c == '\r' || c == ';')) {
+                inValue = false; // a ';' begins a comment, to be looked at as if it were a line
+            } else if (!inQuotes && ((c == '=' && !inValue) || (c == ',' && inValue))) {
+                inValue = true;
+                if (isObject(m_at + 1)) {
+                    return true;
+                }
+            }
+        }
+        return false;
     }
-    return values;
-}
+
+private:
+    char at(int i) const { return i < m_ini.size() ? m_ini[i] : '\0'; }
+
+    bool isObject(int i) const
+    {
+        while (at(i) == ' ' || at(i) == '\t' || at(i) == '"' ||
+               (at(i) == '\\' && (at(i + 1) == '\n' || at(i + 1) == '\r'))) {
+            i += at(i) == '\\' ? 2 : 1;
+        }
+        if (at(i) == '@') {
+            return at(i + 1) != '@' && m_ini.mid(i, 10) != "@Invalid()";
+        }
+        return at(i) == '\\' && escapedCharacter(i + 1) == '@';
+    }
+
+    /// The character of a numeric escape as QSettings takes it, of any number of digits; else 0.
+    int escapedCharacter(int i) const
+    {
+        const int base = at(i) == 'x' ? 16 : 8;
+        i += base == 16 ? 1 : 0;
+        int code = 0;
+        bool isDigit = true;
+        for (int digit = QByteArray(1, at(i)).toInt(&isDigit, base); isDigit;
+             digit = QByteArray(1, at(++i)).toInt(&isDigit, base)) {
+            code = (code * base + digit) & 0xFFFF;
+        }
+        return code;
+    }
+
+    const QByteArray &m_ini;
+    int m_at = 0;
+};
 
 bool hasSessionLine(const QByteArray &ini)
 {
@@ -305,8 +374,8 @@ SessionReading readSession(const QString &path)
         reading.error = QStringLiteral("it has no [Session] group");
         return reading;
     }
-    if (mayHoldObjects(ini)) {
-        reading.error = QStringLiteral("it has a value that begins with @ or \\");
+    if (ObjectFinder(ini).find()) {
+        reading.error = QStringLiteral("it has a serialised object (@...) for a value");
         return reading;
     }
     QSettings settings(path, QSettings::IniFormat);
@@ -327,36 +396,14 @@ SessionReading readSession(const QString &path)
 
 bool writeSession(const QString &path, const PanelState &state)
 {
-    // QSettings merges with what is there, sorts its groups and does not notice a full disk. So it
-    // writes a draft, which is checked, put in order, and replaces the old file as a whole.
-    const QTemporaryDir scratch;
-    const QString draftPath = scratch.filePath(QStringLiteral("session.ini"));
-    QSettings settings(draftPath, QSettings::IniFormat);
-    settings.setIniCodec("UTF-8");
-    settings.setValue(kVersionKey, kVersion);
-    FieldWriter writer(settings, QFileInfo(path).absoluteDir());
+    FieldWriter writer(QFileInfo(path).absoluteDir());
+    writer.text(kVersionKey, kVersion);
     eachField(state, writer);
-    settings.sync();
-    QFile draft(draftPath);
-    if (!draft.open(QIODevice::ReadOnly)) {
-        return false;
-    }
-    const QByteArray ini = draft.readAll();
-    const int session = ini.indexOf("[Session]\n");
-    if (countOfValues(ini) != settings.allKeys().size() || !ini.endsWith('\n') || session < 0) {
-        return false;
-    }
-    const int next = ini.indexOf("\n[", session);
-    const int end = next < 0 ? ini.size() : next + 1;
-
     OutputFile file(path);
     if (!file.open()) {
         return false;
     }
-    file.write(ini.mid(session, end - session));
-    file.write("\n");
-    file.write(ini.left(session));
-    file.write(ini.mid(end));
+    file.write(writer.ini());
     return file.commit();
 }
 

@@ -8,12 +8,12 @@
 namespace orvel {
 
 /// A text file of measured data, read line by line as the instruments write it: lines end in
-/// "\n" or "\r\n" (every '\r' is dropped) and the last one may lack its end; a byte-order mark
-/// vanishes; bytes that are not UTF-8 (old headers in other encodings) become U+FFFD and never
-/// disturb the ASCII around them.
+/// "\n" or "\r\n" (every '\r' is dropped) and the last one may lack its end; text is UTF-8 whatever
+/// the locale, unless a byte-order mark, which vanishes, says otherwise; bytes that are not UTF-8
+/// (old headers in other encodings) become U+FFFD and never disturb the ASCII around them.
 class TextFile {
 public:
-    /// Lines of this many characters and more are refused; bounds the memory that a file without
+    /// Lines of this many bytes and more are refused; bounds the memory that a file without
     /// line ends can claim.
     static constexpr int kLongestLine = 1 << 20;
 
@@ -29,8 +29,12 @@ public:
     ReadFailure failure() const { return m_failure; }
 
 private:
+    bool readBytes(QString &line);
+    bool readWide(QString &line);
+
     QFile m_file;
-    QTextStream m_stream;
+    QTextStream m_stream; ///< of files with a mark of UTF-16 or UTF-32
+    bool m_wide = false;
     ReadFailure m_failure = ReadFailure::None;
 };
 
