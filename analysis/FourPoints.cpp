@@ -1,5 +1,10 @@
 #include "analysis/FourPoints.h"
 
+#include "analysis/PixelRuns.h"
+#include "base/Parallel.h"
+
+#include <algorithm>
+
 namespace orvel {
 
 FourPoints::FourPoints(const AnalysisInput &input, const Plan &plan)
@@ -111,37 +116,47 @@ FourPointsResult FourPoints::fromLine(const Line &line, double atV) const
     return {a, 1 / (line.g * 0.5)};
 }
 
-ResultMaps fourPointsMap(const AnalysisInput &input, const Plan &plan)
+FourPointsPixels FourPoints::pixels() const
 {
-    ResultMaps maps(plan.method, input.points[plan.used.front()].map);
-    double *ratio = maps.addPlane(Quantity::Ratio1);
-    double *valence = maps.addPlane(Quantity::Valence);
-    double *amount = maps.addPlane(Quantity::Amount);
+    FourPointsPixels::Setup setup;
+    setup.points = static_cast<int>(m_points.size());
+    std::copy(m_energies.begin(), m_energies.end(), setup.energies);
+    std::copy(m_a.atPoints.begin(), m_a.atPoints.end(), setup.refA);
+    std::copy(m_b.atPoints.begin(), m_b.atPoints.end(), setup.refB);
+    setup.energyV = m_energyV;
+    setup.refAV = m_a.atV;
+    setup.refBV = m_b.atV;
+    setup.jumpRatio = m_jumpRatio;
+    setup.valenceA = m_valenceA;
+    setup.valenceB = m_valenceB;
+    return FourPointsPixels(m_method, setup);
+}
 
-    FourPoints method(input, plan);
+ResultMaps fourPointsMap(const AnalysisInput &input, const Plan &plan,
+                         const MapResources &resources)
+{
+    ResultMaps maps(plan.method, input.points[plan.used.front()].map, resources.pool);
+    const FourPointsPixels::Planes planes = {maps.addPlane(Quantity::Ratio1),
+                                             maps.addPlane(Quantity::Valence),
+                                             maps.addPlane(Quantity::Amount)};
     std::vector<const ImageData *> images;
     for (const size_t i : plan.used) {
         if (static_cast<int>(i) != plan.vPoint) {
             images.push_back(input.points[i].map.get());
         }
     }
-    const ImageData &vImage = *input.points[static_cast<size_t>(plan.vPoint)].map;
+    images.push_back(input.points[static_cast<size_t>(plan.vPoint)].map.get());
 
-    PointValues values;
-    values.atPoints.resize(images.size());
-    size_t i = 0;
-    for (int y = 0; y < maps.height(); ++y) {
-        for (int x = 0; x < maps.width(); ++x, ++i) {
-            for (size_t k = 0; k < images.size(); ++k) {
-                values.atPoints[k] = images[k]->absorption(x, y);
-            }
-            values.atV = vImage.absorption(x, y);
-            const FourPointsResult result = method.solve(values);
-            ratio[i] = result.a;
-            valence[i] = method.valenceOf(result.a);
-            amount[i] = result.amount;
-        }
-    }
+    const FourPointsPixels pixels = FourPoints(input, plan).pixels();
+    const PixelRuns runs(std::move(images), maps.width(), maps.height());
+    inParallel(
+        runs.size(), kPixelsPerThread, threadsFor(resources.threads),
+        [&](size_t begin, size_t end) {
+            runs.forEach(begin, end, [&](const double *const *values, size_t first, size_t n) {
+                pixels.solve(values, n,
+                             {planes.a + first, planes.valence + first, planes.amount + first});
+            });
+        });
     return maps;
 }
 

@@ -2,6 +2,7 @@
 
 #include "analysis/AnalysisInput.h"
 #include "analysis/Checks.h"
+#include "analysis/FourPointsPixels.h"
 #include "analysis/LinearSystem.h"
 #include "analysis/ResultMaps.h"
 
@@ -45,6 +46,9 @@ public:
     /// a VA + (1 - a) VB
     double valenceOf(double a) const { return a * m_valenceA + (1 - a) * m_valenceB; }
 
+    /// The same numbers for the solution of many pixels.
+    FourPointsPixels pixels() const;
+
     /// Rows of references A and B.
     int rowA() const { return m_rowA; }
     int rowB() const { return m_rowB; }
@@ -78,6 +82,7 @@ private:
 };
 
 /// The same per pixel: fills Ratio1, Valence and Amount.
-ResultMaps fourPointsMap(const AnalysisInput &input, const Plan &plan);
+ResultMaps fourPointsMap(const AnalysisInput &input, const Plan &plan,
+                         const MapResources &resources = {});
 
 } // namespace orvel

@@ -35,10 +35,15 @@ void LinearSystem::addSample(const double *phi, double y)
     }
 }
 
-void LinearSystem::solve()
+void LinearSystem::decompose()
 {
     m_tools.LUDecomp(m_unknowns, m_matrix.rows.data(), m_lower.rows.data(), m_upper.rows.data(),
                      m_permutation.data());
+}
+
+void LinearSystem::solve()
+{
+    decompose();
     m_tools.forwardSubst(m_unknowns, m_lower.rows.data(), m_rightSide.data(), m_forward.data(),
                          m_permutation.data());
     m_tools.backSubst(m_unknowns, m_upper.rows.data(), m_forward.data(), m_solution.data(),

@@ -34,6 +34,19 @@ public:
 
     void solve();
 
+    /// Decomposes the matrix alone, for many right-hand sides; row k below is its k-th pivot row,
+    /// and stands for unknown k.
+    void decompose();
+    int pivotRow(int k) const { return m_permutation[static_cast<std::size_t>(k)]; }
+    double lower(int k, int column) const
+    {
+        return m_lower.rows[static_cast<std::size_t>(pivotRow(k))][column];
+    }
+    double upper(int k, int column) const
+    {
+        return m_upper.rows[static_cast<std::size_t>(pivotRow(k))][column];
+    }
+
     /// Unknown k of the last solve(), 0 <= k < unknowns().
     double unknown(int k) const
     {

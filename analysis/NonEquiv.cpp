@@ -1,5 +1,9 @@
 #include "analysis/NonEquiv.h"
 
+#include "analysis/NonEquivPixels.h"
+#include "analysis/PixelRuns.h"
+#include "base/Parallel.h"
+
 namespace orvel {
 namespace {
 
@@ -121,36 +125,33 @@ std::vector<double> targetValues(const AnalysisInput &input, const Plan &plan)
     return values;
 }
 
-ResultMaps nonEquivMap(const AnalysisInput &input, const Plan &plan)
+ResultMaps nonEquivMap(const AnalysisInput &input, const Plan &plan, const MapResources &resources)
 {
-    ResultMaps maps(plan.method, input.points[plan.used.front()].map);
-    NonEquivFit fit(gatherRefValues(input, plan));
-
+    ResultMaps maps(plan.method, input.points[plan.used.front()].map, resources.pool);
+    const RefValues references = gatherRefValues(input, plan);
     std::array<double *, kQuantities> planes = {};
     for (int q = 0; q < kQuantities; ++q) {
-        planes[static_cast<size_t>(q)] =
-            isFilled(fit.references(), quantityAt(q)) ? maps.addPlane(quantityAt(q)) : nullptr;
+        if (isFilled(references, quantityAt(q))) {
+            planes[static_cast<size_t>(q)] = maps.addPlane(quantityAt(q));
+        }
     }
     std::vector<const ImageData *> images;
     for (const size_t i : plan.used) {
         images.push_back(input.points[i].map.get());
     }
-
-    std::vector<double> values(images.size());
-    size_t i = 0;
-    for (int y = 0; y < maps.height(); ++y) {
-        for (int x = 0; x < maps.width(); ++x, ++i) {
-            for (size_t k = 0; k < images.size(); ++k) {
-                values[k] = images[k]->absorption(x, y);
-            }
-            const ResultVector result = fit.fit(values);
-            for (size_t q = 0; q < planes.size(); ++q) {
-                if (planes[q] != nullptr) {
-                    planes[q][i] = result[q];
-                }
-            }
-        }
-    }
+    const NonEquivPixels pixels(references);
+    const PixelRuns runs(std::move(images), maps.width(), maps.height());
+    inParallel(runs.size(), kPixelsPerThread, threadsFor(resources.threads),
+               [&](size_t begin, size_t end) {
+                   runs.forEach(begin, end,
+                                [&](const double *const *values, size_t first, size_t n) {
+                                    std::array<double *, kQuantities> at = planes;
+                                    for (double *&plane : at) {
+                                        plane = plane != nullptr ? plane + first : nullptr;
+                                    }
+                                    pixels.fit(values, n, at.data());
+                                });
+               });
     return maps;
 }
 

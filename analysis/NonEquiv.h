@@ -41,6 +41,8 @@ public:
     explicit NonEquivFit(RefValues references);
 
     const RefValues &references() const { return m_references; }
+    /// Basis functions at the used points, [point][unknown].
+    const std::vector<std::vector<double>> &basis() const { return m_basis; }
 
     /// y  one value for each used point
     ResultVector fit(const std::vector<double> &y);
@@ -55,6 +57,7 @@ private:
 std::vector<double> targetValues(const AnalysisInput &input, const Plan &plan);
 
 /// The fit of every pixel.
-ResultMaps nonEquivMap(const AnalysisInput &input, const Plan &plan);
+ResultMaps nonEquivMap(const AnalysisInput &input, const Plan &plan,
+                       const MapResources &resources = {});
 
 } // namespace orvel

@@ -2,15 +2,30 @@
 
 namespace orvel {
 
-ResultMaps::ResultMaps(Method method, std::shared_ptr<const ImageData> origin)
-    : m_method(method), m_origin(std::move(origin))
+ResultMaps::ResultMaps(Method method, std::shared_ptr<const ImageData> origin,
+                       std::shared_ptr<ColumnPool> pool)
+    : m_method(method), m_origin(std::move(origin)), m_pool(std::move(pool))
 {
+}
+
+ResultMaps::~ResultMaps()
+{
+    if (m_pool) { // moved-from maps have none
+        for (Column &plane : m_planes) {
+            m_pool->give(std::move(plane));
+        }
+    }
 }
 
 double *ResultMaps::addPlane(Quantity quantity)
 {
     auto &values = m_planes[static_cast<size_t>(indexOf(quantity))];
-    values.assign(static_cast<size_t>(size()), 0.0);
+    const auto n = static_cast<size_t>(size());
+    if (m_pool) {
+        values = m_pool->take(n);
+    } else {
+        values.resize(n);
+    }
     return values.data();
 }
 

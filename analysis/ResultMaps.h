@@ -3,9 +3,10 @@
 #include "analysis/Checks.h"
 #include "images/ImageData.h"
 
+#include "base/Column.h"
+
 #include <array>
 #include <memory>
-#include <vector>
 
 namespace orvel {
 
@@ -37,6 +38,12 @@ inline constexpr int indexOf(Quantity quantity)
     return static_cast<int>(quantity);
 }
 
+/// What a map calculation may use; no result depends on it.
+struct MapResources {
+    int threads = 1;                            ///< 0: all cores
+    std::shared_ptr<ColumnPool> pool = nullptr; ///< keeps planes between calculations
+};
+
 /// The maps that one calculation gave: a plane of width * height doubles for every quantity its
 /// method fills, row by row, x fastest. Quantities without a plane read 0.
 ///
@@ -47,7 +54,12 @@ inline constexpr int indexOf(Quantity quantity)
 class ResultMaps {
 public:
     /// origin  the image that the computation iterates over: size, positions, header lines
-    ResultMaps(Method method, std::shared_ptr<const ImageData> origin);
+    /// pool    where planes come from and go back to; null: none are kept
+    ResultMaps(Method method, std::shared_ptr<const ImageData> origin,
+               std::shared_ptr<ColumnPool> pool = nullptr);
+    ~ResultMaps();
+    ResultMaps(ResultMaps &&) = default;
+    ResultMaps &operator=(ResultMaps &&) = delete;
 
     Method method() const { return m_method; }
     int width() const { return m_origin->xNum(); }
@@ -55,7 +67,7 @@ public:
     qint64 size() const { return static_cast<qint64>(width()) * height(); }
     const ImageData &origin() const { return *m_origin; }
 
-    /// Makes the plane of a quantity, all zeros.
+    /// Makes the plane of a quantity; its contents are undefined.
     double *addPlane(Quantity quantity);
     /// The plane of a quantity, or null.
     const double *plane(Quantity quantity) const;
@@ -68,7 +80,8 @@ public:
 private:
     Method m_method;
     std::shared_ptr<const ImageData> m_origin;
-    std::array<std::vector<double>, kQuantities> m_planes;
+    std::shared_ptr<ColumnPool> m_pool;
+    std::array<Column, kQuantities> m_planes;
 };
 
 } // namespace orvel

@@ -59,7 +59,7 @@ QByteArray spectrum()
 
 } // namespace
 
-Inputs::Inputs()
+Inputs::Inputs(int threadsWanted) : threads(threadsWanted)
 {
     if (!m_folder.isValid()) {
         throw std::runtime_error("cannot make a temporary folder");

@@ -13,7 +13,9 @@ namespace orvel::bench {
 /// Inputs of the works: each made once, at its first use, the same numbers in every run.
 class Inputs {
 public:
-    Inputs();
+    explicit Inputs(int threadsWanted);
+
+    const int threads; ///< for every work that takes some; 0: all cores
 
     const QString &textMapFile();
     const QString &spectrumFile();

@@ -21,6 +21,7 @@ public:
     {
         m_sample = &inputs.sample();
         m_plan = checkMap(input());
+        m_resources = {inputs.threads, std::make_shared<ColumnPool>()};
         if (!m_plan.messages.empty() || m_plan.used.size() != m_absorptions.size()) {
             throw std::runtime_error("the checks do not let the map be computed");
         }
@@ -37,10 +38,11 @@ public:
             for (size_t k = 0; k < m_absorptions.size(); ++k) {
                 const Sample::Column &signal = m_sample->signalColumns()[k];
                 fillAbsorption(signal.data(), m_sample->referenceColumns()[k].data(), signal.size(),
-                               m_absorptions[k].data());
+                               m_absorptions[k].data(), m_resources.threads);
             }
         }
-        m_maps = map();
+        m_maps.reset(); // whose planes the next ones take
+        m_maps.emplace(map());
     }
 
     QString check() const override
@@ -63,6 +65,7 @@ protected:
 
     const Sample &sample() const { return *m_sample; }
     const Plan &plan() const { return m_plan; }
+    const MapResources &resources() const { return m_resources; }
     double absorption(size_t point, size_t pixel) const
     {
         return input().points[point].map->absorptionPlane()[pixel];
@@ -72,6 +75,7 @@ private:
     bool m_takeLogarithms;
     const Sample *m_sample = nullptr;
     Plan m_plan;
+    MapResources m_resources;
     std::array<Sample::Column, kPointRows> m_absorptions;
     std::optional<ResultMaps> m_maps;
 };
@@ -88,7 +92,7 @@ public:
 
 private:
     const AnalysisInput &input() const override { return sample().nonEquiv(); }
-    ResultMaps map() const override { return nonEquivMap(input(), plan()); }
+    ResultMaps map() const override { return nonEquivMap(input(), plan(), resources()); }
 
     /// A least-squares solution leaves a residual that is orthogonal to every column of the model;
     /// and its mean over a million noisy pixels is what the sample was made of.
@@ -175,7 +179,7 @@ public:
 
 private:
     const AnalysisInput &input() const override { return sample().fourPoints(); }
-    ResultMaps map() const override { return fourPointsMap(input(), plan()); }
+    ResultMaps map() const override { return fourPointsMap(input(), plan(), resources()); }
 
     QString checkMaps(const ResultMaps &maps) const override
     {

@@ -16,7 +16,7 @@ public:
     /// side  width and height of the images [pixels]
     explicit Sample(int side);
 
-    using Column = std::vector<double>; ///< a number for each pixel
+    using Column = orvel::Column;
 
     const std::array<Column, kPointRows> &signalColumns() const { return m_signals; }
     const std::array<Column, kPointRows> &referenceColumns() const { return m_references; }

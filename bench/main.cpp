@@ -19,7 +19,7 @@ using orvel::bench::works;
 
 struct Arguments {
     bool understood = true;
-    int threads = 0; ///< 0: all cores. Nothing is split over threads yet.
+    int threads = 0; ///< 0: all cores
     std::vector<NamedWork> chosen;
 };
 
@@ -92,7 +92,7 @@ int main(int argc, char **argv)
     // Readers tell the debug log about every file.
     qInstallMessageHandler([](QtMsgType, const QMessageLogContext &, const QString &) {});
     try {
-        orvel::bench::Inputs inputs;
+        orvel::bench::Inputs inputs(arguments.threads);
         bool right = true;
         for (const NamedWork &named : arguments.chosen) {
             right = measure(named, inputs) && right;

@@ -104,7 +104,7 @@ int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size)
     A2DData point;
     require(point.loadMap(path) && point.pixelCount() == first.data.size() &&
                 sameBits(point.map()->absorptionPlane(),
-                         std::vector<double>(first.data.cbegin(), first.data.cend())),
+                         orvel::Column(first.data.cbegin(), first.data.cend())),
             "its values are the absorptions of an image");
     requireRoundTrip(first);
     const int size32 = bytes.size();

@@ -328,6 +328,7 @@ save("session", {
     "typed-at-signs.txt": "@\n@Invalid()\n@@\n@ByteArray(1)\n",
     "typed-comma-at-sign.txt": "scan,@7100 eV.dat\n",
     "typed-equals-at-sign.txt": "t=@20.dat\n",
+    "typed-mark.txt": "7112\n\ufeff7112\n",
     "typed-odd-names.txt": "..a\n:\n:/a\n~\n~/a\n%41\na \n a\n.\n",
 })
 

@@ -1,5 +1,7 @@
 #include "images/ImageData.h"
 
+#include "base/Parallel.h"
+
 #include <cmath>
 
 namespace orvel {
@@ -15,11 +17,15 @@ double absorptionOf(double signal, double reference)
     return std::log(reference / signal);
 }
 
-void fillAbsorption(const double *signal, const double *reference, std::size_t n, double *out)
+void fillAbsorption(const double *signal, const double *reference, std::size_t n, double *out,
+                    int threads)
 {
-    for (std::size_t i = 0; i < n; ++i) {
-        out[i] = absorptionOf(signal[i], reference[i]);
-    }
+    constexpr std::size_t kPerThread = 65536;
+    inParallel(n, kPerThread, threadsFor(threads), [=](std::size_t begin, std::size_t end) {
+        for (std::size_t i = begin; i < end; ++i) {
+            out[i] = absorptionOf(signal[i], reference[i]);
+        }
+    });
 }
 
 std::shared_ptr<const ImageData> ImageData::fromColumns(QStringList header, int xNum, int yNum,
@@ -39,8 +45,7 @@ std::shared_ptr<const ImageData> ImageData::fromColumns(QStringList header, int 
     return image;
 }
 
-std::shared_ptr<const ImageData> ImageData::fromAbsorption(int xNum, int yNum,
-                                                           std::vector<double> absorption)
+std::shared_ptr<const ImageData> ImageData::fromAbsorption(int xNum, int yNum, Column absorption)
 {
     std::shared_ptr<ImageData> image(new ImageData);
     image->m_xNum = xNum;

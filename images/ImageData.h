@@ -3,8 +3,9 @@
 #include <QStringList>
 #include <QVector>
 
+#include "base/Column.h"
+
 #include <memory>
-#include <vector>
 
 namespace orvel {
 
@@ -19,10 +20,10 @@ struct PixelRecord {
 
 /// Columns of an image in file order, all of the same length.
 struct MapColumns {
-    std::vector<double> x;
-    std::vector<double> y;
-    std::vector<double> signal;
-    std::vector<double> reference;
+    Column x;
+    Column y;
+    Column signal;
+    Column reference;
 };
 
 /// Absorption mu*t of one pixel from its two intensities: the signal itself when the reference
@@ -31,7 +32,8 @@ struct MapColumns {
 double absorptionOf(double signal, double reference);
 
 /// The same for columns of n values; out has room for n.
-void fillAbsorption(const double *signal, const double *reference, std::size_t n, double *out);
+void fillAbsorption(const double *signal, const double *reference, std::size_t n, double *out,
+                    int threads = 1);
 
 /// A two-dimensional image of the sample at one photon energy. Immutable, so that it is shared by
 /// pointer between rows, analyses and results.
@@ -48,8 +50,7 @@ public:
                                                         MapColumns columns);
     /// From a processed map of xNum * yNum absorptions; positions are the pixel indices and the
     /// references 0.
-    static std::shared_ptr<const ImageData> fromAbsorption(int xNum, int yNum,
-                                                           std::vector<double> absorption);
+    static std::shared_ptr<const ImageData> fromAbsorption(int xNum, int yNum, Column absorption);
 
     const QStringList &header() const { return m_header; } ///< comment lines of the file
     int xNum() const { return m_xNum; }
@@ -72,10 +73,7 @@ public:
         const qint64 i = static_cast<qint64>(y) * m_xNum + x;
         return i >= 0 && i < size() ? absorptionPlane()[static_cast<size_t>(i)] : -1.0;
     }
-    const std::vector<double> &absorptionPlane() const
-    {
-        return m_processed ? m_columns.signal : m_absorption;
-    }
+    const Column &absorptionPlane() const { return m_processed ? m_columns.signal : m_absorption; }
 
 private:
     ImageData() = default;
@@ -87,7 +85,7 @@ private:
     int m_yNum = 0;
     bool m_processed = false; ///< only the signal column is stored, and it is the absorption
     MapColumns m_columns;
-    std::vector<double> m_absorption;
+    Column m_absorption;
 };
 
 } // namespace orvel

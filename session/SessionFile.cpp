@@ -14,6 +14,7 @@ namespace {
 constexpr qint64 kLargestSession = 1 << 20; // ours have about 3 KiB
 const QString kVersionKey = QStringLiteral("Session/Version");
 const QString kVersion = QStringLiteral("1");
+constexpr ushort kByteOrderMark = 0xFEFF; // QSettings drops it at the start of a value
 
 const QStringList kQuantityNames = {
     QStringLiteral("Ratio1"), QStringLiteral("Ratio2"), QStringLiteral("Ratio3"),
@@ -249,7 +250,8 @@ private:
         bool afterNumber = false; // a hexadecimal escape takes all digits that follow
         for (const QChar c : value) {
             const bool isDigit = QStringLiteral("0123456789abcdefABCDEF").contains(c);
-            if (c.unicode() < 0x20 || c.unicode() == 0x7F || (afterNumber && isDigit)) {
+            if (c.unicode() < 0x20 || c.unicode() == 0x7F || c.unicode() == kByteOrderMark ||
+                (afterNumber && isDigit)) {
                 escaped += QStringLiteral("\\x%1").arg(c.unicode(), 0, 16);
                 afterNumber = true;
                 plain = false;

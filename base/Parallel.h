@@ -1,0 +1,43 @@
+#pragma once
+
+#include <algorithm>
+#include <cstddef>
+#include <system_error>
+#include <thread>
+#include <vector>
+
+namespace orvel {
+
+/// Number of threads for a wish: itself, or all cores for 0; at least 1.
+inline int threadsFor(int wanted)
+{
+    return wanted > 0 ? wanted : std::max(1, static_cast<int>(std::thread::hardware_concurrency()));
+}
+
+/// Calls work(begin, end) for consecutive parts of 0 .. n on up to `threads` threads, and returns
+/// when all are done (fork and join). Parts hold at least `grain` items. Each item is worked on
+/// exactly once, whatever the number of threads; work must not throw.
+template <class Work> void inParallel(std::size_t n, std::size_t grain, int threads, Work work)
+{
+    const std::size_t most = std::max<std::size_t>(1, n / std::max<std::size_t>(1, grain));
+    const std::size_t parts =
+        std::min<std::size_t>(most, static_cast<std::size_t>(std::max(1, threads)));
+    std::vector<std::thread> others;
+    others.reserve(parts);
+    std::size_t begin = 0;
+    for (std::size_t part = 1; part < parts; ++part) {
+        const std::size_t end = n / parts * part + std::min(n % parts, part);
+        try {
+            others.emplace_back(work, begin, end);
+        } catch (const std::system_error &) {
+            break; // no more threads to be had: this one does the rest
+        }
+        begin = end;
+    }
+    work(begin, n);
+    for (std::thread &other : others) {
+        other.join();
+    }
+}
+
+} // namespace orvel

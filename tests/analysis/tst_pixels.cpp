@@ -1,0 +1,231 @@
+// Fast map kernels against the plain per-pixel definition: the same bits, on awkward data, sizes,
+// numbers of threads and every SIMD level of this processor.
+
+#include "analysis/FourPoints.h"
+#include "analysis/NonEquiv.h"
+#include "base/Parallel.h"
+#include "base/Simd.h"
+#include "tests/analysis/Inputs.h"
+
+#include <QtTest>
+
+#include <bit>
+#include <random>
+
+using namespace orvel;
+using inputs::flatSpectrum;
+
+namespace {
+
+constexpr SimdLevel kLevels[] = {SimdLevel::Base, SimdLevel::Avx2, SimdLevel::Avx512};
+
+/// The same number to the bit, or both not-a-number (whose bits nothing shows).
+bool same(double a, double b)
+{
+    return (std::isnan(a) && std::isnan(b)) ||
+           std::bit_cast<quint64>(a) == std::bit_cast<quint64>(b);
+}
+
+/// Mostly plausible absorptions, some of every awkward kind.
+double awkward(std::mt19937 &random)
+{
+    static const double odd[] = {0.0,    -0.0,   -1.0,    1.0,     1e300,  -1e300,
+                                 5e-324, qInf(), -qInf(), qQNaN(), 1e-200, 3.0};
+    const unsigned kind = random() % 8;
+    if (kind == 0) {
+        return odd[random() % std::size(odd)];
+    }
+    return std::uniform_real_distribution<>(-0.5, 3.0)(random);
+}
+
+/// references used, points used, images of the map's size; some images narrower or short.
+AnalysisInput randomInput(std::mt19937 &random, int references, int points, int width, int height,
+                          bool oddImages)
+{
+    AnalysisInput input;
+    for (int row = 0; row < references; ++row) {
+        QVector<QPair<double, double>> shape;
+        for (int e = 105; e < 200; e += 5) {
+            shape.append({static_cast<double>(e), std::uniform_real_distribution<>(0, 2)(random)});
+        }
+        input.references.push_back(
+            inputs::reference(row, row * 1.5, flatSpectrum(0.5 + 0.25 * row, shape)));
+    }
+    for (int i = 0; i < points; ++i) {
+        EnergyPointInput point = inputs::point(i, 106.5 + 11 * i);
+        point.vPoint = i == points / 2;
+        for (double &mu : point.referenceMu) {
+            mu = std::uniform_real_distribution<>(0, 2)(random);
+        }
+        const bool odd = oddImages && i > 0 && random() % 2 == 0;
+        const int ownWidth =
+            odd ? 1 + static_cast<int>(random() % static_cast<unsigned>(width + 3)) : width;
+        const auto records = static_cast<size_t>(ownWidth) * static_cast<size_t>(height);
+        std::vector<double> pixels(odd ? records - random() % records : records);
+        for (double &pixel : pixels) {
+            pixel = awkward(random);
+        }
+        point.map = inputs::image(ownWidth, height, pixels);
+        input.points.push_back(point);
+    }
+    return input;
+}
+
+std::vector<double> pixelOf(const AnalysisInput &input, const std::vector<size_t> &used, int x,
+                            int y)
+{
+    std::vector<double> values;
+    for (const size_t i : used) {
+        values.push_back(input.points[i].map->absorption(x, y));
+    }
+    return values;
+}
+
+ResultMaps plainNonEquiv(const AnalysisInput &input, const Plan &plan)
+{
+    ResultMaps maps(plan.method, input.points[plan.used.front()].map);
+    NonEquivFit fit(gatherRefValues(input, plan));
+    double *planes[kQuantities];
+    for (int q = 0; q < kQuantities; ++q) {
+        planes[q] = maps.addPlane(quantityAt(q));
+    }
+    for (qint64 i = 0; i < maps.size(); ++i) {
+        const ResultVector result =
+            fit.fit(pixelOf(input, plan.used, static_cast<int>(i % maps.width()),
+                            static_cast<int>(i / maps.width())));
+        for (int q = 0; q < kQuantities; ++q) {
+            planes[q][i] = result[static_cast<size_t>(q)];
+        }
+    }
+    return maps;
+}
+
+ResultMaps plainFourPoints(const AnalysisInput &input, const Plan &plan)
+{
+    ResultMaps maps(plan.method, input.points[plan.used.front()].map);
+    double *ratio = maps.addPlane(Quantity::Ratio1);
+    double *valence = maps.addPlane(Quantity::Valence);
+    double *amount = maps.addPlane(Quantity::Amount);
+    FourPoints method(input, plan);
+    std::vector<size_t> others = plan.used;
+    others.erase(std::find(others.begin(), others.end(), static_cast<size_t>(plan.vPoint)));
+    for (qint64 i = 0; i < maps.size(); ++i) {
+        const int x = static_cast<int>(i % maps.width());
+        const int y = static_cast<int>(i / maps.width());
+        const PointValues values = {
+            pixelOf(input, others, x, y),
+            input.points[static_cast<size_t>(plan.vPoint)].map->absorption(x, y)};
+        const FourPointsResult result = method.solve(values);
+        ratio[i] = result.a;
+        valence[i] = method.valenceOf(result.a);
+        amount[i] = result.amount;
+    }
+    return maps;
+}
+
+} // namespace
+
+class PixelsTest : public QObject {
+    Q_OBJECT
+
+private slots:
+    void cleanup() { limitSimd(SimdLevel::Avx512); }
+    void fastMapsHaveThePlainBits_data();
+    void fastMapsHaveThePlainBits();
+    void poolReusesPlanes();
+    void partsCoverEverythingOnce();
+};
+
+void PixelsTest::fastMapsHaveThePlainBits_data()
+{
+    QTest::addColumn<int>("method");
+    QTest::addColumn<int>("references");
+    QTest::addColumn<int>("points");
+
+    const auto row = [](const char *name, Method method, int references, int points) {
+        QTest::newRow(name) << static_cast<int>(method) << references << points;
+    };
+    row("three points", Method::ThreePoints, 2, 3);
+    row("exact", Method::ExactFourPoints, 2, 4);
+    row("least squares of 4", Method::LeastSquares, 2, 4);
+    row("least squares of 8", Method::LeastSquares, 3, 8);
+    row("linear, no reference", Method::NonEquivLinear, 0, 3);
+    row("linear, 1", Method::NonEquivLinear, 1, 4);
+    row("linear, 4", Method::NonEquivLinear, 4, 8);
+    row("Victoreen, no reference", Method::NonEquivVictoreen, 0, 4);
+    row("Victoreen, 2", Method::NonEquivVictoreen, 2, 5);
+    row("Victoreen, 3", Method::NonEquivVictoreen, 3, 6);
+    row("Victoreen, 4", Method::NonEquivVictoreen, 4, 8);
+    row("Victoreen, 4, too few points: singular", Method::NonEquivVictoreen, 4, 5);
+}
+
+void PixelsTest::fastMapsHaveThePlainBits()
+{
+    QFETCH(int, references);
+    QFETCH(int, points);
+    QFETCH(int, method);
+    std::mt19937 random(static_cast<unsigned>(method * 100 + references * 10 + points));
+    const QSize sizes[] = {{1, 1}, {1, 9}, {7, 1}, {8, 1}, {9, 2}, {13, 11}, {257, 131}};
+    for (const QSize size : sizes) {
+        for (const bool oddImages : {false, true}) {
+            const AnalysisInput input =
+                randomInput(random, references, points, size.width(), size.height(), oddImages);
+            Plan plan;
+            plan.method = static_cast<Method>(method);
+            for (size_t i = 0; i < input.points.size(); ++i) {
+                plan.used.push_back(i);
+            }
+            plan.vPoint = points / 2;
+            const bool nonEquiv = isNonEquiv(plan.method);
+            const ResultMaps plain =
+                nonEquiv ? plainNonEquiv(input, plan) : plainFourPoints(input, plan);
+            for (const SimdLevel level : kLevels) {
+                limitSimd(level);
+                for (const int threads : {1, 2, 3, 7}) {
+                    const MapResources resources = {threads, nullptr};
+                    const ResultMaps fast = nonEquiv ? nonEquivMap(input, plan, resources)
+                                                     : fourPointsMap(input, plan, resources);
+                    for (int q = 0; q < kQuantities; ++q) {
+                        for (qint64 i = 0; i < plain.size(); ++i) {
+                            QVERIFY(same(fast.at(quantityAt(q), i), plain.at(quantityAt(q), i)));
+                        }
+                    }
+                }
+            }
+        }
+    }
+}
+
+void PixelsTest::poolReusesPlanes()
+{
+    const auto pool = std::make_shared<ColumnPool>();
+    const auto image = inputs::image(3, 2, std::vector<double>(6, 1.0));
+    const double *first = nullptr;
+    {
+        ResultMaps maps(Method::ThreePoints, image, pool);
+        first = maps.addPlane(Quantity::Ratio1);
+        const ResultMaps moved = std::move(maps);
+        QCOMPARE(moved.plane(Quantity::Ratio1), first);
+    }
+    ResultMaps again(Method::ThreePoints, image, pool);
+    QCOMPARE(again.addPlane(Quantity::Amount), first);
+    QVERIFY(again.addPlane(Quantity::Valence) != first);
+}
+
+void PixelsTest::partsCoverEverythingOnce()
+{
+    for (const std::size_t n : {0, 1, 5, 64, 1000}) {
+        for (const int threads : {1, 2, 3, 7, 100}) {
+            std::vector<int> touched(n, 0);
+            inParallel(n, 3, threads, [&](std::size_t begin, std::size_t end) {
+                for (std::size_t i = begin; i < end; ++i) {
+                    ++touched[i];
+                }
+            });
+            QCOMPARE(touched, std::vector<int>(n, 1));
+        }
+    }
+}
+
+QTEST_GUILESS_MAIN(PixelsTest)
+#include "tst_pixels.moc"
