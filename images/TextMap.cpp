@@ -1,5 +1,6 @@
 #include "images/TextMap.h"
 
+#include "text/NumberText.h"
 #include "text/TextFile.h"
 
 #include <QDebug>
@@ -35,12 +36,24 @@ public:
 
     ReadFailure read(TextFile &file)
     {
+        m_fileSize = file.size();
         QString line;
+        TextFile::Bytes bytes;
         bool first = true;
-        while (file.readLine(line)) {
+        while (file.isBytes() ? file.readBytes(bytes) : file.readLine(line)) {
             if (first) {
-                m_kind = kindOf(line);
+                m_kind = kindOf(file.isBytes() ? TextFile::textOf(bytes) : line);
                 first = false;
+            }
+            m_bytesRead += bytes.end - bytes.begin + 1;
+            if (file.isBytes() && takePlainDataLine(bytes)) {
+                if (m_map.columns.x.size() > static_cast<size_t>(ImageData::kMostPixels)) {
+                    return ReadFailure::TooMuchData;
+                }
+                continue;
+            }
+            if (file.isBytes()) {
+                line = TextFile::textOf(bytes);
             }
             const QStringList items = itemsOf(line);
             if (items.isEmpty()) {
@@ -101,6 +114,77 @@ private:
         return qint64(line.mid(line.indexOf(QLatin1Char(':')) + 1).toInt()) + kFirstDataItem;
     }
 
+    /// takeDataLine() for lines of plain ASCII numbers, without making texts of them. False, with
+    /// nothing taken, when the line needs the other way.
+    bool takePlainDataLine(TextFile::Bytes line)
+    {
+        while (line.begin != line.end && line.end[-1] == '\r') {
+            --line.end;
+        }
+        const char *at = line.begin;
+        double x = 0.0;
+        double y = 0.0;
+        double signal = 0.0;
+        double reference = 1.0;
+        if (m_kind == Kind::Beamline) {
+            if (m_signalItem < 0 || m_referenceItem < 0) {
+                return false;
+            }
+            const qint64 last = qMax<qint64>(1, qMax(m_signalItem, m_referenceItem));
+            for (qint64 i = 0; i <= last; ++i) {
+                double value = 0.0;
+                switch (readNumber(at, line.end, value)) {
+                case NextNumber::Other:
+                    return false;
+                case NextNumber::None:
+                    return true; // too short to hold a pixel
+                case NextNumber::Item:
+                    break;
+                }
+                x = i == 0 ? value : x;
+                y = i == 1 ? value : y;
+                signal = i == m_signalItem ? value : signal;
+                reference = i == m_referenceItem ? value : reference;
+            }
+        } else {
+            double *const values[] = {&x, &y, &signal, &reference};
+            for (int i = 0; i < 4; ++i) {
+                switch (readNumber(at, line.end, *values[i])) {
+                case NextNumber::Other:
+                    return false;
+                case NextNumber::None:
+                    if (i < 3) {
+                        return true;
+                    }
+                    break; // no reference: 1
+                case NextNumber::Item:
+                    break;
+                }
+            }
+        }
+        append(x, y, signal, reference);
+        return true;
+    }
+
+    void append(double x, double y, double signal, double reference)
+    {
+        MapColumns &columns = m_map.columns;
+        constexpr size_t kSampled = 1024; // enough to tell how many lines the file has
+        if (columns.x.size() == kSampled) {
+            const double lines =
+                static_cast<double>(m_fileSize) / static_cast<double>(m_bytesRead) * kSampled;
+            const auto expected = static_cast<size_t>(
+                qBound(0.0, 1.05 * lines, static_cast<double>(ImageData::kMostPixels)));
+            for (Column *column : {&columns.x, &columns.y, &columns.signal, &columns.reference}) {
+                column->reserve(expected);
+            }
+        }
+        columns.x.push_back(x);
+        columns.y.push_back(y);
+        columns.signal.push_back(signal);
+        columns.reference.push_back(reference);
+    }
+
     void takeDataLine(const QStringList &items)
     {
         double signal = 0.0;
@@ -121,11 +205,7 @@ private:
                 reference = items[3].toDouble();
             }
         }
-        MapColumns &columns = m_map.columns;
-        columns.x.push_back(items[0].toDouble());
-        columns.y.push_back(items[1].toDouble());
-        columns.signal.push_back(signal);
-        columns.reference.push_back(reference);
+        append(items[0].toDouble(), items[1].toDouble(), signal, reference);
     }
 
     void countGrid()
@@ -143,6 +223,8 @@ private:
     const EnergyListener &m_onEnergy;
     Kind m_kind = Kind::Plain;
     qint64 m_headerText = 0;
+    qint64 m_fileSize = 0;
+    qint64 m_bytesRead = 0;
     qint64 m_signalItem = kFirstDataItem;
     qint64 m_referenceItem = kFirstDataItem;
 };

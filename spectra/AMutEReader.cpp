@@ -2,6 +2,7 @@
 
 #include "spectra/AMutE.h"
 
+#include "text/NumberText.h"
 #include "text/TextFile.h"
 
 #include <QDebug>
@@ -31,6 +32,18 @@ enum ColumnMode { I0Column = 1, Transmission = 2, Fluorescence = 3 };
 double numberAt(const QStringList &items, int i)
 {
     return i >= 0 && i < items.size() ? items[i].toDouble() : 0.0;
+}
+
+/// Whether a line begins with two plain numbers, and then those; else it is for itemsOf().
+bool isPlainPair(const TextFile::Bytes &line, double &first, double &second)
+{
+    const char *at = line.begin;
+    const char *end = line.end;
+    while (end != at && end[-1] == '\r') {
+        --end;
+    }
+    return orvel::readNumber(at, end, first) == orvel::NextNumber::Item &&
+           orvel::readNumber(at, end, second) == orvel::NextNumber::Item;
 }
 
 /// The columns of a scan file, as its "Mode" lines give them.
@@ -157,17 +170,23 @@ bool AMutE::readColumns(const QString &path)
         return readingDone(false, file.failure());
     }
     QString line;
-    while (file.readLine(line)) {
-        const QStringList items = itemsOf(line);
-        if (items.size() < 2 || items[0].startsWith(QLatin1Char('#'))) {
-            continue;
+    TextFile::Bytes bytes;
+    while (file.isBytes() ? file.readBytes(bytes) : file.readLine(line)) {
+        double energyEv = 0.0;
+        double mut = 0.0;
+        if (!file.isBytes() || !isPlainPair(bytes, energyEv, mut)) {
+            const QStringList items = itemsOf(file.isBytes() ? TextFile::textOf(bytes) : line);
+            if (items.size() < 2 || items[0].startsWith(QLatin1Char('#'))) {
+                continue;
+            }
+            energyEv = items[0].toDouble();
+            mut = items[1].toDouble();
         }
         if (m_points.size() >= kMostPoints) {
             return readingDone(false, ReadFailure::TooMuchData);
         }
-        const double energyEv = items[0].toDouble();
         const double angleDeg = std::asin(kHcEvAngstrom / energyEv / kTwiceSpacing) / kPi * 180.0;
-        append(angleDeg, energyEv, items[1].toDouble());
+        append(angleDeg, energyEv, mut);
     }
     return readingDone(file.failure() == ReadFailure::None, file.failure());
 }

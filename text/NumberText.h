@@ -13,6 +13,15 @@ inline constexpr int kGeneralTextSize = 24;
 /// Returns the number of characters written.
 int writeGeneral(double value, char *out);
 
+/// Reads one number of a line of plain items: skips blanks and tabs from `at`, takes the item that
+/// follows and leaves `at` behind it. The value is that of QString::toDouble, to the bit.
+///
+/// Item    a number was read
+/// None    nothing is left
+/// Other   the item is written in a way that only QString::toDouble can judge: take the line to it
+enum class NextNumber { Item, None, Other };
+NextNumber readNumber(const char *&at, const char *end, double &value);
+
 /// A number as a field of the form shows it and gives it back: six significant digits.
 double throughSixDigits(double value);
 

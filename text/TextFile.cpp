@@ -3,7 +3,14 @@
 #include <QFileInfo>
 #include <QStringList>
 
+#include <cstring>
+
 namespace orvel {
+namespace {
+
+constexpr int kBlock = 128 * 1024; ///< read at a time: small enough to stay in the cache
+
+} // namespace
 
 TextFile::TextFile(const QString &path) : m_file(path) {}
 
@@ -32,7 +39,21 @@ bool TextFile::open()
 
 bool TextFile::readLine(QString &line)
 {
-    if (m_failure != ReadFailure::None || !(m_wide ? readWide(line) : readBytes(line))) {
+    if (m_wide) {
+        return readWide(line);
+    }
+    Bytes bytes;
+    if (!readBytes(bytes)) {
+        return false;
+    }
+    line = textOf(bytes);
+    return true;
+}
+
+bool TextFile::readWide(QString &line)
+{
+    if (m_failure != ReadFailure::None || m_stream.atEnd() ||
+        !m_stream.readLineInto(&line, kLongestLine)) {
         return false;
     }
     if (line.size() >= kLongestLine) {
@@ -42,28 +63,54 @@ bool TextFile::readLine(QString &line)
     return true;
 }
 
-bool TextFile::readWide(QString &line)
+bool TextFile::readBytes(Bytes &line)
 {
-    return !m_stream.atEnd() && m_stream.readLineInto(&line, kLongestLine);
-}
-
-bool TextFile::readBytes(QString &line)
-{
-    QByteArray bytes = m_file.readLine(kLongestLine + 1);
-    if (bytes.isEmpty()) {
+    if (m_failure != ReadFailure::None) {
         return false;
     }
-    if (!bytes.endsWith('\n')) {
-        if (bytes.size() >= kLongestLine) {
+    int searched = 0; // bytes from m_at on that hold no line feed
+    for (;;) {
+        const char *start = m_buffer.constData() + m_at;
+        const auto *feed = static_cast<const char *>(
+            std::memchr(start + searched, '\n', static_cast<size_t>(m_end - m_at - searched)));
+        searched = m_end - m_at;
+        const bool atEnd = feed == nullptr && searched < kLongestLine && !fillBuffer();
+        if (feed == nullptr && searched < kLongestLine && !atEnd) {
+            continue;
+        }
+        start = m_buffer.constData() + m_at;
+        line = {start, feed != nullptr ? feed : start + searched};
+        if (line.end - line.begin >= kLongestLine) {
             m_failure = ReadFailure::LineTooLong;
             return false;
         }
-        bytes.append('\n'); // so that a character that is cut short reads alike with and without
+        m_at += static_cast<int>(line.end - line.begin) + (feed != nullptr ? 1 : 0);
+        return feed != nullptr || searched > 0;
     }
-    bytes.replace('\r', QByteArray());
-    line = QString::fromUtf8(bytes);
-    line.chop(1);
-    return true;
+}
+
+/// Moves what is left to the front and reads on; false at the end of the file.
+bool TextFile::fillBuffer()
+{
+    if (m_end - m_at == m_buffer.size()) { // at the start, or one line fills it all
+        m_buffer.resize(qMax(kBlock, 2 * m_buffer.size()));
+    }
+    std::memmove(m_buffer.data(), m_buffer.constData() + m_at, static_cast<size_t>(m_end - m_at));
+    m_end -= m_at;
+    m_at = 0;
+    const qint64 got = m_file.read(m_buffer.data() + m_end, m_buffer.size() - m_end);
+    m_end += static_cast<int>(qMax<qint64>(0, got));
+    return got > 0;
+}
+
+QString TextFile::textOf(const Bytes &line)
+{
+    // With a line feed behind it, a character that is cut short reads alike with and without one.
+    QByteArray bytes(line.begin, static_cast<int>(line.end - line.begin));
+    bytes.append('\n').replace('\r', QByteArray());
+    QString text = QString::fromUtf8(bytes);
+    text.chop(1);
+    return text;
 }
 
 QStringList itemsOf(const QString &line)

@@ -26,13 +26,30 @@ public:
     /// The next line without its end; false at the end of the file or on a line that is too long.
     bool readLine(QString &line);
 
+    /// Bytes of a line without its line feed, valid until the next line is read; a '\r' may still
+    /// stand in it.
+    struct Bytes {
+        const char *begin = nullptr;
+        const char *end = nullptr;
+    };
+    /// As readLine, without making a text of it. Only for files in bytes.
+    bool readBytes(Bytes &line);
+    /// Whether lines come as bytes of UTF-8; not so in files with a mark of UTF-16 or UTF-32.
+    bool isBytes() const { return !m_wide; }
+    /// The text of a line.
+    static QString textOf(const Bytes &line);
+
+    qint64 size() const { return m_file.size(); }
     ReadFailure failure() const { return m_failure; }
 
 private:
-    bool readBytes(QString &line);
+    bool fillBuffer();
     bool readWide(QString &line);
 
     QFile m_file;
+    QByteArray m_buffer; ///< what was read and not yet given out lies from m_at to m_end
+    int m_at = 0;
+    int m_end = 0;
     QTextStream m_stream; ///< of files with a mark of UTF-16 or UTF-32
     bool m_wide = false;
     ReadFailure m_failure = ReadFailure::None;
