@@ -97,7 +97,8 @@ void targetByNonEquiv(const AnalysisInput &input, const Plan &plan, TargetOutcom
 
 } // namespace
 
-MapOutcome calculateMap(const AnalysisInput &input)
+MapOutcome calculateMap(const AnalysisInput &input, const MapResources &resources,
+                        MapMemory *memory)
 {
     MapOutcome outcome;
     const Plan plan = checkMap(input);
@@ -107,8 +108,18 @@ MapOutcome calculateMap(const AnalysisInput &input)
     if (plan.method == Method::None) {
         return outcome;
     }
-    outcome.maps = std::make_shared<const ResultMaps>(
-        isNonEquiv(plan.method) ? nonEquivMap(input, plan) : fourPointsMap(input, plan));
+    outcome.maps = memory != nullptr ? memory->find(input, plan) : nullptr;
+    if (!outcome.maps) {
+        if (memory != nullptr) {
+            memory->forget(); // so that its planes go back to the pool before new ones are taken
+        }
+        outcome.maps = std::make_shared<const ResultMaps>(
+            isNonEquiv(plan.method) ? nonEquivMap(input, plan, resources)
+                                    : fourPointsMap(input, plan, resources));
+        if (memory != nullptr) {
+            memory->keep(input, plan, outcome.maps);
+        }
+    }
     outcome.valenceCounts = countPlane(*outcome.maps, Quantity::Valence, outcome.valenceHistogram);
     outcome.amountCounts = countPlane(*outcome.maps, Quantity::Amount, outcome.amountHistogram);
     return outcome;

@@ -4,6 +4,7 @@
 #include "analysis/BinCounts.h"
 #include "analysis/Checks.h"
 #include "analysis/LinearCombination.h"
+#include "analysis/MapMemory.h"
 #include "analysis/Message.h"
 #include "analysis/ResultMaps.h"
 
@@ -28,7 +29,10 @@ struct MapOutcome {
     HistogramSettings amountHistogram;
 };
 
-MapOutcome calculateMap(const AnalysisInput &input);
+/// memory  null, or where the maps of the last run are kept for one that would give the same; the
+///         outcome is the same with and without
+MapOutcome calculateMap(const AnalysisInput &input, const MapResources &resources = {},
+                        MapMemory *memory = nullptr);
 
 /// The target's result.
 struct TargetOutcome {

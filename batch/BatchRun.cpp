@@ -195,7 +195,7 @@ ExitStatus runSession(const CommandLine &commandLine)
     }
 
     progress.stage(60, QStringLiteral("calculating maps"));
-    const MapOutcome maps = calculateMap(loaded.input);
+    const MapOutcome maps = calculateMap(loaded.input, {commandLine.threads, nullptr});
     progress.stage(80, QStringLiteral("calculating the target"));
     const TargetOutcome target = calculateTarget(loaded.input);
     const LcfOutcome lcf = calculateLcf(loaded.input);

@@ -23,6 +23,7 @@ class TextTest : public QObject {
 private slots:
     void initTestCase();
     void generalTextIsTheToolkits();
+    void numbersAreTheToolkits();
     void lines_data();
     void lines();
     void refusesWhatIsNoFile();
@@ -66,6 +67,48 @@ void TextTest::generalTextIsTheToolkits()
             value = static_cast<double>(static_cast<qint64>(bits) % 2000001) / 1024.0; // ties
         }
         QCOMPARE(text(value), QString::number(value, 'g', 6));
+    }
+}
+
+void TextTest::numbersAreTheToolkits()
+{
+    // Items of the letters of numbers, most of them well formed.
+    std::mt19937_64 random(11);
+    const QByteArray letters = "0123456789+-.eE";
+    int read = 0;
+    for (int i = 0; i < 400000; ++i) {
+        QByteArray item;
+        if (i % 4 == 0) {
+            const quint64 bits = random();
+            double value = 0.0;
+            std::memcpy(&value, &bits, sizeof value);
+            item = QByteArray::number(value, "gfe"[i / 4 % 3], static_cast<int>(random() % 20));
+        } else {
+            const int size = 1 + static_cast<int>(random() % 22);
+            for (int k = 0; k < size; ++k) {
+                item += random() % 12 == 0 ? letters[static_cast<int>(random() % 15)]
+                                           : static_cast<char>('0' + random() % 10);
+            }
+        }
+        const QByteArray line = " \t" + item + (i % 2 == 0 ? " 7" : "");
+        const char *at = line.constBegin();
+        double value = 0.0;
+        if (readNumber(at, line.constEnd(), value) == NextNumber::Item) {
+            ++read;
+            const double expected = QString::fromLatin1(item).toDouble();
+            QVERIFY2(std::memcmp(&value, &expected, sizeof value) == 0, item.constData());
+            QCOMPARE(at, line.constBegin() + 2 + item.size());
+        } else {
+            bool ok = false; // only what the toolkit refuses, too, and what it alone judges
+            QString::fromLatin1(item).toDouble(&ok);
+            QVERIFY2(!ok || item.contains("nan") || item.contains("inf"), item.constData());
+        }
+    }
+    QVERIFY(read > 200000);
+    for (const char *other : {"", " \t ", "1\r2", "1\xC2\xA0", "x", "nan", "1,5", "#", "+-1"}) {
+        const char *at = other;
+        double value = 0.0;
+        QVERIFY(readNumber(at, other + std::strlen(other), value) != NextNumber::Item);
     }
 }
 

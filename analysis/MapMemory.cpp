@@ -1,0 +1,60 @@
+#include "analysis/MapMemory.h"
+
+#include "analysis/NonEquiv.h"
+
+#include <bit>
+
+namespace orvel {
+
+MapMemory::Key MapMemory::keyOf(const AnalysisInput &input, const Plan &plan)
+{
+    Key key;
+    key.method = plan.method;
+    key.vPoint = plan.vPoint;
+    key.used = plan.used;
+    const auto add = [&key](double number) {
+        key.numbers.push_back(std::bit_cast<quint64>(number));
+    };
+    for (const size_t i : plan.used) {
+        const EnergyPointInput &point = input.points[i];
+        key.images.push_back(point.map);
+        add(point.energyEv);
+        for (const double mu : point.referenceMu) {
+            add(mu);
+        }
+    }
+    for (const ReferenceInput *reference : validReferences(input.references)) {
+        add(reference->row);
+        add(reference->valence);
+        add(reference->spectrum.edgeJump());
+    }
+    if (isNonEquiv(plan.method)) {
+        for (const std::vector<double> &values : gatherRefValues(input, plan).values) {
+            for (const double value : values) {
+                add(value);
+            }
+        }
+    }
+    return key;
+}
+
+std::shared_ptr<const ResultMaps> MapMemory::find(const AnalysisInput &input,
+                                                  const Plan &plan) const
+{
+    return m_maps && keyOf(input, plan) == m_key ? m_maps : nullptr;
+}
+
+void MapMemory::keep(const AnalysisInput &input, const Plan &plan,
+                     std::shared_ptr<const ResultMaps> maps)
+{
+    m_key = keyOf(input, plan);
+    m_maps = std::move(maps);
+}
+
+void MapMemory::forget()
+{
+    m_key = Key();
+    m_maps.reset();
+}
+
+} // namespace orvel
