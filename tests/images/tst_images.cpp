@@ -4,10 +4,12 @@
 #include "tests/LogCatcher.h"
 #include "tests/TestFiles.h"
 
+#include <QTextCodec>
 #include <QtTest>
 
 #include <cmath>
 #include <cstring>
+#include <random>
 
 using namespace orvel;
 
@@ -38,6 +40,7 @@ class ImagesTest : public QObject {
 private slots:
     void readsTextMaps_data();
     void readsTextMaps();
+    void fastAndTextWayAgree();
     void keepsHeaderLinesRaw();
     void tellsEnergiesWhileReading();
     void refusesTextMaps_data();
@@ -124,6 +127,52 @@ void ImagesTest::readsTextMaps()
     QTEST(textOfPixels(data), "pixels");
     QCOMPARE(log.lines(),
              QStringList(QStringLiteral("size %1 %2").arg(data.xNum()).arg(data.yNum())));
+}
+
+void ImagesTest::fastAndTextWayAgree()
+{
+    // The same text as UTF-16 goes the way of texts whole, line by line.
+    static const char *const items[] = {
+        "1",    "-2.5",     "+.5",   "1e-3", "nan", "x",
+        "1,5",  "0x1",      "1e400", "-0",   "7.",  "12345678901234567890",
+        "1\r2", "\xC2\xA0", "3\xE6", "1e",   "--1", "0.1234567890123456789"};
+    static const char *const gaps[] = {" ", "  ", "\t", " \t ", "\f"};
+    std::mt19937 random(3);
+    for (const char *kind : {"# 1306", "# 2003901", "plain"}) {
+        QByteArray bytes = QByteArray(kind) + "\n# X-NUM 60\n# Y-NUM 50\n# I : 1\n# I0 : 0\n";
+        for (int line = 0; line < 3000; ++line) {
+            const int count = static_cast<int>(random() % 7);
+            bytes += random() % 10 == 0 ? gaps[random() % 5] : "";
+            for (int i = 0; i < count; ++i) {
+                bytes += random() % 4 == 0
+                             ? QByteArray(items[random() % std::size(items)])
+                             : QByteArray::number(static_cast<int>(random() % 2000000) * 1e-3, 'g',
+                                                  1 + i * 3);
+                bytes += gaps[random() % 5];
+            }
+            bytes += random() % 5 == 0 ? "\r\n" : "\n";
+        }
+        TextMap fast;
+        TextMap text;
+        QTextCodec *codec = QTextCodec::codecForName("UTF-16LE");
+        const std::unique_ptr<QTextEncoder> encoder(codec->makeEncoder(QTextCodec::IgnoreHeader));
+        const QString decoded = QString::fromUtf8(bytes);
+        const ReadFailure fastOutcome =
+            readTextMap(m_files.write(QStringLiteral("fast"), bytes), {}, fast);
+        const ReadFailure textOutcome = readTextMap(
+            m_files.write(QStringLiteral("text"), "\xFF\xFE" + encoder->fromUnicode(decoded)), {},
+            text);
+        QCOMPARE(fastOutcome, textOutcome);
+        QVERIFY(fast.columns.x.size() > 1000);
+        const auto same = [](const Column &a, const Column &b) {
+            return a.size() == b.size() &&
+                   std::memcmp(a.data(), b.data(), a.size() * sizeof(double)) == 0;
+        };
+        QVERIFY(same(fast.columns.x, text.columns.x) && same(fast.columns.y, text.columns.y));
+        QVERIFY(same(fast.columns.signal, text.columns.signal));
+        QVERIFY(same(fast.columns.reference, text.columns.reference));
+        QCOMPARE(fast.header, text.header);
+    }
 }
 
 void ImagesTest::keepsHeaderLinesRaw()
