@@ -59,7 +59,7 @@ QByteArray spectrum()
 
 } // namespace
 
-Inputs::Inputs(int threadsWanted) : threads(threadsWanted)
+Inputs::Inputs(int threadsWanted, int mapSide) : side(mapSide), threads(threadsWanted)
 {
     if (!m_folder.isValid()) {
         throw std::runtime_error("cannot make a temporary folder");
@@ -110,7 +110,7 @@ const QString &Inputs::processedFile()
 const Sample &Inputs::sample()
 {
     if (!m_sample) {
-        m_sample.emplace(kMapSide);
+        m_sample.emplace(side);
     }
     return *m_sample;
 }

@@ -13,8 +13,10 @@ namespace orvel::bench {
 /// Inputs of the works: each made once, at its first use, the same numbers in every run.
 class Inputs {
 public:
-    explicit Inputs(int threadsWanted);
+    /// mapSide  pixels a side of the images of the map works
+    Inputs(int threadsWanted, int mapSide);
 
+    const int side;
     const int threads; ///< for every work that takes some; 0: all cores
 
     const QString &textMapFile();

@@ -20,14 +20,15 @@ using orvel::bench::works;
 struct Arguments {
     bool understood = true;
     int threads = 0; ///< 0: all cores
+    int side = orvel::bench::kMapSide;
     std::vector<NamedWork> chosen;
 };
 
-int threadsFrom(std::string_view text)
+int numberFrom(std::string_view text)
 {
-    int threads = -1;
-    const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), threads);
-    return error == std::errc() && end == text.data() + text.size() ? threads : -1;
+    int number = -1;
+    const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), number);
+    return error == std::errc() && end == text.data() + text.size() ? number : -1;
 }
 
 Arguments argumentsOf(int argc, char **argv)
@@ -36,8 +37,14 @@ Arguments argumentsOf(int argc, char **argv)
     for (int i = 1; i < argc; ++i) {
         const std::string_view argument = argv[i];
         if (argument == "--threads") {
-            arguments.threads = ++i < argc ? threadsFrom(argv[i]) : -1;
+            arguments.threads = ++i < argc ? numberFrom(argv[i]) : -1;
             arguments.understood = arguments.understood && arguments.threads >= 0;
+            continue;
+        }
+        if (argument == "--side") {
+            arguments.side = ++i < argc ? numberFrom(argv[i]) : 0;
+            arguments.understood =
+                arguments.understood && arguments.side > 0 && arguments.side <= 8192;
             continue;
         }
         const auto named = std::find_if(works().begin(), works().end(), [&](const NamedWork &work) {
@@ -57,7 +64,7 @@ Arguments argumentsOf(int argc, char **argv)
 
 void printUsage()
 {
-    std::fputs("usage: orvel_bench [--threads N] [NAME...]\nworks:", stderr);
+    std::fputs("usage: orvel_bench [--threads N] [--side PIXELS] [NAME...]\nworks:", stderr);
     for (const NamedWork &work : works()) {
         std::fprintf(stderr, " %s", work.name);
     }
@@ -92,7 +99,7 @@ int main(int argc, char **argv)
     // Readers tell the debug log about every file.
     qInstallMessageHandler([](QtMsgType, const QMessageLogContext &, const QString &) {});
     try {
-        orvel::bench::Inputs inputs(arguments.threads);
+        orvel::bench::Inputs inputs(arguments.threads, arguments.side);
         bool right = true;
         for (const NamedWork &named : arguments.chosen) {
             right = measure(named, inputs) && right;

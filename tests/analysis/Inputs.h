@@ -58,8 +58,8 @@ inline orvel::EnergyPointInput point(int row, double energyEv)
 inline std::shared_ptr<const orvel::ImageData> image(int width, int height,
                                                      const std::vector<double> &absorption)
 {
-    return orvel::ImageData::fromAbsorption(
-        width, height, orvel::Column(absorption.begin(), absorption.end()));
+    return orvel::ImageData::fromAbsorption(width, height,
+                                            orvel::Column(absorption.begin(), absorption.end()));
 }
 
 /// Relative or absolute closeness, whichever is wider; equal infinities are close.

@@ -1,3 +1,4 @@
+// clang-format off
 // Four includes that the layer check has to refuse, and three it has to let through.
 #include "upper/Upper.h"
 #include <QImage>
