@@ -60,6 +60,9 @@ private slots:
     void lcf_data();
     void lcf();
     void lastUsedVPointCounts();
+
+private:
+    void checkRow(Plan (*check)(const AnalysisInput &));
 };
 
 void ChecksTest::target_data()
@@ -192,12 +195,7 @@ void ChecksTest::target_data()
 
 void ChecksTest::target()
 {
-    QFETCH(Change, change);
-    AnalysisInput input = goodInput();
-    change(input);
-    const Plan plan = checkTarget(input);
-    QTEST(inputs::texts(plan.messages), "messages");
-    QTEST(static_cast<int>(plan.method), "method");
+    checkRow(checkTarget);
 }
 
 void ChecksTest::map_data()
@@ -269,10 +267,16 @@ void ChecksTest::map_data()
 
 void ChecksTest::map()
 {
+    checkRow(checkMap);
+}
+
+/// One row of target_data() or map_data().
+void ChecksTest::checkRow(Plan (*check)(const AnalysisInput &))
+{
     QFETCH(Change, change);
     AnalysisInput input = goodInput();
     change(input);
-    const Plan plan = checkMap(input);
+    const Plan plan = check(input);
     QTEST(inputs::texts(plan.messages), "messages");
     QTEST(static_cast<int>(plan.method), "method");
 }
