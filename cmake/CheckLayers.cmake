@@ -46,7 +46,7 @@ foreach(name IN LISTS names)
       math(EXPR checked "${checked} + 1")
       if(line MATCHES "\"([^\"]+)\"")
         set(header ${CMAKE_MATCH_1})
-        if(header MATCHES "\\.moc$")
+        if(header MATCHES "\\.moc$|^ui_[A-Za-z0-9]+\\.h$") # generated
           continue()
         endif()
         if(NOT DEFINED "owner_${header}")

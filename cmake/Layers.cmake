@@ -11,6 +11,14 @@ function(layer name)
   record_layer(${name} "${ARG_SOURCES}" "${ARG_NEEDS}")
 endfunction()
 
+# compile_forms(NAME Form ...): forms/<Form>.ui as "ui_<Form>.h" for the sources of one layer.
+function(compile_forms name)
+  list(TRANSFORM ARGN PREPEND ${CMAKE_SOURCE_DIR}/forms/)
+  list(TRANSFORM ARGN APPEND .ui)
+  target_sources(${name} PRIVATE ${ARGN})
+  set_target_properties(${name} PROPERTIES AUTOUIC ON AUTOUIC_SEARCH_PATHS ${CMAKE_SOURCE_DIR}/forms)
+endfunction()
+
 # program(NAME SOURCES main.cpp ... NEEDS orvel_x ...): an executable in build/<preset>/bin.
 function(program name)
   cmake_parse_arguments(ARG "" "" "SOURCES;NEEDS" ${ARGN})

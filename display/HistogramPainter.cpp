@@ -1,0 +1,89 @@
+#include "display/HistogramPainter.h"
+
+#include "display/ChCoord.h"
+
+#include <QPainter>
+
+#include <algorithm>
+#include <cmath>
+
+namespace orvel {
+
+std::optional<PlotRange> histogramRange(double low, double high,
+                                        const std::vector<std::int32_t> &largest)
+{
+    constexpr double kEmpty = 1e300;
+    PlotRange range = {low, kEmpty, high, -kEmpty};
+    for (const std::int32_t count : largest) {
+        range.yMin = std::min(range.yMin, -0.1 * count);
+        range.yMax = std::max(range.yMax, 1.1 * count);
+    }
+    if (range.yMin > kEmpty / 2 || range.yMax < -kEmpty / 2) {
+        return std::nullopt;
+    }
+    return range;
+}
+
+void drawHistogramGrid(QPainter &painter, const ChCoord &coord, double low, double high)
+{
+    constexpr double kBaseStep = 0.1;
+    constexpr int kFewestPixels = 20;
+    const double step = coord.xTickStep(kBaseStep, kFewestPixels);
+    const double first = std::ceil(low);
+    const double beyond = std::floor(high);
+    if (!((beyond - first) / step < std::fabs(coord.frameX1() - coord.frameX0()))) {
+        return;
+    }
+    painter.setPen(QColor(200, 200, 255));
+    for (int i = 0; first + i * step < beyond; ++i) {
+        const double x = coord.sx(first + i * step);
+        painter.drawLine(QPointF(x, coord.frameY0()), QPointF(x, coord.frameY1()));
+    }
+}
+
+void drawHistogramBars(QPainter &painter, const ChCoord &coord, const HistogramBars &bars,
+                       const QColor &colour)
+{
+    const double left = std::min(coord.frameX0(), coord.frameX1());
+    const double right = std::max(coord.frameX0(), coord.frameX1());
+    const double top = std::min(coord.frameY0(), coord.frameY1());
+    const double bottom = std::max(coord.frameY0(), coord.frameY1());
+    const auto clampY = [&](double y) { return std::clamp(y, top, bottom); };
+    const double zero = coord.sy(0.0);
+    const auto edge = [&](std::size_t i) {
+        return coord.sx(bars.from + static_cast<double>(i) * bars.step);
+    };
+    if (!std::isfinite(zero) || !std::isfinite(edge(0)) ||
+        !std::isfinite(edge(bars.counts.size()))) {
+        return;
+    }
+    const QColor fill = colour.lighter(160);
+    for (std::size_t i = 0; i < bars.counts.size();) {
+        const double from = edge(i);
+        double to = edge(i + 1);
+        std::int32_t count = bars.counts[i];
+        ++i;
+        while (i < bars.counts.size() && std::fabs(to - from) < 1.0) {
+            count = std::max(count, bars.counts[i]);
+            ++i;
+            to = edge(i);
+        }
+        const double x0 = std::max(left, std::floor(std::min(from, to)));
+        const double x1 = std::min(right, std::floor(std::max(from, to)));
+        if (count <= 0 || !(x1 >= x0)) {
+            continue;
+        }
+        const double y0 = clampY(std::floor(coord.sy(count)));
+        const double y1 = clampY(std::floor(zero));
+        const QRectF bar(QPointF(x0, std::min(y0, y1)),
+                         QPointF(std::max(x1, x0 + 1.0), std::max(y0, y1)));
+        painter.fillRect(bar, fill);
+        if (bar.width() >= 3.0) {
+            painter.setPen(colour);
+            painter.setBrush(Qt::NoBrush);
+            painter.drawRect(bar);
+        }
+    }
+}
+
+} // namespace orvel

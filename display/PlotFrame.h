@@ -1,0 +1,19 @@
+#pragma once
+
+class ChCoord;
+class QPainter;
+class QString;
+
+namespace orvel {
+
+/// The frame of a plot and the numbers at the ends of its axes: ymax and ymin to its left, xmin
+/// and xmax below, in general format, cut to five and six characters.
+/// clearMargins  paints what a curve left outside the frame white first
+void drawPlotFrame(QPainter &painter, const ChCoord &coord, bool clearMargins);
+
+/// An axis title below the frame, and one along the left edge of the surface, read upwards. Empty
+/// ones draw nothing.
+void drawAxisTitles(QPainter &painter, const ChCoord &coord, const QString &xTitle,
+                    const QString &yTitle);
+
+} // namespace orvel
