@@ -1,0 +1,123 @@
+#include "display/DispABase.h"
+
+#include "display/NumberEdit.h"
+#include "display/PlotFrame.h"
+#include "display/PopBase.h"
+#include "ui_DispABase.h"
+
+namespace {
+
+void showTitle(QLabel *label, const QString &text)
+{
+    if (label->text() != text || label->isHidden() != text.isEmpty()) {
+        label->setText(text);
+        label->setHidden(text.isEmpty()); // an empty label would still take a line
+    }
+}
+
+} // namespace
+
+DispABase::DispABase(QWidget *parent)
+    : QFrame(parent), m_ui(std::make_unique<Ui::DispABase>()),
+      m_popBase(std::make_unique<PopBase>())
+{
+    m_ui->setupUi(this);
+    const DispArea *surface = m_ui->DispA;
+    connect(surface, &DispArea::nowPos, this, &DispABase::receiveNowPos);
+    connect(surface, &DispArea::draw, this, &DispABase::receiveDraw);
+    connect(this, &DispABase::draw, m_popBase.get(), &PopBase::update);
+    connect(surface, &DispArea::mPressed, this, &DispABase::mPressed);
+    connect(surface, &DispArea::mDragging, this, &DispABase::mDragging);
+    connect(surface, &DispArea::mReleased, this, &DispABase::mReleased);
+    connect(surface, &DispArea::mDClicked, this, &DispABase::mDClicked);
+    connect(m_ui->PopDockB, &QPushButton::clicked, this, &DispABase::popDock);
+    connect(m_popBase.get(), &PopBase::closed, this, &DispABase::popDock);
+}
+
+DispABase::~DispABase()
+{
+    m_popBase->disconnect(this); // the window may still be open
+}
+
+DispArea *DispABase::area() const
+{
+    return m_ui->DispA;
+}
+
+void DispABase::setTitle(const QString &title)
+{
+    m_ui->Title->setText(title);
+}
+
+QString DispABase::title() const
+{
+    return m_ui->Title->text();
+}
+
+void DispABase::setTitlesPainted(bool x, bool y)
+{
+    m_paintsXTitle = x;
+    m_paintsYTitle = y;
+    setTitles(m_xTitle, m_yTitle);
+}
+
+void DispABase::setTitles(const QString &xTitle, const QString &yTitle)
+{
+    m_xTitle = xTitle;
+    m_yTitle = yTitle;
+    showTitle(m_ui->XTitle, m_paintsXTitle ? QString() : m_xTitle);
+    showTitle(m_ui->YTitle, m_paintsYTitle ? QString() : m_yTitle);
+}
+
+void DispABase::setInitialRange(double xMin, double yMin, double xMax, double yMax)
+{
+    area()->setInitialRange(xMin, yMin, xMax, yMax);
+}
+
+void DispABase::drawFrame(QStylePainter *p, bool clearMargins)
+{
+    orvel::drawPlotFrame(*p, *coord(), clearMargins);
+}
+
+void DispABase::receiveNowPos(double rx, double ry)
+{
+    orvel::showNumber(m_ui->XPos, rx);
+    orvel::showNumber(m_ui->YPos, ry);
+}
+
+void DispABase::receiveDraw(QStylePainter *p)
+{
+    emit draw(p);
+    if (area()->wasPainted()) {
+        drawXYTitle(p);
+    }
+}
+
+void DispABase::drawXYTitle(QStylePainter *p)
+{
+    orvel::drawAxisTitles(*p, *coord(), m_paintsXTitle ? m_xTitle : QString(),
+                          m_paintsYTitle ? m_yTitle : QString());
+}
+
+void DispABase::popDock()
+{
+    if (m_isPoppedOut) {
+        m_popBase->dock(m_ui->DispABFrame, m_ui->gridLayout);
+    } else {
+        m_popBase->popOut(m_ui->DispABFrame, m_ui->gridLayout, title());
+    }
+    m_isPoppedOut = !m_isPoppedOut;
+}
+
+void DispABase::clearScale()
+{
+    area()->clearRange();
+}
+
+void DispABase::paintEvent(QPaintEvent *event)
+{
+    QFrame::paintEvent(event);
+    if (m_isPoppedOut) {
+        updateSurface(); // it is no longer painted along with the panel
+    }
+}

@@ -1,0 +1,124 @@
+#include "display/DispArea.h"
+
+#include "display/MarkLines.h"
+#include "ui_DispArea.h"
+
+#include <QMouseEvent>
+#include <QWheelEvent>
+
+namespace {
+
+constexpr int kNoModifier = 0;
+
+/// The modifiers that mean something here; a keypad or a caps lock does not.
+int modifiersOf(int modifiers)
+{
+    return modifiers & static_cast<int>(Qt::ShiftModifier | Qt::ControlModifier | Qt::AltModifier);
+}
+
+} // namespace
+
+DispArea::DispArea(QWidget *parent) : QFrame(parent), m_ui(std::make_unique<Ui::DispArea>())
+{
+    m_ui->setupUi(this);
+    setMouseTracking(true);
+}
+
+DispArea::~DispArea() = default;
+
+void DispArea::setInitialRange(double xMin, double yMin, double xMax, double yMax)
+{
+    if (!m_isRangeSet) {
+        m_coord.setRange(xMin, yMin, xMax, yMax);
+        m_isRangeSet = true;
+    }
+}
+
+void DispArea::paintEvent(QPaintEvent * /*event*/)
+{
+    QStylePainter painter(this);
+    m_wasPainted = true;
+    m_coord.setArea(0, height(), width(), 0);
+    if (!m_isRangeSet) {
+        m_coord.setRange(0, 0, 1, 1);
+    }
+    emit draw(&painter);
+}
+
+void DispArea::mousePressEvent(QMouseEvent *event)
+{
+    m_mouse.pressed(*event);
+    if (m_mouse.pressButton() == Qt::LeftButton &&
+        modifiersOf(m_mouse.pressModifiers()) == kNoModifier) {
+        if (m_markLines) {
+            m_markLines->pick(m_coord, m_mouse);
+        }
+        emit mPressed(&m_mouse);
+    }
+}
+
+void DispArea::mouseMoveEvent(QMouseEvent *event)
+{
+    m_mouse.moved(*event);
+    emit nowPos(m_coord.rx(m_mouse.x()), m_coord.ry(m_mouse.y()));
+    if (!m_mouse.isHeld() || m_mouse.pressButton() != Qt::LeftButton) {
+        return;
+    }
+    const int modifiers = modifiersOf(m_mouse.moveModifiers());
+    if (modifiers == kNoModifier) {
+        if (m_markLines) {
+            m_markLines->moveSelected(m_coord, m_mouse);
+        }
+        emit mDragging(&m_mouse);
+    } else if (modifiers == Qt::ShiftModifier) {
+        pan();
+    }
+}
+
+void DispArea::pan()
+{
+    const double dx = m_coord.rx(m_mouse.previous().x()) - m_coord.rx(m_mouse.x());
+    const double dy = m_coord.ry(m_mouse.previous().y()) - m_coord.ry(m_mouse.y());
+    m_coord.setRange(m_coord.xMin() + dx, m_coord.yMin() + dy, m_coord.xMax() + dx,
+                     m_coord.yMax() + dy);
+    update();
+}
+
+void DispArea::mouseReleaseEvent(QMouseEvent *event)
+{
+    m_mouse.released(*event);
+    if (m_markLines) {
+        m_markLines->release(m_coord, m_mouse);
+    }
+    emit mReleased(&m_mouse);
+}
+
+void DispArea::mouseDoubleClickEvent(QMouseEvent *event)
+{
+    m_mouse.doubleClicked(*event);
+    m_isRangeSet = false;
+    emit mDClicked(&m_mouse);
+    update();
+}
+
+void DispArea::wheelEvent(QWheelEvent *event)
+{
+    const double factor = event->angleDelta().y() < 0 ? 1.1 : 1 / 1.1;
+    const double sx = event->position().x();
+    const double sy = event->position().y();
+    const bool nearX = m_coord.nearFrameXEdge(sx);
+    const bool nearY = m_coord.nearFrameYEdge(sy);
+    const auto scaled = [factor](double limit, double about) {
+        return (limit - about) * factor + about;
+    };
+    const double px = m_coord.rx(sx);
+    const double py = m_coord.ry(sy);
+    if (nearX == nearY || nearY) {
+        m_coord.setXRange(scaled(m_coord.xMin(), px), scaled(m_coord.xMax(), px));
+    }
+    if (nearX == nearY || nearX) {
+        m_coord.setYRange(scaled(m_coord.yMin(), py), scaled(m_coord.yMax(), py));
+    }
+    event->accept(); // or a scroll area around would scroll as well
+    update();
+}

@@ -1,0 +1,70 @@
+#pragma once
+
+#include "display/ChCoord.h"
+#include "display/DrawText.h"
+#include "display/MouseC.h"
+
+#include <QFrame>
+#include <QStylePainter>
+
+#include <memory>
+
+class MarkLines;
+namespace Ui {
+class DispArea;
+}
+
+/// The drawing surface of one plot. It owns the coordinates and what the mouse does with them:
+/// the wheel zooms about the pointer, shift-drag pans, a double click asks for the plot's natural
+/// range again, a plain drag moves marker lines. What is painted is up to whoever takes draw().
+class DispArea : public QFrame {
+    Q_OBJECT
+
+public:
+    explicit DispArea(QWidget *parent = nullptr);
+    ~DispArea() override;
+
+    ChCoord *coord() { return &m_coord; }
+    DrawText *drawText() { return &m_drawText; }
+    MouseC *mouse() { return &m_mouse; }
+
+    /// Whether it was painted at least once.
+    bool wasPainted() const { return m_wasPainted; }
+    /// Whether an owner has set the range since the last double click; otherwise a paint starts
+    /// with 0 to 1 on both axes.
+    bool isRangeSet() const { return m_isRangeSet; }
+    void clearRange() { m_isRangeSet = false; }
+    /// Sets the range, unless it is set already: so a zoom outlives repaints.
+    void setInitialRange(double xMin, double yMin, double xMax, double yMax);
+
+    /// Lines that the mouse may drag; null: none. Not owned; must outlive the surface or be taken
+    /// back.
+    void setMarkLines(MarkLines *lines) { m_markLines = lines; }
+
+signals:
+    void nowPos(double rx, double ry);
+    void draw(QStylePainter *p);
+    void mPressed(MouseC *m);
+    void mDragging(MouseC *m);
+    void mReleased(MouseC *m);
+    void mDClicked(MouseC *m);
+
+protected:
+    void paintEvent(QPaintEvent *event) override;
+    void mousePressEvent(QMouseEvent *event) override;
+    void mouseMoveEvent(QMouseEvent *event) override;
+    void mouseReleaseEvent(QMouseEvent *event) override;
+    void mouseDoubleClickEvent(QMouseEvent *event) override;
+    void wheelEvent(QWheelEvent *event) override;
+
+private:
+    void pan();
+
+    std::unique_ptr<Ui::DispArea> m_ui;
+    MouseC m_mouse;
+    ChCoord m_coord;
+    bool m_wasPainted = false;
+    bool m_isRangeSet = false;
+    DrawText m_drawText;
+    MarkLines *m_markLines = nullptr;
+};

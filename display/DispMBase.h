@@ -1,0 +1,64 @@
+#pragma once
+
+#include "display/DispArea.h"
+
+#include <QFrame>
+
+#include <memory>
+
+class cBar;
+class PopBase;
+class QLineEdit;
+namespace Ui {
+class DispMBase;
+}
+
+/// One map: a drawing surface beside its colour bar with the limits of the scale, and what lies
+/// under the pointer. Its owner paints the map on draw() and fills in the value on nowPos().
+class DispMBase : public QFrame {
+    Q_OBJECT
+
+public:
+    explicit DispMBase(QWidget *parent = nullptr);
+    ~DispMBase() override;
+
+    DispArea *area() const;
+    ChCoord *coord() const { return area()->coord(); }
+    cBar *bar() const;
+    PopBase *popBase() const { return m_popBase.get(); }
+    bool isDocked() const { return m_isDocked; }
+
+    void setTitle(const QString &title);
+    QString title() const;
+    void setInitialRange(double xMin, double yMin, double xMax, double yMax);
+    /// Gives the limits of the colour scale to the bar and shows them with six digits.
+    void setLimits(double low, double high);
+    /// The value under the pointer; empty outside the map.
+    void showValue(const QString &text);
+    /// Repaints surface and bar, wherever they are.
+    void updateSurface();
+
+public slots:
+    void receiveNowPos(double rx, double ry);
+    void receiveDraw(QStylePainter *p);
+    void popDock();
+    void clearScale();
+    void newZmax();
+    void newZmin();
+
+signals:
+    void draw(QStylePainter *p);
+    void nowPos(double x, double y);
+    void mPressed(MouseC *m);
+    void mDragging(MouseC *m);
+    void mReleased(MouseC *m);
+    void mDClicked(MouseC *m);
+
+protected:
+    void paintEvent(QPaintEvent *event) override;
+
+private:
+    std::unique_ptr<Ui::DispMBase> m_ui;
+    bool m_isDocked = true;
+    std::unique_ptr<PopBase> m_popBase;
+};
