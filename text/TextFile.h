@@ -10,7 +10,8 @@ namespace orvel {
 /// A text file of measured data, read line by line as the instruments write it: lines end in
 /// "\n" or "\r\n" (every '\r' is dropped) and the last one may lack its end; text is UTF-8 whatever
 /// the locale, unless a byte-order mark, which vanishes, says otherwise; bytes that are not UTF-8
-/// (old headers in other encodings) become U+FFFD and never disturb the ASCII around them.
+/// (old headers in other encodings) become U+FFFD and never disturb the ASCII around them. So reads
+/// QTextStream, but for a character cut short by the end of the file, which it drops.
 class TextFile {
 public:
     /// Lines of this many bytes and more are refused; bounds the memory that a file without

@@ -135,6 +135,15 @@ void TextTest::lines_data()
                                  << QStringList{QString(), QString(), QStringLiteral("x")};
     QTest::newRow("Shift-JIS") << QByteArray("\x94\x5A x\n") // undecodable, decodable, blank, x
                                << QStringList{QString::fromUtf8("\uFFFDZ x")};
+    QTest::newRow("NUL bytes, as of a file that was cut off")
+        << QByteArray("1 34\0\n2 5\0\0", 11)
+        << QStringList{QStringLiteral("1 34") + QChar(0),
+                       QStringLiteral("2 5") + QString(2, QChar(0))};
+    QTest::newRow("mark inside, as of joined files")
+        << QByteArray("\xEF\xBB\xBF\xEF\xBB\xBF"
+                      "1\n\xEF\xBB\xBF"
+                      "2\n")
+        << QStringList{QChar(0xFEFF) + QStringLiteral("1"), QChar(0xFEFF) + QStringLiteral("2")};
     QTest::newRow("empty file") << QByteArray() << QStringList();
 }
 
