@@ -45,7 +45,7 @@ public:
                 m_kind = kindOf(file.isBytes() ? TextFile::textOf(bytes) : line);
                 first = false;
             }
-            m_bytesRead += bytes.end - bytes.begin + 1;
+            m_bytesRead += file.isBytes() ? bytes.end - bytes.begin + 1 : m_fileSize;
             if (file.isBytes() && takePlainDataLine(bytes)) {
                 if (m_map.columns.x.size() > static_cast<size_t>(ImageData::kMostPixels)) {
                     return ReadFailure::TooMuchData;
@@ -169,7 +169,7 @@ private:
     void append(double x, double y, double signal, double reference)
     {
         MapColumns &columns = m_map.columns;
-        constexpr size_t kSampled = 1024; // enough to tell how many lines the file has
+        constexpr size_t kSampled = 1024; // enough to tell how many lines a file in bytes has
         if (columns.x.size() == kSampled) {
             const double lines =
                 static_cast<double>(m_fileSize) / static_cast<double>(m_bytesRead) * kSampled;
