@@ -150,7 +150,7 @@ ResultMaps fourPointsMap(const AnalysisInput &input, const Plan &plan,
     const FourPointsPixels pixels = FourPoints(input, plan).pixels();
     const PixelRuns runs(std::move(images), maps.width(), maps.height());
     inParallel(
-        runs.size(), kPixelsPerThread, threadsFor(resources.threads),
+        runs.size(), resources.pixelsPerThread, threadsFor(resources.threads),
         [&](size_t begin, size_t end) {
             runs.forEach(begin, end, [&](const double *const *values, size_t first, size_t n) {
                 pixels.solve(values, n,

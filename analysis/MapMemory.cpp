@@ -2,9 +2,21 @@
 
 #include "analysis/NonEquiv.h"
 
+#include <algorithm>
 #include <bit>
 
 namespace orvel {
+
+bool MapMemory::Key::operator==(const Key &other) const
+{
+    const auto sameObject = [](const auto &a, const auto &b) {
+        return !a.owner_before(b) && !b.owner_before(a); // tells also images that are gone
+    };
+    return method == other.method && vPoint == other.vPoint && used == other.used &&
+           numbers == other.numbers &&
+           std::equal(images.begin(), images.end(), other.images.begin(), other.images.end(),
+                      sameObject);
+}
 
 MapMemory::Key MapMemory::keyOf(const AnalysisInput &input, const Plan &plan)
 {

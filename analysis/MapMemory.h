@@ -14,7 +14,8 @@ namespace orvel {
 ///
 /// Two calculations are the same when their method and points are, every number that enters the
 /// maps has the same bits, and the images are the same objects: a map loaded again, even from the
-/// same file, is another. Histogram settings do not enter the maps.
+/// same file, is another. Histogram settings do not enter the maps. The maps themselves are kept;
+/// a caller that wants their planes used again lets go of its own outcome before it calculates.
 class MapMemory {
 public:
     /// The kept maps if a calculation of this input would give just them; else null.
@@ -27,10 +28,10 @@ private:
         Method method = Method::None;
         int vPoint = -1;
         std::vector<size_t> used;
-        std::vector<std::shared_ptr<const ImageData>> images;
-        std::vector<quint64> numbers; ///< bits of all that enters
+        std::vector<std::weak_ptr<const ImageData>> images; ///< not kept alive for this
+        std::vector<quint64> numbers;                       ///< bits of all that enters
 
-        bool operator==(const Key &) const = default;
+        bool operator==(const Key &other) const;
     };
 
     static Key keyOf(const AnalysisInput &input, const Plan &plan);

@@ -141,7 +141,7 @@ ResultMaps nonEquivMap(const AnalysisInput &input, const Plan &plan, const MapRe
     }
     const NonEquivPixels pixels(references);
     const PixelRuns runs(std::move(images), maps.width(), maps.height());
-    inParallel(runs.size(), kPixelsPerThread, threadsFor(resources.threads),
+    inParallel(runs.size(), resources.pixelsPerThread, threadsFor(resources.threads),
                [&](size_t begin, size_t end) {
                    runs.forEach(begin, end,
                                 [&](const double *const *values, size_t first, size_t n) {

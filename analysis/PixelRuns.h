@@ -8,8 +8,8 @@
 
 namespace orvel {
 
-/// Fewer pixels than this are not worth a thread of their own.
-inline constexpr std::size_t kPixelsPerThread = 16384;
+/// Longest run of images that are not alike; bounds the memory of maps that are all width.
+inline constexpr std::size_t kLongestRun = 4096;
 
 /// The absorptions of several images in the pixel order of the map that is computed from them, as
 /// consecutive runs of memory: value for value what ImageData::absorption(x, y) gives, its -1.0
@@ -33,13 +33,14 @@ public:
             run(values.data(), begin, end - begin);
             return;
         }
-        std::vector<double> scratch(m_images.size() * m_width);
+        const std::size_t longest = std::min(m_width, kLongestRun);
+        std::vector<double> scratch(m_images.size() * longest);
         while (begin < end) {
             const std::size_t row = begin / m_width;
             const std::size_t x = begin % m_width;
-            const std::size_t n = std::min(end - begin, m_width - x);
+            const std::size_t n = std::min({end - begin, m_width - x, longest});
             for (std::size_t k = 0; k < values.size(); ++k) {
-                values[k] = piece(*m_images[k], row, x, n, scratch.data() + k * m_width);
+                values[k] = piece(*m_images[k], row, x, n, scratch.data() + k * longest);
             }
             run(values.data(), begin, n);
             begin += n;

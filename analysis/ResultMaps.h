@@ -42,6 +42,7 @@ inline constexpr int indexOf(Quantity quantity)
 struct MapResources {
     int threads = 1;                            ///< 0: all cores
     std::shared_ptr<ColumnPool> pool = nullptr; ///< keeps planes between calculations
+    std::size_t pixelsPerThread = 16384;        ///< fewer are not worth a thread of their own
 };
 
 /// The maps that one calculation gave: a plane of width * height doubles for every quantity its

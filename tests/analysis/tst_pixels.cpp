@@ -181,7 +181,7 @@ void PixelsTest::fastMapsHaveThePlainBits()
     QFETCH(int, points);
     QFETCH(int, method);
     std::mt19937 random(static_cast<unsigned>(method * 100 + references * 10 + points));
-    const QSize sizes[] = {{1, 1}, {1, 9}, {7, 1}, {8, 1}, {9, 2}, {13, 11}, {67, 31}};
+    const QSize sizes[] = {{1, 1}, {1, 9}, {7, 1}, {8, 1}, {9, 2}, {13, 11}, {67, 31}, {4099, 2}};
     for (const QSize size : sizes) {
         for (const bool oddImages : {false, true}) {
             const AnalysisInput input =
@@ -198,7 +198,8 @@ void PixelsTest::fastMapsHaveThePlainBits()
             for (const SimdLevel level : kLevels) {
                 limitSimd(level);
                 for (const int threads : {1, 2, 3, 7}) {
-                    const MapResources resources = {threads, nullptr};
+                    const MapResources resources = {threads, nullptr,
+                                                    8}; // so that small maps split
                     const ResultMaps fast = nonEquiv ? nonEquivMap(input, plan, resources)
                                                      : fourPointsMap(input, plan, resources);
                     QCOMPARE(differences(fast, plain), 0);
