@@ -29,7 +29,7 @@ QIcon stripOf(int type, bool inverted, const QSize &size, double devicePixelRati
     return QIcon(strip);
 }
 
-/// Gives the icons of a menu the width of a strip.
+/// Gives the icons of a menu the width of a strip, and boxes without one their ordinary size.
 class StripStyle : public QProxyStyle {
 public:
     explicit StripStyle(int width) : m_width(width) {}
@@ -39,8 +39,37 @@ public:
         return metric == PM_SmallIconSize ? m_width
                                           : QProxyStyle::pixelMetric(metric, option, widget);
     }
+    QSize sizeFromContents(ContentsType type, const QStyleOption *option, const QSize &size,
+                           const QWidget *widget) const override
+    {
+        const auto *item = qstyleoption_cast<const QStyleOptionMenuItem *>(option);
+        if (type != CT_MenuItem || !item) {
+            return QProxyStyle::sizeFromContents(type, option, size, widget);
+        }
+        constexpr int kBeside = 16;
+        const QStyleOptionMenuItem plain = withoutStrip(*item); // counts the strip several times
+        const int strip = item->icon.isNull() ? 0 : m_width + kBeside;
+        return QProxyStyle::sizeFromContents(type, &plain, size, widget) + QSize(strip, 0);
+    }
+    void drawControl(ControlElement element, const QStyleOption *option, QPainter *painter,
+                     const QWidget *widget) const override
+    {
+        const auto *item = qstyleoption_cast<const QStyleOptionMenuItem *>(option);
+        if (element == CE_MenuItem && item && item->icon.isNull()) {
+            const QStyleOptionMenuItem plain = withoutStrip(*item); // or its box is that wide
+            QProxyStyle::drawControl(element, &plain, painter, widget);
+        } else {
+            QProxyStyle::drawControl(element, option, painter, widget);
+        }
+    }
 
 private:
+    static QStyleOptionMenuItem withoutStrip(QStyleOptionMenuItem item)
+    {
+        item.maxIconWidth = 0;
+        return item;
+    }
+
     int m_width;
 };
 
@@ -170,7 +199,11 @@ void cBar::fillMenu(QMenu &menu)
         const QIcon strip = stripOf(type, isInverted(), stripSize(), devicePixelRatioF());
         QAction *action = menu.addAction(strip, QString::number(type + 1));
         action->setCheckable(true);
-        action->setChecked(type == m_scale.type());
+        const bool isCurrent = type == m_scale.type();
+        action->setChecked(isCurrent);
+        QFont font = menu.font();
+        font.setBold(isCurrent); // the frame of a checked icon is faint
+        action->setFont(font);
         palettes->addAction(action);
         connect(action, &QAction::triggered, this, [this, type] {
             setType(type);
