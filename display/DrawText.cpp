@@ -110,12 +110,16 @@ double DrawText::fitPointSize(QPainter *painter, const QRectF &rect, const QFont
 void DrawText::drawCheckBox(QPainter *painter, bool on, const QString &label, double x,
                             double right, double bottom, double h) const
 {
+    const QPen pen = painter->pen();
+    const QBrush brush = painter->brush();
     painter->setPen(m_boxOutline);
     painter->setBrush(on ? m_boxOn : m_boxOff);
     painter->drawRect(QRectF(QPointF(x, bottom - h), QPointF(x + h - 1, bottom - 1)));
     painter->setPen(m_labelText);
     const QRectF box(x + 1.2 * h, bottom - 0.95 * h, right - 1.2 * h, 0.9 * h);
     drawFittedText(painter, box, painter->font(), kLeft, Fit, label, kNoMaximum);
+    painter->setPen(pen);
+    painter->setBrush(brush);
 }
 
 bool DrawText::inCheckBox(const MouseC &mouse, double x, double bottom, double h)
