@@ -134,10 +134,12 @@ void cBar::paintEvent(QPaintEvent * /*event*/)
     QPainter painter(this);
     m_coord.setArea(0, height(), width(), 0);
     m_lines = orvel::drawColourBar(painter, m_coord, m_scale);
-    if (hasFocus()) {
-        QStyleOptionFocusRect option;
-        option.initFrom(this);
-        style()->drawPrimitive(QStyle::PE_FrameFocusRect, &option, &painter, this);
+    if (hasFocus() && window()->testAttribute(Qt::WA_KeyboardFocusChange)) {
+        // Black and white, to be seen on every palette; the style's own frame is not.
+        painter.setPen(Qt::black);
+        painter.drawRect(rect().adjusted(0, 0, -1, -1));
+        painter.setPen(Qt::white);
+        painter.drawRect(rect().adjusted(1, 1, -2, -2));
     }
 }
 
