@@ -85,6 +85,11 @@ bool takePictures(QTabWidget &tabs, const QString &folder)
     camera.take(map->popBase(), QStringLiteral("map-window"));
     camera.take(map, QStringLiteral("map-away"));
     map->popDock();
+    tabs.activateWindow();
+    QApplication::processEvents();
+    tabs.setAttribute(Qt::WA_KeyboardFocusChange); // as after a press of the tab key
+    map->bar()->setFocus(Qt::TabFocusReason);
+    camera.take(map, QStringLiteral("map-focus"));
 
     const QPoint middle = map->bar()->rect().center();
     QContextMenuEvent request(QContextMenuEvent::Mouse, middle, map->bar()->mapToGlobal(middle));
