@@ -34,6 +34,7 @@ int writeByToolkit(double value, char *out)
     return text.size();
 }
 
+constexpr int kLeastExponent = -16;
 constexpr double kLeastScaled = 1e-16;
 constexpr double kGreatestScaled = 1e22;
 constexpr unsigned kSevenDigits = 1000000;
@@ -44,12 +45,13 @@ int decimalExponent(double magnitude)
 {
     int binary = 0;
     std::frexp(magnitude, &binary);
-    int x = ((binary - 1) * 1233) >> 12; // log10(2) = 0.30103 = 1233 / 4096
+    // log10(2) = 0.30103 = 1233 / 4096; bounds say what the callers' range makes sure of.
+    int x = std::clamp(((binary - 1) * 1233) >> 12, kLeastExponent, kExactPower - 1);
     const auto below = [magnitude](int power) {
         return power >= 0 ? magnitude < kPowersOfTen[power]
                           : magnitude * kPowersOfTen[-power] < 1.0;
     };
-    while (below(x)) {
+    if (below(x)) {
         --x;
     }
     while (x < kExactPower && !below(x + 1)) {

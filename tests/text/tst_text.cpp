@@ -1,3 +1,4 @@
+#include "tests/Differential.h"
 #include "tests/TestFiles.h"
 #include "text/NumberText.h"
 #include "text/OutputFile.h"
@@ -96,7 +97,7 @@ void TextTest::numbersAreTheToolkits()
         if (readNumber(at, line.constEnd(), value) == NextNumber::Item) {
             ++read;
             const double expected = QString::fromLatin1(item).toDouble();
-            QVERIFY2(std::memcmp(&value, &expected, sizeof value) == 0, item.constData());
+            QVERIFY2(sameBits(value, expected), item.constData());
             QCOMPARE(at, line.constBegin() + 2 + item.size());
         } else {
             bool ok = false; // only what the toolkit refuses, too, and what it alone judges
