@@ -5,10 +5,12 @@
 #include "text/OutputFile.h"
 
 #include <QFileInfo>
-#include <QLocale>
 
 #include <algorithm>
+#include <charconv>
 #include <cmath>
+#include <cstring>
+#include <iterator>
 #include <limits>
 
 namespace orvel {
@@ -67,15 +69,28 @@ bool BinCounts::write(const QString &resultPath, const QString &name) const
     if (!file.open()) {
         return false;
     }
-    const auto edge = [this](double r) {
-        return QByteArray::number(m_from + m_step * r, 'g', QLocale::FloatingPointShortest);
+    const auto edge = [this](double r, char *out) {
+        return out + writeShortest(m_from + m_step * r, out);
     };
+    char line[3 * kShortestTextSize + 20];
+    char *at = edge(-1, line);
     for (int r = -1; r <= boxes(); ++r) {
+        *at++ = ' ';
+        at = edge(r + 0.5, at);
+        *at++ = ' ';
+        const char *const upper = at;
+        at = edge(r + 1, at);
+        const auto upperSize = static_cast<size_t>(at - upper);
+        *at++ = ' ';
+        *at++ = ' ';
         const std::int32_t counted = r < 0         ? m_underflow
                                      : r < boxes() ? m_counts[static_cast<size_t>(r)]
                                                    : m_overflow;
-        file.write(edge(r) + ' ' + edge(r + 0.5) + ' ' + edge(r + 1) + "  " +
-                   QByteArray::number(counted) + '\n');
+        at = std::to_chars(at, std::end(line), counted).ptr;
+        *at++ = '\n';
+        file.write(line, at - line);
+        std::memmove(line, upper, upperSize); // where the next box begins
+        at = line + upperSize;
     }
     return file.commit();
 }

@@ -1,5 +1,6 @@
 #include "text/NumberText.h"
 
+#include <QLocale>
 #include <QString>
 
 #include <algorithm>
@@ -27,9 +28,12 @@ constexpr double kPowersOfTen[kExactPower + 1] = {1e0,  1e1,  1e2,  1e3,  1e4,  
                                                   1e8,  1e9,  1e10, 1e11, 1e12, 1e13, 1e14, 1e15,
                                                   1e16, 1e17, 1e18, 1e19, 1e20, 1e21, 1e22};
 
-int writeByToolkit(double value, char *out)
+/// Zeros up to the point that shortest texts prefer to "e+xx": 100000, but 1e+06.
+constexpr int kZerosForExponent = 4;
+
+int writeByToolkit(double value, int precision, char *out)
 {
-    const QByteArray text = QByteArray::number(value, 'g', 6);
+    const QByteArray text = QByteArray::number(value, 'g', precision);
     std::memcpy(out, text.constData(), static_cast<size_t>(text.size()));
     return text.size();
 }
@@ -45,44 +49,35 @@ int decimalExponent(double magnitude)
 {
     int binary = 0;
     std::frexp(magnitude, &binary);
-    // log10(2) = 0.30103 = 1233 / 4096; bounds say what the callers' range makes sure of.
-    int x = std::clamp(((binary - 1) * 1233) >> 12, kLeastExponent, kExactPower - 1);
+    // log10(2) = 0.30103 is a little more than 1233 / 4096, and nowhere in the range does the
+    // difference reach over a whole number: never too great.
+    int x = ((binary - 1) * 1233) >> 12;
+    Q_ASSUME(x >= kLeastExponent - 1 && x < kExactPower); // as the caller's range makes sure
     const auto below = [magnitude](int power) {
         return power >= 0 ? magnitude < kPowersOfTen[power]
                           : magnitude * kPowersOfTen[-power] < 1.0;
     };
-    if (below(x)) {
-        --x;
-    }
     while (x < kExactPower && !below(x + 1)) {
         ++x;
     }
     return x;
 }
 
-/// d.ddddd x 10^x as general format shows it: without trailing zeros, with an exponent below
-/// 1e-4 and from 1e6 on.
-int writeDigits(unsigned six, int x, bool negative, char *out)
+/// d.ddd x 10^x as general format shows it: digits[0 .. count - 1] without trailing zeros, with an
+/// exponent of at least two digits below 1e-4 and beyond 10^mostDecimal.
+[[gnu::always_inline]] inline int layOut(const char *digits, int count, int x, int mostDecimal,
+                                         bool negative, char *out)
 {
-    char digits[6];
-    for (int i = 5; i >= 0; --i) {
-        digits[i] = static_cast<char>('0' + six % 10);
-        six /= 10;
-    }
-    int count = 6;
-    while (count > 1 && digits[count - 1] == '0') {
-        --count;
-    }
     char *p = out;
     if (negative) {
         *p++ = '-';
     }
-    const auto put = [&p, &digits](int from, int to) {
+    const auto put = [&p, digits](int from, int to) {
         for (int i = from; i < to; ++i) {
             *p++ = digits[i];
         }
     };
-    if (x >= 0 && x < 6) {
+    if (x >= 0 && x <= mostDecimal) {
         put(0, std::min(count, x + 1));
         for (int i = count; i < x + 1; ++i) {
             *p++ = '0';
@@ -106,11 +101,30 @@ int writeDigits(unsigned six, int x, bool negative, char *out)
         }
         *p++ = 'e';
         *p++ = x < 0 ? '-' : '+';
-        const int power = x < 0 ? -x : x;
+        int power = x < 0 ? -x : x;
+        if (power >= 100) {
+            *p++ = static_cast<char>('0' + power / 100);
+            power %= 100;
+        }
         *p++ = static_cast<char>('0' + power / 10);
         *p++ = static_cast<char>('0' + power % 10);
     }
     return static_cast<int>(p - out);
+}
+
+/// d.ddddd x 10^x, six being these digits as an integer.
+int writeDigits(unsigned six, int x, bool negative, char *out)
+{
+    char digits[6];
+    for (int i = 5; i >= 0; --i) {
+        digits[i] = static_cast<char>('0' + six % 10);
+        six /= 10;
+    }
+    int count = 6;
+    while (count > 1 && digits[count - 1] == '0') {
+        --count;
+    }
+    return layOut(digits, count, x, 5, negative, out);
 }
 
 } // namespace
@@ -134,14 +148,39 @@ int writeGeneral(double value, char *out)
             }
             return writeDigits(six, x, value < 0.0, out);
         }
-        return writeByToolkit(value, out);
+        return writeByToolkit(value, 6, out);
     }
     if (!std::isfinite(value) || value == 0.0 || mayBeTie(value)) {
-        return writeByToolkit(value, out);
+        return writeByToolkit(value, 6, out);
     }
     const auto end =
         std::to_chars(out, out + kGeneralTextSize, value, std::chars_format::general, 6).ptr;
     return static_cast<int>(end - out);
+}
+
+int writeShortest(double value, char *out)
+{
+    if (!std::isfinite(value) || value == 0.0) {
+        return writeByToolkit(value, QLocale::FloatingPointShortest, out);
+    }
+    // Library and toolkit agree in the digits: the fewest that are read back as the same double,
+    // of these the nearest, of two equally near (from 2^51 on) the even one. Only the layouts
+    // differ.
+    char text[kShortestTextSize]; // "d.ddde+xx"
+    char *const end =
+        std::to_chars(text, text + sizeof text, std::fabs(value), std::chars_format::scientific)
+            .ptr;
+    const char *const exponent = std::find(text, end, 'e');
+    int x = 0;
+    std::from_chars(exponent + 2, end, x);
+    x = exponent[1] == '-' ? -x : x;
+    const char *digits = text;
+    if (text[1] == '.') {
+        text[1] = text[0];
+        digits = text + 1;
+    }
+    const auto count = static_cast<int>(exponent - digits);
+    return layOut(digits, count, x, count + kZerosForExponent, value < 0.0, out);
 }
 
 NextNumber readNumber(const char *&at, const char *end, double &value)

@@ -13,6 +13,14 @@ inline constexpr int kGeneralTextSize = 24;
 /// Returns the number of characters written.
 int writeGeneral(double value, char *out);
 
+/// Space that writeShortest() may use [characters]; the longest text is "-1.7976931348623157e+308".
+inline constexpr int kShortestTextSize = 32;
+
+/// Writes the fewest digits that are read back as the same double, letter by letter as
+/// QString::number(value, 'g', QLocale::FloatingPointShortest) does: with an exponent only below
+/// 1e-4 and where that is shorter. Otherwise as writeGeneral().
+int writeShortest(double value, char *out);
+
 /// Reads one number of a line of plain items: skips blanks and tabs from `at`, takes the item that
 /// follows and leaves `at` behind it. The value is that of QString::toDouble, to the bit.
 ///

@@ -10,6 +10,8 @@
 
 using namespace orvel;
 
+Q_DECLARE_METATYPE(HistogramSettings)
+
 class ResultsTest : public QObject {
     Q_OBJECT
 
@@ -21,6 +23,8 @@ private slots:
     void clampsBoxNumbers();
     void choosesLimits();
     void writesHistogramsBesideTheResult();
+    void histogramsAreTheToolkits_data();
+    void histogramsAreTheToolkits();
     void writesFourPointsMaps();
     void writesNonEquivMaps();
 
@@ -137,6 +141,43 @@ void ResultsTest::writesHistogramsBesideTheResult()
         QCOMPARE(BinCounts::pathBeside(link, QStringLiteral("T")),
                  m_files.path(QStringLiteral("d/link_T.dat")));
     }
+}
+
+void ResultsTest::histogramsAreTheToolkits_data()
+{
+    QTest::addColumn<HistogramSettings>("settings");
+    QTest::newRow("through zero") << HistogramSettings{-1, 1, 2001, false};
+    QTest::newRow("falling, long fractions") << HistogramSettings{1.0 / 3, -7e-5, 5000, false};
+    QTest::newRow("large and whole") << HistogramSettings{0, 1e9, 1001, false};
+    QTest::newRow("tiny") << HistogramSettings{-1e-310, 1e-310, 300, false};
+    QTest::newRow("to infinity") << HistogramSettings{-1e308, 1.7e308, 9, false};
+    QTest::newRow("no width") << HistogramSettings{2, 2, 5, false};
+    QTest::newRow("one box") << HistogramSettings{1, 3, 1, false};
+    QTest::newRow("not-a-number") << HistogramSettings{qQNaN(), 1, 3, false};
+}
+
+void ResultsTest::histogramsAreTheToolkits()
+{
+    QFETCH(HistogramSettings, settings);
+    BinCounts bins;
+    bins.setUp(settings);
+    for (int i = -2; i < 40; ++i) {
+        bins.count(settings.from + i % 7 * bins.step());
+    }
+    QVERIFY(bins.write(m_files.path(QStringLiteral("h.txt")), QStringLiteral("N")));
+    QByteArray expected;
+    for (int r = -1; r <= bins.boxes(); ++r) {
+        for (const double at : {r + 0.0, r + 0.5, r + 1.0}) {
+            expected += QByteArray::number(bins.from() + bins.step() * at, 'g',
+                                           QLocale::FloatingPointShortest) +
+                        ' ';
+        }
+        const qint32 counted = r < 0              ? bins.underflow()
+                               : r < bins.boxes() ? bins.counts()[static_cast<size_t>(r)]
+                                                  : bins.overflow();
+        expected += ' ' + QByteArray::number(counted) + '\n';
+    }
+    QCOMPARE(m_files.read(QStringLiteral("h_N.txt")), expected);
 }
 
 void ResultsTest::writesFourPointsMaps()

@@ -24,6 +24,7 @@ class TextTest : public QObject {
 private slots:
     void initTestCase();
     void generalTextIsTheToolkits();
+    void shortestTextIsTheToolkits();
     void numbersAreTheToolkits();
     void lines_data();
     void lines();
@@ -59,15 +60,49 @@ void TextTest::generalTextIsTheToolkits()
     QCOMPARE(text(-1.234567e-308), QStringLiteral("-1.23457e-308")); // the longest
 
     std::mt19937_64 random(7);
-    for (int i = 0; i < 200000; ++i) {
-        const quint64 bits = random();
-        double value = 0.0;
-        if (i % 2 == 0) {
-            std::memcpy(&value, &bits, sizeof value); // any magnitude
-        } else {
-            value = static_cast<double>(static_cast<qint64>(bits) % 2000001) / 1024.0; // ties
-        }
+    for (int i = randomCases(200000); i > 0; --i) {
+        const double value =
+            i % 2 == 0
+                ? anyDouble(random)
+                : static_cast<double>(static_cast<qint64>(random()) % 2000001) / 1024.0; // ties
         QCOMPARE(text(value), QString::number(value, 'g', 6));
+    }
+}
+
+void TextTest::shortestTextIsTheToolkits()
+{
+    const auto isSame = [](double value) {
+        char out[kShortestTextSize];
+        const QByteArray text(out, writeShortest(value, out));
+        const QByteArray expected = QByteArray::number(value, 'g', QLocale::FloatingPointShortest);
+        if (text != expected) {
+            qWarning() << text << "is not" << expected;
+        }
+        return text == expected;
+    };
+    for (const double value : {0.0, -0.0, qQNaN(), -qQNaN(), qInf(), -qInf(), 5e-324, -2.5e-323,
+                               2.2250738585072014e-308, -1.7976931348623157e308, 0x1p53 + 2}) {
+        QVERIFY(isSame(value));
+    }
+    // Numbers of 1 to 17 digits at every exponent: both sides of every change of layout.
+    for (int digits = 1; digits <= 17; ++digits) {
+        const QByteArray mantissa = QByteArray("1.2345678912345678").left(digits + (digits > 1));
+        for (int x = -310; x <= 308; ++x) {
+            QVERIFY(isSame((mantissa + 'e' + QByteArray::number(x)).toDouble()));
+        }
+    }
+    // Powers of two, where the doubles below lie denser than those above, and their neighbours.
+    for (int power = -1074; power < 1024; ++power) {
+        const double value = std::ldexp(1.0, power);
+        QVERIFY(isSame(value) && isSame(std::nextafter(value, 0.0)) &&
+                isSame(-std::nextafter(value, qInf())));
+    }
+    std::mt19937_64 random(13);
+    for (int i = randomCases(200000); i > 0; --i) {
+        const auto whole = static_cast<double>(random() % (1 << 23));
+        const double kinds[] = {anyDouble(random), whole / 1e4, 0.1 * whole,
+                                0x1p51 + whole + 0.25}; // half way between ...2 and ...3
+        QVERIFY(isSame(kinds[i % 4]));
     }
 }
 
@@ -77,13 +112,12 @@ void TextTest::numbersAreTheToolkits()
     std::mt19937_64 random(11);
     const QByteArray letters = "0123456789+-.eE";
     int read = 0;
-    for (int i = 0; i < 400000; ++i) {
+    const int cases = randomCases(400000);
+    for (int i = 0; i < cases; ++i) {
         QByteArray item;
         if (i % 4 == 0) {
-            const quint64 bits = random();
-            double value = 0.0;
-            std::memcpy(&value, &bits, sizeof value);
-            item = QByteArray::number(value, "gfe"[i / 4 % 3], static_cast<int>(random() % 20));
+            item = QByteArray::number(anyDouble(random), "gfe"[i / 4 % 3],
+                                      static_cast<int>(random() % 20));
         } else {
             const int size = 1 + static_cast<int>(random() % 22);
             for (int k = 0; k < size; ++k) {
@@ -105,7 +139,7 @@ void TextTest::numbersAreTheToolkits()
             QVERIFY2(!ok || item.contains("nan") || item.contains("inf"), item.constData());
         }
     }
-    QVERIFY(read > 200000);
+    QVERIFY(read > cases / 2);
     for (const char *other : {"", " \t ", "1\r2", "1\xC2\xA0", "x", "nan", "1,5", "#", "+-1"}) {
         const char *at = other;
         double value = 0.0;
