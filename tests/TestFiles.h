@@ -2,7 +2,10 @@
 
 #include <QFile>
 #include <QTemporaryDir>
+#include <QTextCodec>
 #include <QtTest>
+
+#include <memory>
 
 /// A temporary folder to write the files of a test into.
 class TestFiles {
@@ -17,6 +20,16 @@ public:
             qFatal("cannot write the test's own file");
         }
         return file.fileName();
+    }
+
+    /// Writes the same text as UTF-16 with its mark: readers take such files line by line as texts,
+    /// never by the fast ways for bytes.
+    QString writeWide(const QString &name, const QByteArray &bytes) const
+    {
+        const std::unique_ptr<QTextEncoder> encoder(
+            QTextCodec::codecForName("UTF-16LE")->makeEncoder(QTextCodec::IgnoreHeader));
+        return write(name, "\xFF\xFE" + encoder->fromUnicode(
+                                            QString::fromUtf8(bytes.constData(), bytes.size())));
     }
 
     QByteArray read(const QString &name) const

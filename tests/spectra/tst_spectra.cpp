@@ -1,4 +1,5 @@
 #include "spectra/AMutE.h"
+#include "tests/Differential.h"
 #include "tests/LogCatcher.h"
 #include "tests/TestFiles.h"
 
@@ -41,6 +42,8 @@ class SpectraTest : public QObject {
 private slots:
     void reads_data();
     void reads();
+    void fastAndTextWayAgree_data();
+    void fastAndTextWayAgree();
     void failedReadsEmptyTheSpectrum();
     void missingFilesChangeNothing();
     void readingFitsTheLines();
@@ -146,6 +149,65 @@ void SpectraTest::reads()
         QCOMPARE(spectrum.points()[i].mut, expected[i].second);
     }
     QCOMPARE(spectrum.fileName(), QStringLiteral("s.dat"));
+}
+
+void SpectraTest::fastAndTextWayAgree_data()
+{
+    QTest::addColumn<QByteArray>("bytes");
+
+    const QList<QByteArray> numbers =
+        QByteArray(
+            "8000 -2.5 +.5 . 7. -0 1e3 1E-3 1e 1e+ e5 nan -nan inf 1e400 -1e-400 "
+            "4.9e-324 1,5 0x10 1_0 --1 +-1 1\r2 3\xE6 \xD9\xA3 8000\xC2\xA0-1 12345678901234567890 "
+            "0.1234567890123456789 9007199254740993 2.2250738585072011e-308 #1 1# "
+            "\x1A")
+            .split(' ');
+    static const char *const gaps[] = {" ", "\t", "  \t ", "\f", "\v", "\xC2\xA0", "\xE3\x80\x80"};
+    QByteArray pairs;
+    for (const QByteArray &number : numbers) {
+        pairs += number + " 1\n2 " + number + "\r\n" + number + '\n';
+    }
+    QTest::newRow("numbers") << pairs;
+    QByteArray blanks;
+    for (const QByteArray gap : gaps) {
+        blanks += gap + "1" + gap + "2" + gap + "\n" + gap + "\n3" + gap + "4\n";
+    }
+    QTest::newRow("blanks") << blanks;
+    QTest::newRow("comments") << QByteArray("# 1 2\n #3 4\n\t# 5\n6 # 7\n8 9 # 10\n11#12 13\n#");
+    QTest::newRow("line ends") << QByteArray("1 2\r\r\n\r3\r 4\r\n\n5 6\r7\n\r\n8 9");
+    QTest::newRow("mark") << QByteArray("\xEF\xBB\xBF"
+                                        "1 2\n3 4\n");
+    QTest::newRow("scan") << QByteArray("9809\nD= 3\xE6 D= 2\nMode 0 0 1 2\nOffset\n"
+                                        "9 14.0 1 8 0x1\n9\f1e1 1 1e400 nan\n9 14 1 4 2\r\n");
+    std::mt19937_64 random(17);
+    QByteArray mixed;
+    for (int line = randomCases(3000); line > 0; --line) {
+        for (auto items = random() % 5; items > 0; --items) {
+            mixed += random() % 4 == 0 ? numbers[static_cast<int>(random() % 32) % numbers.size()]
+                                       : QByteArray::number(anyDouble(random), "gef"[random() % 3],
+                                                            static_cast<int>(random() % 18));
+            mixed += gaps[random() % std::size(gaps)];
+        }
+        mixed += '\n';
+    }
+    QTest::newRow("mixed") << mixed;
+}
+
+void SpectraTest::fastAndTextWayAgree()
+{
+    QFETCH(QByteArray, bytes);
+    AMutE fast;
+    AMutE text;
+    QVERIFY(fast.readFile(m_files.write(QStringLiteral("fast"), bytes)));
+    QVERIFY(text.readFile(m_files.writeWide(QStringLiteral("text"), bytes)));
+    QCOMPARE(fast.points().size(), text.points().size());
+    for (int i = 0; i < fast.points().size(); ++i) {
+        const MutPoint &a = fast.points()[i];
+        const MutPoint &b = text.points()[i];
+        QVERIFY2(sameBits(a.energyEv, b.energyEv) && sameBits(a.mut, b.mut) &&
+                     sameBits(a.angleDeg, b.angleDeg),
+                 qPrintable(QStringLiteral("point %1").arg(i)));
+    }
 }
 
 void SpectraTest::failedReadsEmptyTheSpectrum()
