@@ -1,5 +1,6 @@
 #include "base/Column.h"
 
+#include <cstdint>
 #include <cstdlib>
 #include <new>
 
@@ -23,12 +24,27 @@ void *allocateBlock(std::size_t bytes)
     if (block == nullptr) {
         throw std::bad_alloc();
     }
-#ifdef __linux__
     if (unit == kHugePage) {
-        madvise(block, rounded, MADV_HUGEPAGE); // a wish, whose refusal costs time only
+        wishHugePages(block, rounded);
     }
-#endif
     return block;
+}
+
+void wishHugePages(void *block, std::size_t bytes)
+{
+#ifdef __linux__
+    // Whole pages inside the block.
+    const auto begin = reinterpret_cast<std::uintptr_t>(block);
+    const std::uintptr_t first = (begin + kHugePage - 1) / kHugePage * kHugePage;
+    const std::uintptr_t last = (begin + bytes) / kHugePage * kHugePage;
+    if (first < last) {
+        // A wish, whose refusal costs time only.
+        madvise(static_cast<char *>(block) + (first - begin), last - first, MADV_HUGEPAGE);
+    }
+#else
+    (void)block;
+    (void)bytes;
+#endif
 }
 
 void freeBlock(void *block)

@@ -14,6 +14,9 @@ namespace orvel {
 void *allocateBlock(std::size_t bytes);
 void freeBlock(void *block);
 
+/// Asks for huge pages for memory that others have allocated and nobody has touched.
+void wishHugePages(void *block, std::size_t bytes);
+
 /// Allocates by allocateBlock and leaves new elements as they are: resize() does not fill.
 template <class T> struct BlockAllocator {
     using value_type = T;

@@ -1,5 +1,6 @@
 #include "images/TDData0.h"
 
+#include "base/Column.h"
 #include "images/ImageData.h"
 #include "images/LineItems.h"
 #include "images/TextMap.h"
@@ -115,7 +116,7 @@ bool TDData0::read(const QString &path)
         return false;
     }
     QFile file(path);
-    if (!file.open(QIODevice::ReadOnly)) {
+    if (!file.open(QIODevice::ReadOnly | QIODevice::Unbuffered)) {
         qDebug().noquote() << "can't open" << path;
         m_readFailure = ReadFailure::CannotOpen;
         return false;
@@ -130,14 +131,33 @@ bool TDData0::read(const QString &path)
     }
 
     const int n = static_cast<int>(pixels);
-    QVector<double> values(n); // zeros, which stay where the file ends early
-    QByteArray flags(n, '\0');
+    // Zeros, which stay where the file ends early, are laid piece by piece just before the bytes
+    // arrive: the memory is passed over once.
+    constexpr int kPiece = 1 << 15;
+    QVector<double> values;
+    values.reserve(n);
+    orvel::wishHugePages(values.data(), static_cast<size_t>(n) * sizeof(double));
     file.seek(header.size);
-    const qint64 got = file.read(reinterpret_cast<char *>(values.data()), pixels * kDouble);
-    if (got < pixels * kDouble && got % kDouble > 0) {
-        values[static_cast<int>(got / kDouble)] = 0.0; // half a number is none
+    bool whole = true;
+    while (values.size() < n) {
+        const int from = values.size();
+        values.resize(qMin(n, from + kPiece));
+        const qint64 wanted = qint64(values.size() - from) * kDouble;
+        const qint64 got =
+            whole
+                ? qMax<qint64>(0, file.read(reinterpret_cast<char *>(values.data() + from), wanted))
+                : 0;
+        whole = got == wanted;
+        if (got % kDouble > 0) {
+            values[from + static_cast<int>(got / kDouble)] = 0.0; // half a number is none
+        }
     }
-    file.read(flags.data(), pixels);
+    static_assert(sizeof(bool) == 1, "validity flags are bytes of the file");
+    QVector<bool> flags(n, false);
+    auto *const flagBytes = reinterpret_cast<char *>(flags.data());
+    file.read(flagBytes, pixels);
+    std::transform(flagBytes, flagBytes + n, flagBytes,
+                   [](char flag) { return static_cast<char>(flag != 0); });
 
     width = header.width;
     height = header.height;
@@ -145,9 +165,7 @@ bool TDData0::read(const QString &path)
     minVal = header.minVal;
     maxVal = header.maxVal;
     data = values;
-    valid.resize(n);
-    std::transform(flags.cbegin(), flags.cend(), valid.begin(),
-                   [](char flag) { return flag != 0; });
+    valid = flags;
     m_readFailure = ReadFailure::None;
     return true;
 }
@@ -190,7 +208,6 @@ bool TDData0::write(const QString &path)
         qDebug().noquote() << "can't open" << path << "to save 2dData";
         return false;
     }
-    static_assert(sizeof(bool) == 1, "validity flags are bytes of the file");
     file.write(header);
     file.write(reinterpret_cast<const char *>(data.constData()), pixels * qint64(sizeof(double)));
     file.write(reinterpret_cast<const char *>(valid.constData()), pixels);
