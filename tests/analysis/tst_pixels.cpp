@@ -87,6 +87,7 @@ std::vector<double> pixelOf(const AnalysisInput &input, const std::vector<size_t
                             int y)
 {
     std::vector<double> values;
+    values.reserve(used.size());
     for (const size_t i : used) {
         values.push_back(input.points[i].map->absorption(x, y));
     }
