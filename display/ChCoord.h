@@ -73,6 +73,7 @@ public:
     /// The frame's height is divided into this many rows for the axis labels, ...
     int labelRows() const { return m_labelRows; }
     void setLabelRows(int rows) { m_labelRows = rows; }
+    int labelColumns() const { return m_labelColumns; } ///< of its width; not used by labels
     /// ... of which a label fills this fraction.
     double labelFill() const { return m_labelFill; }
 
@@ -103,6 +104,7 @@ private:
     double m_topMargin = 0.05;
     double m_bottomMargin = 0.1;
     int m_labelRows = 20;
+    int m_labelColumns = 25;
     double m_labelFill = 0.85;
     bool m_hasContent = true;
 };

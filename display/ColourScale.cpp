@@ -137,11 +137,13 @@ LimitLines drawColourBar(QPainter &painter, ChCoord &coord, const ColourScale &s
     const double upper = coord.sy(scale.upperIndex());
     const double lower = coord.sy(ColourScale::lowerIndex());
     band(lower, coord.sy(scale.bottom()), kBlack);
+    const int downwards = rowOf(coord.sdy(1.0) + 1.0); // when the range is turned round
     int below = rowOf(lower) + 1;
     for (int i = 0; i < scale.size(); ++i) {
         // At least a row each; on a tall bar up to the entry below, so that no gaps show.
         const int row = rowOf(coord.sy(i));
-        painter.fillRect(left, row, width, std::max(1, below - row), QColor(scale.shownEntry(i)));
+        painter.fillRect(left, row, width, std::max({1, below - row, downwards}),
+                         QColor(scale.shownEntry(i)));
         below = row;
     }
     band(coord.sy(scale.top()), upper, kWhite);

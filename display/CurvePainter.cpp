@@ -161,13 +161,16 @@ void drawCurve(QPainter &painter, const ChCoord &coord, const double *x, const d
         QRectF(QPointF(coord.frameX0(), coord.frameY1()), QPointF(coord.frameX1(), coord.frameY0()))
             .normalized();
     painter.setClipRect(frame);
+    constexpr double kFar = 1e12;   // differences of points stay finite and exact to a pixel
     constexpr double kBeside = 4.0; // so that clipped ends stay out of sight
     Strips strips(painter, frame.adjusted(-kBeside, -kBeside, kBeside, kBeside));
     PixelColumn column(strips);
     const double columnsPerPixel = painter.device()->devicePixelRatioF();
     for (std::size_t i = 0; i < n; ++i) {
-        const QPointF point(coord.sx(x[i]), coord.sy(y[i]));
-        if (std::isfinite(point.x()) && std::isfinite(point.y())) {
+        const double sx = coord.sx(x[i]);
+        const double sy = coord.sy(y[i]);
+        if (std::isfinite(sx) && std::isfinite(sy)) {
+            const QPointF point(std::clamp(sx, -kFar, kFar), std::clamp(sy, -kFar, kFar));
             column.add(std::floor(point.x() * columnsPerPixel), point);
         } else {
             column.flush();

@@ -31,12 +31,19 @@ void drawHistogramGrid(QPainter &painter, const ChCoord &coord, double low, doub
     const double step = coord.xTickStep(kBaseStep, kFewestPixels);
     const double first = std::ceil(low);
     const double beyond = std::floor(high);
-    if (!((beyond - first) / step < std::fabs(coord.frameX1() - coord.frameX0()))) {
+    // Only the lines inside the frame, or a deep zoom would leave none.
+    const double left = std::min(coord.xMin(), coord.xMax());
+    const double right = std::max(coord.xMin(), coord.xMax());
+    const double from = std::max(0.0, std::ceil((left - first) / step));
+    const double to = std::min(std::ceil((beyond - first) / step),
+                               std::floor((right - first) / step) + 1.0);
+    if (!(to - from < std::fabs(coord.frameX1() - coord.frameX0()))) {
         return;
     }
     painter.setPen(QColor(200, 200, 255));
-    for (int i = 0; first + i * step < beyond; ++i) {
-        const double x = coord.sx(first + i * step);
+    const int count = static_cast<int>(std::max(0.0, to - from));
+    for (int i = 0; i < count; ++i) {
+        const double x = coord.sx(first + (from + i) * step);
         painter.drawLine(QPointF(x, coord.frameY0()), QPointF(x, coord.frameY1()));
     }
 }

@@ -34,7 +34,8 @@ void fillOwners(int n, Edge edge, bool rising, std::vector<std::int32_t> &owners
         }
         const int near = rising ? low : high; // the edge that the pixel starts at
         const int far = rising ? high : low;
-        const bool covers = reached(near, s) && std::trunc(edge(far)) > s;
+        const bool covers = reached(near, s) && std::trunc(edge(far)) > s &&
+                            std::isfinite(edge(near)) && std::isfinite(edge(far));
         owners[static_cast<std::size_t>(s)] = covers ? low : -1;
     }
 }
@@ -59,7 +60,7 @@ template <class Edge> Extent extentOf(int n, Edge edge, int size)
 {
     const double a = std::trunc(edge(0));
     const double b = std::trunc(edge(n));
-    if (std::isnan(a) || std::isnan(b)) {
+    if (!std::isfinite(a) || !std::isfinite(b)) {
         return {0, -1};
     }
     return {static_cast<int>(std::clamp(std::min(a, b), 0.0, static_cast<double>(size))),
