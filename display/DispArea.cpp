@@ -103,9 +103,10 @@ void DispArea::mouseDoubleClickEvent(QMouseEvent *event)
 
 void DispArea::wheelEvent(QWheelEvent *event)
 {
+    m_mouse.wheeled(*event);
     const double factor = event->angleDelta().y() < 0 ? 1.1 : 1 / 1.1;
-    const double sx = event->position().x();
-    const double sy = event->position().y();
+    const int sx = m_mouse.x();
+    const int sy = m_mouse.y();
     const bool nearX = m_coord.nearFrameXEdge(sx);
     const bool nearY = m_coord.nearFrameYEdge(sy);
     const auto scaled = [factor](double limit, double about) {

@@ -24,6 +24,8 @@ DispMBase::DispMBase(QWidget *parent)
     connect(m_ui->MaxV, &QLineEdit::editingFinished, this, &DispMBase::newZmax);
     connect(m_ui->MinV, &QLineEdit::editingFinished, this, &DispMBase::newZmin);
     connect(m_ui->CBar, &cBar::newScale, this, QOverload<>::of(&DispMBase::update));
+    // The window may be visible while the panel is not.
+    connect(m_ui->CBar, &cBar::newScale, this, &DispMBase::updateSurface);
 }
 
 DispMBase::~DispMBase()
@@ -58,9 +60,8 @@ void DispMBase::setInitialRange(double xMin, double yMin, double xMax, double yM
 
 void DispMBase::setLimits(double low, double high)
 {
-    orvel::showNumber(m_ui->MinV, low);
-    orvel::showNumber(m_ui->MaxV, high);
     bar()->setLimits(low, high);
+    showLimits();
 }
 
 void DispMBase::showValue(const QString &text)
@@ -103,12 +104,30 @@ void DispMBase::clearScale()
 
 void DispMBase::newZmax()
 {
-    bar()->newZmax(m_ui->MaxV->text().toDouble());
+    const double max = m_ui->MaxV->text().toDouble();
+    const bool isReversed = bar()->scale().zMin() > max;
+    bar()->newZmax(max);
+    if (isReversed) {
+        showLimits();
+    }
 }
 
 void DispMBase::newZmin()
 {
-    bar()->newZmin(m_ui->MinV->text().toDouble());
+    const double min = m_ui->MinV->text().toDouble();
+    const bool isReversed = min > bar()->scale().zMax();
+    bar()->newZmin(min);
+    if (isReversed) {
+        showLimits();
+    }
+}
+
+/// The bar put reversed limits in order. Fields that still show them the other way round would
+/// give one of them to the wrong end as soon as the focus leaves.
+void DispMBase::showLimits()
+{
+    orvel::showNumber(m_ui->MinV, bar()->scale().zMin());
+    orvel::showNumber(m_ui->MaxV, bar()->scale().zMax());
 }
 
 void DispMBase::paintEvent(QPaintEvent *event)

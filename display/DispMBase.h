@@ -58,6 +58,8 @@ protected:
     void paintEvent(QPaintEvent *event) override;
 
 private:
+    void showLimits();
+
     std::unique_ptr<Ui::DispMBase> m_ui;
     bool m_isDocked = true;
     std::unique_ptr<PopBase> m_popBase;

@@ -48,10 +48,14 @@ void Displays::append(DispABase *panel, const QString &title, DispId id, int col
     }
     m_panels.append(panel);
     m_ids.append(id);
-    connect(panel, &DispABase::draw, this, &Displays::receiveDraw);
-    connect(panel, &DispABase::mPressed, this, &Displays::receiveMPressed);
-    connect(panel, &DispABase::mDragging, this, &Displays::receiveMDragging);
-    connect(panel, &DispABase::mReleased, this, &Displays::receiveMReleased);
+    connect(panel, &DispABase::draw, this, &Displays::receiveDraw,
+            Qt::UniqueConnection);
+    connect(panel, &DispABase::mPressed, this, &Displays::receiveMPressed,
+            Qt::UniqueConnection);
+    connect(panel, &DispABase::mDragging, this, &Displays::receiveMDragging,
+            Qt::UniqueConnection);
+    connect(panel, &DispABase::mReleased, this, &Displays::receiveMReleased,
+            Qt::UniqueConnection);
 }
 
 DispABase *Displays::panel(DispId id) const

@@ -3,6 +3,7 @@
 #include "analysis/ToInt32.h"
 
 #include <QMouseEvent>
+#include <QWheelEvent>
 
 #include <cmath>
 
@@ -42,4 +43,11 @@ void MouseC::doubleClicked(const QMouseEvent &event)
     m_doubleClickPosition = m_position;
     m_pressButton = event.button();
     m_pressModifiers = static_cast<int>(event.modifiers());
+}
+
+void MouseC::wheeled(const QWheelEvent &event)
+{
+    moveTo(event.position());
+    m_moveButton = Qt::NoButton;
+    m_moveModifiers = static_cast<int>(event.modifiers());
 }

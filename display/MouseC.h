@@ -5,6 +5,7 @@
 
 class QMouseEvent;
 class QPointF;
+class QWheelEvent;
 
 /// What the mouse does on one surface; goes with the surface's mouse signals. Positions are
 /// logical pixels of the surface, rounded to the nearest integer, halves up.
@@ -18,6 +19,7 @@ public:
     void moved(const QMouseEvent &event);
     void released(const QMouseEvent &event);
     void doubleClicked(const QMouseEvent &event);
+    void wheeled(const QWheelEvent &event);
     /// Forgets a press whose release goes elsewhere, for instance to a menu.
     void cancelPress() { m_isHeld = false; }
 
@@ -31,7 +33,7 @@ public:
 
     bool isHeld() const { return m_isHeld; } ///< from press to release
     int pressButton() const { return m_pressButton; }
-    int moveButton() const { return m_moveButton; } ///< of the last move or release
+    int moveButton() const { return m_moveButton; } ///< of the last move, release or turn of the wheel
     int pressModifiers() const { return m_pressModifiers; }
     int moveModifiers() const { return m_moveModifiers; }
 

@@ -45,5 +45,7 @@ void PopBase::update()
 void PopBase::closeEvent(QCloseEvent *event)
 {
     event->accept();
-    emit closed();
+    if (isVisible()) { // a second request may arrive when the window is hidden already
+        emit closed();
+    }
 }
