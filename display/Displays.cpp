@@ -48,14 +48,10 @@ void Displays::append(DispABase *panel, const QString &title, DispId id, int col
     }
     m_panels.append(panel);
     m_ids.append(id);
-    connect(panel, &DispABase::draw, this, &Displays::receiveDraw,
-            Qt::UniqueConnection);
-    connect(panel, &DispABase::mPressed, this, &Displays::receiveMPressed,
-            Qt::UniqueConnection);
-    connect(panel, &DispABase::mDragging, this, &Displays::receiveMDragging,
-            Qt::UniqueConnection);
-    connect(panel, &DispABase::mReleased, this, &Displays::receiveMReleased,
-            Qt::UniqueConnection);
+    connect(panel, &DispABase::draw, this, &Displays::receiveDraw, Qt::UniqueConnection);
+    connect(panel, &DispABase::mPressed, this, &Displays::receiveMPressed, Qt::UniqueConnection);
+    connect(panel, &DispABase::mDragging, this, &Displays::receiveMDragging, Qt::UniqueConnection);
+    connect(panel, &DispABase::mReleased, this, &Displays::receiveMReleased, Qt::UniqueConnection);
 }
 
 DispABase *Displays::panel(DispId id) const

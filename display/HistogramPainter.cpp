@@ -35,8 +35,8 @@ void drawHistogramGrid(QPainter &painter, const ChCoord &coord, double low, doub
     const double left = std::min(coord.xMin(), coord.xMax());
     const double right = std::max(coord.xMin(), coord.xMax());
     const double from = std::max(0.0, std::ceil((left - first) / step));
-    const double to = std::min(std::ceil((beyond - first) / step),
-                               std::floor((right - first) / step) + 1.0);
+    const double to =
+        std::min(std::ceil((beyond - first) / step), std::floor((right - first) / step) + 1.0);
     if (!(to - from < std::fabs(coord.frameX1() - coord.frameX0()))) {
         return;
     }

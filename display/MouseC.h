@@ -33,7 +33,10 @@ public:
 
     bool isHeld() const { return m_isHeld; } ///< from press to release
     int pressButton() const { return m_pressButton; }
-    int moveButton() const { return m_moveButton; } ///< of the last move, release or turn of the wheel
+    int moveButton() const
+    {
+        return m_moveButton;
+    } ///< of the last move, release or turn of the wheel
     int pressModifiers() const { return m_pressModifiers; }
     int moveModifiers() const { return m_moveModifiers; }
 
