@@ -55,12 +55,12 @@ void BinCounts::count(const double *values, std::size_t n)
     }
 }
 
-QString BinCounts::pathBeside(const QString &resultPath, const QString &name)
+QString BinCounts::pathBeside(const QString &resultPath, const QString &name, const QString &suffix)
 {
     const QFileInfo result(resultPath); // named as given, in the folder it really lies in
     const QString folder = QFileInfo(realPath(resultPath)).absolutePath();
     return QStringLiteral("%1/%2_%3.%4")
-        .arg(folder, result.completeBaseName(), name, result.suffix());
+        .arg(folder, result.completeBaseName(), name, suffix.isNull() ? result.suffix() : suffix);
 }
 
 bool BinCounts::write(const QString &resultPath, const QString &name) const

@@ -48,7 +48,9 @@ public:
     bool write(const QString &resultPath, const QString &name) const;
 
     /// Where a histogram goes: the folder of the result file, FILE_NAME.SUFFIX.
-    static QString pathBeside(const QString &resultPath, const QString &name);
+    /// suffix  null: that of the result file
+    static QString pathBeside(const QString &resultPath, const QString &name,
+                              const QString &suffix = QString());
 
 private:
     double m_from = 0.0;

@@ -2,6 +2,7 @@
 
 #include "analysis/Calculations.h"
 #include "analysis/ResultFile.h"
+#include "batch/Images.h"
 #include "session/InputLoader.h"
 #include "session/MessageText.h"
 #include "session/SessionFile.h"
@@ -61,10 +62,11 @@ private:
     bool m_shown;
 };
 
-QStringList outputPaths(const QString &resultPath)
+QStringList outputPaths(const QString &resultPath, bool images)
 {
-    return {resultPath, BinCounts::pathBeside(resultPath, kRatioTag),
-            BinCounts::pathBeside(resultPath, kThicknessTag)};
+    QStringList paths = {resultPath, BinCounts::pathBeside(resultPath, kRatioTag),
+                         BinCounts::pathBeside(resultPath, kThicknessTag)};
+    return images ? paths + imagePaths(resultPath) : paths;
 }
 
 QStringList inputPaths(const QString &sessionPath, const SessionTexts &texts)
@@ -81,9 +83,9 @@ QStringList inputPaths(const QString &sessionPath, const SessionTexts &texts)
 }
 
 /// The first output that would overwrite an input; empty when there is none.
-QString overwrittenInput(const QString &resultPath, const QStringList &inputs)
+QString overwrittenInput(const QStringList &outputs, const QStringList &inputs)
 {
-    for (const QString &output : outputPaths(resultPath)) {
+    for (const QString &output : outputs) {
         for (const QString &input : inputs) {
             if (realPath(output) == realPath(input)) {
                 return input;
@@ -114,9 +116,9 @@ void printField(const char *name, const QString &text)
     print(QStringLiteral("%1 = ").arg(QLatin1String(name)) + text + QLatin1Char('\n'));
 }
 
-/// Writes result and histogram files; the lines name what could not be written.
+/// Writes result and histogram files and the pictures; the lines name what could not be written.
 std::vector<Line> writeResults(const QString &path, const MapOutcome &outcome,
-                               const SessionTexts &texts, const AnalysisInput &input)
+                               const SessionTexts &texts, const AnalysisInput &input, bool images)
 {
     ResultFileOptions options;
     options.record = texts.record;
@@ -134,6 +136,11 @@ std::vector<Line> writeResults(const QString &path, const MapOutcome &outcome,
         }
         if (!outcome.amountCounts.write(path, kThicknessTag)) {
             faults.push_back(cannotOpen(BinCounts::pathBeside(path, kThicknessTag)));
+        }
+        if (images) {
+            for (const QString &lost : writeImages(path, outcome, input)) {
+                faults.push_back(cannotOpen(lost));
+            }
         }
     }
     return faults;
@@ -167,9 +174,14 @@ ExitStatus runSession(const CommandLine &commandLine)
     const QString resultPath = commandLine.resultPath.isEmpty()
                                    ? texts.resultFile
                                    : QDir::current().absoluteFilePath(commandLine.resultPath);
+    if (resultPath.isEmpty() && commandLine.images) {
+        complain(QStringLiteral("--images needs a result file: neither the session nor --result "
+                                "names one"));
+        return WrongUsage;
+    }
     if (!resultPath.isEmpty()) {
-        const QString input =
-            overwrittenInput(resultPath, inputPaths(commandLine.sessionPath, texts));
+        QStringList outputs = outputPaths(resultPath, commandLine.images);
+        const QString input = overwrittenInput(outputs, inputPaths(commandLine.sessionPath, texts));
         if (!input.isEmpty()) {
             complain(QStringLiteral("the result file %1 would overwrite the input %2")
                          .arg(resultPath, input));
@@ -177,6 +189,11 @@ ExitStatus runSession(const CommandLine &commandLine)
         }
         if (isRedirectedStream(resultPath)) {
             complain(QStringLiteral("the result file %1 is where the messages go").arg(resultPath));
+            return WrongUsage;
+        }
+        if (outputs.removeDuplicates() > 0) { // the histograms of a result named .png
+            complain(QStringLiteral("with --images the result file %1 must not end in .png")
+                         .arg(resultPath));
             return WrongUsage;
         }
     }
@@ -202,7 +219,7 @@ ExitStatus runSession(const CommandLine &commandLine)
     std::vector<Line> faults;
     if (!resultPath.isEmpty() && maps.maps) {
         progress.stage(85, QStringLiteral("writing ") + resultPath);
-        faults = writeResults(resultPath, maps, texts, loaded.input);
+        faults = writeResults(resultPath, maps, texts, loaded.input, commandLine.images);
     }
     progress.clear();
 

@@ -39,6 +39,8 @@ CommandLine parseCommandLine(const QStringList &arguments)
             line.japanese = true;
         } else if (argument == QLatin1String("--quiet")) {
             line.quiet = true;
+        } else if (argument == QLatin1String("--images")) {
+            line.images = true;
         } else if (argument == QLatin1String("--threads")) {
             bool isNumber = false;
             line.threads = hasValue ? arguments[++i].toInt(&isNumber) : 0;
@@ -66,7 +68,7 @@ CommandLine parseCommandLine(const QStringList &arguments)
 QString helpText()
 {
     return QStringLiteral(
-        "Usage: orvel-batch [-e|-j] [--threads N] [--quiet] [--result PATH] SESSION\n"
+        "Usage: orvel-batch [-e|-j] [--threads N] [--quiet] [--images] [--result PATH] SESSION\n"
         "\n"
         "Runs the analysis that a session file describes: maps, target, linear combination\n"
         "fit. Prints every message line, then the result fields; writes the result file and\n"
@@ -75,6 +77,7 @@ QString helpText()
         "  -e, -j         messages in English (default) or Japanese; the last one wins\n"
         "  --threads N    number of threads; 0 (default): all cores\n"
         "  --quiet        no progress; faults are still named\n"
+        "  --images       also a PNG of every map and histogram beside the result file\n"
         "  --result PATH  result file, instead of the session's own\n"
         "  --help, -h     this text\n"
         "  --version      name and version\n"

@@ -13,6 +13,7 @@ struct CommandLine {
     QString fault; ///< with Refuse: what is wrong
     bool japanese = false;
     bool quiet = false;
+    bool images = false;
     int threads = 0;    ///< 0: all cores
     QString resultPath; ///< as given; empty: the session's own
     QString sessionPath;

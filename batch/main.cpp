@@ -2,15 +2,45 @@
 #include "batch/CommandLine.h"
 #include "session/Catalogue.h"
 
-#include <QCoreApplication>
+#include <QGuiApplication>
 #include <QLoggingCategory>
 #include <QTextCodec>
 #include <QTranslator>
 
 #include <cstdio>
+#include <memory>
 #include <new>
 
 namespace {
+
+QStringList argumentsOf(int argc, char **argv)
+{
+    const QCoreApplication app(argc, argv);
+    return QCoreApplication::arguments().mid(1);
+}
+
+/// The application that the run needs: fonts for pictures, never a display. It sees no arguments,
+/// or it would take those that windows know out of them.
+std::unique_ptr<QCoreApplication> application(char **argv, bool withFonts)
+{
+    static int count = 1;
+    if (!withFonts) {
+        return std::make_unique<QCoreApplication>(count, argv);
+    }
+    qputenv("QT_QPA_PLATFORM", "offscreen");
+    qunsetenv("QT_QPA_PLATFORMTHEME"); // a desktop's theme may insist on its display
+    // A job has no folder for the sockets of a desktop session, which is no news to its user.
+    static QtMessageHandler usual = nullptr;
+    usual = qInstallMessageHandler(
+        [](QtMsgType type, const QMessageLogContext &context, const QString &text) {
+            if (type == QtFatalMsg) {
+                usual(type, context, text);
+            }
+        });
+    auto app = std::make_unique<QGuiApplication>(count, argv);
+    qInstallMessageHandler(usual);
+    return app;
+}
 
 int run(int argc, char **argv)
 {
@@ -18,11 +48,11 @@ int run(int argc, char **argv)
 
     // File names and arguments are UTF-8 also where a job scheduler sets the "C" locale.
     QTextCodec::setCodecForLocale(QTextCodec::codecForName("UTF-8"));
-    const QCoreApplication app(argc, argv);
+    const CommandLine commandLine = orvel::parseCommandLine(argumentsOf(argc, argv));
+    const auto app = application(argv, commandLine.images);
     // Readers log every oddity; QT_LOGGING_RULES="*.debug=true" shows it.
     QLoggingCategory::setFilterRules(QStringLiteral("*.debug=false"));
 
-    const CommandLine commandLine = orvel::parseCommandLine(QCoreApplication::arguments().mid(1));
     switch (commandLine.task) {
     case CommandLine::Task::ShowHelp:
         orvel::print(orvel::helpText());

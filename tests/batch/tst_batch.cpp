@@ -5,6 +5,7 @@
 
 #include <QCryptographicHash>
 #include <QDir>
+#include <QImage>
 #include <QMap>
 #include <QProcess>
 #include <QTextCodec>
@@ -146,6 +147,7 @@ struct Run {
 class Program : public QProcess {
 public:
     bool asOtherUser = false;
+    bool hasNoFonts = false;
     rlim_t mostBytes = RLIM_INFINITY; ///< in any file it writes: a full disk
     int terminal = -1;                ///< standard error goes there
 
@@ -181,6 +183,10 @@ private slots:
     void writesFiles_data();
     void writesFiles();
     void resultPathOfTheCommandLine();
+    void drawsMaps_data();
+    void drawsMaps();
+    void drawsHistograms();
+    void losesNothingForPictures();
     void keepsWhatItCannotReplace_data();
     void keepsWhatItCannotReplace();
     void firstStatusThatApplies();
@@ -208,6 +214,10 @@ private:
         return run(program, arguments);
     }
     Run run(Program &program, const QStringList &arguments) const;
+    QImage image(const QString &name) const
+    {
+        return QImage(path(name)).convertToFormat(QImage::Format_RGB32);
+    }
     QStringList filesAndSums() const;
 
     std::unique_ptr<TestFiles> m_files; // new ones for every row
@@ -263,6 +273,9 @@ Run BatchTest::run(Program &program, const QStringList &arguments) const
     }
     QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
     environment.insert("LC_ALL", "C");
+    if (program.hasNoFonts) {
+        environment.insert("FONTCONFIG_FILE", m_files->write("fonts.conf", "<fontconfig/>"));
+    }
     program.setProcessEnvironment(environment);
     program.start(ORVEL_BATCH, arguments);
     Run result;
@@ -503,6 +516,139 @@ void BatchTest::resultPathOfTheCommandLine()
     QCOMPARE(run({"--result", "", file}).status, 2);
 }
 
+// Expected colours are those of the definition: index trunc(768 (v - low) / (high - low)) of
+// black, red, yellow, white in 256 steps each.
+void BatchTest::drawsMaps_data()
+{
+    QTest::addColumn<Pixels>("pixels");
+    QTest::addColumn<QString>("changes");
+    QTest::addColumn<QStringList>("quantities");
+    QTest::addColumn<QString>("shown");         // of these, the one that is looked at
+    QTest::addColumn<QVector<QRgb>>("colours"); // of the pixels; row 0 is at the bottom
+    const auto row = [](const char *name, const Pixels &pixels, const QString &changes,
+                        const QString &quantities, const QVector<QRgb> &colours) {
+        const QStringList names = quantities.split(' ');
+        QTest::newRow(name) << pixels << changes << names << names.first() << colours;
+    };
+    const QRgb black = qRgb(0, 0, 0);
+    const QRgb white = qRgb(255, 255, 255);
+    const QRgb noValue = qRgb(170, 170, 170);
+    const QRgb middle = qRgb(255, 128, 0); // entry 384
+    const QString fourPoints = " Ratio1 Ratio2 Valence Amount";
+    // Values 0, 0.5, 1, -0.5, 0 / 0, 0.25: from -0.5 to 1 in steps of 1 / 512.
+    row("fraction", kPixels, "", "Ratio1" + fourPoints,
+        {qRgb(255, 0, 0), qRgb(255, 255, 0), white, black, noValue, middle});
+    row("rest of it", kPixels, "", "Ratio2" + fourPoints,
+        {qRgb(255, 255, 0), qRgb(255, 0, 0), black, white, noValue, middle});
+    // A value for all pixels is in the middle of the bar, whatever rounding leaves of it.
+    row("uniform", {{0.5, 0.5, 0.5}}, "", "Valence" + fourPoints, {middle});
+    row("no value at all", {{0, 0, 0.5}, {0, 0, 0.5}}, "", "Valence" + fourPoints,
+        {noValue, noValue});
+    row("linear background", {{0.25, 0.25, 0.5, 0.001}, {0.25, 0.25, -2, 0}}, kFour + kLinear,
+        "C1 C1 Ratio1 Ratio2 DMut1 DMut2 Mut0 Valence Amount", {white, black});
+    row("one reference, Victoreen", {{0, 0.5, 0.5, 0.1, 0.2}, {0, 0.5, 0.5, 0.1, -0.2}},
+        kFive + kVictoreen + " Ref1/UseCB=false", "C2 C2 Ratio1 DMut1 Mut0 C1 Valence Amount",
+        {white, black});
+}
+
+void BatchTest::drawsMaps()
+{
+    QFETCH(Pixels, pixels);
+    QFETCH(QString, changes);
+    QFETCH(QStringList, quantities);
+    QFETCH(QString, shown);
+    QFETCH(QVector<QRgb>, colours);
+    writeMaps(pixels, changes.contains(kVictoreen) && !changes.contains(kLinear));
+    const QString file = session(changes + " Output/SaveFSelect=map.v1.txt");
+    QImage images[2];
+    for (const bool hasNoFonts : {false, true}) {
+        Program program;
+        program.hasNoFonts = hasNoFonts;
+        const Run result = run(program, {"--images", file});
+        QVERIFY(result.status == 0 || result.status == 1);
+        QCOMPARE(result.err, QString());
+        QStringList expected = {"map.v1_HGAlpha.png", "map.v1_HGThick.png"};
+        for (const QString &quantity : quantities.mid(1)) {
+            expected += "map.v1_" + quantity + ".png";
+        }
+        expected.sort();
+        QCOMPARE(QDir(m_folder).entryList({"*.png"}, QDir::Files), expected);
+        images[hasNoFonts] = image("map.v1_" + shown + ".png");
+    }
+    // Squares of 100 pixels from (24, 58) on; a low map stands half way up its bar.
+    const int width = qMin(3, pixels.size());
+    const int height = pixels.size() / width;
+    const int top = 58 + qMax(0, 120 - 100 * height) / 2;
+    for (int i = 0; i < pixels.size(); ++i) {
+        const QPoint corner(24 + 100 * (i % width), top + 100 * (height - 1 - i / width));
+        for (const QImage &drawn : images) {
+            for (const QPoint &at : {QPoint(0, 0), QPoint(50, 50), QPoint(99, 99)}) {
+                QCOMPARE(QColor(drawn.pixel(corner + at)), QColor(colours[i]));
+            }
+        }
+    }
+    // The bar beside it, from white through yellow and red to black.
+    const int barMiddle = 24 + 100 * width + 20 + 11;
+    const int barHeight = qMax(120, 100 * height);
+    for (const QImage &drawn : images) {
+        const QColor third(drawn.pixel(barMiddle, 58 + barHeight / 3));
+        QVERIFY(third.red() == 255 && third.green() > 240 && third.blue() < 15);
+        QVERIFY(QColor(drawn.pixel(barMiddle, 58 + 3)).blue() > 230);
+        QVERIFY(QColor(drawn.pixel(barMiddle, 58 + barHeight - 4)).red() < 40);
+    }
+    // Fonts are the only difference: texts above, below and at the bar.
+    QVERIFY(images[0] != images[1]);
+    QCOMPARE(images[0].copy(0, 58, barMiddle, barHeight),
+             images[1].copy(0, 58, barMiddle, barHeight));
+}
+
+void BatchTest::drawsHistograms()
+{
+    // Valences 4 and 6: boxes 2 and 4 of five are filled, the first twice as high.
+    writeMaps({{0.5, 0.5, 0.5}, {0.5, 0.5, 0.5}, {0, 1, 0.5}}, false);
+    QCOMPARE(run({"--images", session(kResult)}).status, 0);
+    const QImage drawn = image("r_HGAlpha.png");
+    const auto filled = [&drawn](double valence) { // rows from the frame's 80 to 760 = 2 to 6
+        const int x = 80 + static_cast<int>((valence - 2) / 4 * 680);
+        int rows = 0;
+        for (int y = 0; y < drawn.height(); ++y) {
+            const QColor colour(drawn.pixel(x, y));
+            rows += colour.blue() > colour.red() + 60;
+        }
+        return rows;
+    };
+    QCOMPARE(filled(3.1), 0);
+    QCOMPARE(filled(5.1), 0);
+    QVERIFY(filled(5.9) > 50);
+    QVERIFY(std::abs(filled(3.9) - 2 * filled(5.9)) <= 6);
+    QVERIFY(std::abs(filled(4.4) - filled(3.9)) <= 2);
+}
+
+void BatchTest::losesNothingForPictures()
+{
+    const std::pair<QString, QString> wrong[] = {
+        {"", "--images"},                                          // no result file
+        {" Output/SaveFSelect=r.png", "r_HGAlpha.png"},            // histogram and its picture
+        {kResult + " Ref3/XafsFS=r_Valence.png", "r_Valence.png"}, // an input
+    };
+    write("r_Valence.png", spectrum(1, 1, 1, 1));
+    for (const auto &[changes, reason] : wrong) {
+        const QString file = session(changes);
+        const QStringList before = filesAndSums();
+        const Run result = run({"--images", file});
+        QCOMPARE(result.status, 2);
+        QVERIFY(!result.err.isEmpty());
+        QCOMPARE(filesAndSums(), before);
+    }
+    // A stopped map gives no picture, nor does a result that goes into a pipe.
+    for (const QString &changes : {kNoV + kResult, QString(" Output/SaveFSelect=/dev/stdout")}) {
+        const QString file = session(changes);
+        const QStringList before = filesAndSums();
+        QVERIFY(run({"--images", file}).status <= 1);
+        QCOMPARE(filesAndSums(), before);
+    }
+}
+
 void BatchTest::keepsWhatItCannotReplace_data()
 {
     QTest::addColumn<QString>("changes");
@@ -521,6 +667,9 @@ void BatchTest::keepsWhatItCannotReplace_data()
     row("full disk", kResult, false, 300, "r.dat");
     row("disk full with the histogram", kResult + " Histogram/HgTBoxes=100", false, 1500,
         "r_HGThick.dat", {"r.dat", "r_HGAlpha.dat"});
+    row("a folder where a picture goes", " Output/SaveFSelect=p.dat", false, 0, "p_Valence.png",
+        {"p.dat", "p_HGAlpha.dat", "p_HGThick.dat", "p_Amount.png", "p_Ratio1.png", "p_Ratio2.png",
+         "p_HGAlpha.png", "p_HGThick.png"});
     row("a folder where a histogram goes", " Output/SaveFSelect=x.dat", false, 0, "x_HGAlpha.dat",
         {"x.dat", "x_HGThick.dat"});
 }
@@ -532,7 +681,7 @@ void BatchTest::keepsWhatItCannotReplace()
     QFETCH(int, mostBytes);
     QFETCH(QString, lost);
     QFETCH(QStringList, written);
-    QVERIFY(QDir(m_folder).mkdir("x_HGAlpha.dat"));
+    QVERIFY(QDir(m_folder).mkdir("x_HGAlpha.dat") && QDir(m_folder).mkdir("p_Valence.png"));
     for (const char *old : {"r.dat", "r_HGAlpha.dat", "r_HGThick.dat"}) {
         // In a read-only folder a writable file would be written in place.
         const QFile::Permissions permissions(folderIsReadOnly ? 0x4444 : 0x6644);
@@ -552,7 +701,8 @@ void BatchTest::keepsWhatItCannotReplace()
     program.mostBytes = mostBytes > 0 ? static_cast<rlim_t>(mostBytes) : RLIM_INFINITY;
     QVERIFY(
         QFile::setPermissions(m_folder, QFile::Permissions(folderIsReadOnly ? 0x5555 : 0x7755)));
-    const Run result = run(program, {file});
+    const bool images = lost.endsWith(".png");
+    const Run result = run(program, images ? QStringList{"--images", file} : QStringList{file});
     QVERIFY(QFile::setPermissions(m_folder, QFile::Permissions(0x7755)));
     if (folderIsReadOnly && program.error() == QProcess::FailedToStart) {
         QSKIP("the program lies where no other user may run it");
@@ -687,7 +837,7 @@ void BatchTest::knowsItsUsage_data()
     for (const char *good : {"--help", "-h", "--version", "S --help"}) {
         QTest::newRow(good) << QString(good) << 0;
     }
-    for (const char *wrong : {"", "--", "-x S", "--images S", "S S", "S -e S", "--threads -1 S",
+    for (const char *wrong : {"", "--", "-x S", "--images", "S S", "S -e S", "--threads -1 S",
                               "--threads x S", "--threads 1.5 S", "S --threads", "S --result",
                               "missing.ini", ".", "T", "--quiet=1 S", "-ej S"}) {
         QTest::newRow(wrong) << QString(wrong) << 2;

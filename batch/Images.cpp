@@ -1,0 +1,164 @@
+#include "batch/Images.h"
+
+#include "analysis/Calculations.h"
+#include "display/Pictures.h"
+#include "text/OutputFile.h"
+
+#include <QBuffer>
+#include <QCoreApplication>
+
+#include <array>
+
+namespace orvel {
+namespace {
+
+struct Shown {
+    const char *fileTag;
+    const char *title;
+};
+/// By Quantity; files are named as the quantities of a session are.
+constexpr std::array<Shown, kQuantities> kShown = {{
+    {"Ratio1", QT_TRANSLATE_NOOP("FourPs", "Ratio 1")},
+    {"Ratio2", QT_TRANSLATE_NOOP("FourPs", "Ratio 2")},
+    {"Ratio3", QT_TRANSLATE_NOOP("FourPs", "Ratio 3")},
+    {"Ratio4", QT_TRANSLATE_NOOP("FourPs", "Ratio 4")},
+    {"DMut1", QT_TRANSLATE_NOOP("FourPs", "dMut 1")},
+    {"DMut2", QT_TRANSLATE_NOOP("FourPs", "dMut 2")},
+    {"DMut3", QT_TRANSLATE_NOOP("FourPs", "dMut 3")},
+    {"DMut4", QT_TRANSLATE_NOOP("FourPs", "dMut 4")},
+    {"Mut0", QT_TRANSLATE_NOOP("FourPs", "mut0")},
+    {"C1", QT_TRANSLATE_NOOP("FourPs", "C1")},
+    {"C2", QT_TRANSLATE_NOOP("FourPs", "C2")},
+    {"Valence", QT_TRANSLATE_NOOP("FourPs", "Valence")},
+    {"Amount", QT_TRANSLATE_NOOP("FourPs", "Amount")},
+}};
+constexpr const char *kThickness = QT_TRANSLATE_NOOP("FourPs", "Thick.");
+constexpr const char *kNumber = QT_TRANSLATE_NOOP("FourPs", "Num.");
+
+const QString kValenceTag = QStringLiteral("HGAlpha");
+const QString kAmountTag = QStringLiteral("HGThick");
+
+const Shown &shownOf(Quantity quantity)
+{
+    return kShown[static_cast<size_t>(indexOf(quantity))];
+}
+
+QString worded(const char *text)
+{
+    return QCoreApplication::translate("FourPs", text);
+}
+
+QString pathOf(const QString &resultPath, const QString &tag)
+{
+    return BinCounts::pathBeside(resultPath, tag, QStringLiteral("png"));
+}
+
+QString pathOf(const QString &resultPath, Quantity quantity)
+{
+    return pathOf(resultPath, QLatin1String(shownOf(quantity).fileTag));
+}
+
+/// Planes of references that do not take part, and of a term that a linear background lacks, hold
+/// zeros and are not worth a picture.
+bool isWorthAPicture(const MapOutcome &outcome, const AnalysisInput &input, Quantity quantity)
+{
+    const int q = indexOf(quantity);
+    if (!outcome.maps->fills(quantity)) {
+        return false;
+    }
+    if (!isNonEquiv(outcome.maps->method())) {
+        return true;
+    }
+    const auto references = static_cast<int>(validReferences(input.references).size());
+    if (q < indexOf(Quantity::Mut0)) {
+        return q % kReferenceRows < references;
+    }
+    return quantity != Quantity::C2 || outcome.maps->method() != Method::NonEquivLinear;
+}
+
+QImage mapImage(const ResultMaps &maps, Quantity quantity)
+{
+    const auto n = static_cast<size_t>(maps.size());
+    const double *values = maps.plane(quantity);
+    Column computed;
+    if (values == nullptr) {
+        computed.resize(n);
+        for (size_t i = 0; i < n; ++i) {
+            computed[i] = maps.at(quantity, static_cast<qint64>(i));
+        }
+        values = computed.data();
+    }
+    MapPicture picture;
+    picture.title = worded(shownOf(quantity).title);
+    picture.map.values = values;
+    picture.map.count = maps.size();
+    picture.map.width = maps.width();
+    picture.map.height = maps.height();
+    if (const auto limits = autoLimits(values, n)) {
+        picture.scale.setLimits(limits->low, limits->high);
+    }
+    return renderMap(picture);
+}
+
+QImage histogramImage(const char *title, const char *xTitle, const BinCounts &counts,
+                      const HistogramSettings &settings)
+{
+    return renderHistogram({worded(title),
+                            worded(xTitle),
+                            worded(kNumber),
+                            settings.from,
+                            settings.to,
+                            {counts.from(), counts.step(), counts.counts()},
+                            counts.largest(),
+                            counts.underflow(),
+                            counts.overflow()});
+}
+
+bool writePng(const QString &path, const QImage &image)
+{
+    QByteArray bytes;
+    QBuffer buffer(&bytes);
+    OutputFile file(path);
+    if (!buffer.open(QIODevice::WriteOnly) || !image.save(&buffer, "PNG") || !file.open()) {
+        return false;
+    }
+    file.write(bytes);
+    return file.commit();
+}
+
+} // namespace
+
+QStringList imagePaths(const QString &resultPath)
+{
+    QStringList paths = {pathOf(resultPath, kValenceTag), pathOf(resultPath, kAmountTag)};
+    for (int q = 0; q < kQuantities; ++q) {
+        paths.append(pathOf(resultPath, quantityAt(q)));
+    }
+    return paths;
+}
+
+QStringList writeImages(const QString &resultPath, const MapOutcome &outcome,
+                        const AnalysisInput &input)
+{
+    QStringList lost;
+    const auto put = [&lost](const QString &path, const QImage &image) {
+        if (!writePng(path, image)) {
+            lost.append(path);
+        }
+    };
+    for (int q = 0; q < kQuantities; ++q) {
+        const Quantity quantity = quantityAt(q);
+        if (isWorthAPicture(outcome, input, quantity)) {
+            put(pathOf(resultPath, quantity), mapImage(*outcome.maps, quantity));
+        }
+    }
+    const char *const valence = shownOf(Quantity::Valence).title;
+    put(pathOf(resultPath, kValenceTag),
+        histogramImage(valence, valence, outcome.valenceCounts, outcome.valenceHistogram));
+    put(pathOf(resultPath, kAmountTag),
+        histogramImage(shownOf(Quantity::Amount).title, kThickness, outcome.amountCounts,
+                       outcome.amountHistogram));
+    return lost;
+}
+
+} // namespace orvel
