@@ -6,7 +6,7 @@
 
 namespace orvel::bench {
 
-/// Median duration of work() [ms]: one call to warm up, then 5 to 25 calls within about a second,
+/// Median duration of work() [ms]: one call to warm up, then 5 to 50 calls within about a second,
 /// or 3 when a call takes long.
 template <class Function> double medianMs(Function work)
 {
@@ -22,7 +22,7 @@ template <class Function> double medianMs(Function work)
     const std::size_t least = timed() > kLongMs ? 3 : 5;
     std::vector<double> runs;
     double spent = 0.0;
-    while (runs.size() < least || (spent < kBudgetMs && runs.size() < 25)) {
+    while (runs.size() < least || (spent < kBudgetMs && runs.size() < 50)) {
         runs.push_back(timed());
         spent += runs.back();
     }

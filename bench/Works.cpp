@@ -2,6 +2,7 @@
 
 #include "bench/FileWorks.h"
 #include "bench/MapWorks.h"
+#include "bench/PaintWorks.h"
 
 namespace orvel::bench {
 
@@ -17,6 +18,11 @@ const std::vector<NamedWork> &works()
         {"read-spectrum", makeReadSpectrum},
         {"read-processed", makeReadProcessed},
         {"raw-read", makeRawRead},
+        {"paint-map", makePaintMap},
+        {"paint-map-again", makePaintMapAgain},
+        {"pan-map", makePanMap},
+        {"paint-graph", makePaintGraph},
+        {"paint-graph-2x", makePaintGraph2x},
     };
     return all;
 }

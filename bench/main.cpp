@@ -5,6 +5,8 @@
 #include "bench/Timer.h"
 #include "bench/Work.h"
 
+#include <QGuiApplication>
+
 #include <algorithm>
 #include <charconv>
 #include <cstdio>
@@ -98,6 +100,8 @@ int main(int argc, char **argv)
     }
     // Readers tell the debug log about every file.
     qInstallMessageHandler([](QtMsgType, const QMessageLogContext &, const QString &) {});
+    qputenv("QT_QPA_PLATFORM", "offscreen"); // paint works draw texts, and need its fonts
+    const QGuiApplication app(argc, argv);
     try {
         orvel::bench::Inputs inputs(arguments.threads, arguments.side);
         bool right = true;

@@ -50,32 +50,28 @@ struct Mapping {
     double scale;
     double zMin;
     double bottom;
-    double last; ///< greatest index
-    const QRgb *palette;
+    std::int32_t last; ///< greatest index
     bool inverted;
 };
 
-ORVEL_INLINE void coloursBody(const Mapping &mapping, const double *values,
-                              const std::int32_t *columns, int n, QRgb *out)
+/// Indices of n values next to each other.
+ORVEL_INLINE void indicesBody(const Mapping &mapping, const double *values, int n,
+                              std::int32_t *out)
 {
     constexpr double kBeyond = 2147483648.0; // from here toInt32() gives its lowest number
-    const double offset = mapping.inverted ? mapping.last : 0.0;
-    const double sign = mapping.inverted ? -1.0 : 1.0;
+    const auto last = static_cast<double>(mapping.last);
+    const std::int32_t offset = mapping.inverted ? mapping.last : 0;
+    const std::int32_t flip = mapping.inverted ? -1 : 0; // offset - k = offset + (~k + 1)
     for (int i = 0; i < n; ++i) {
-        const std::int32_t column = columns[i];
-        const double k =
-            mapping.scale * (values[column < 0 ? 0 : column] - mapping.zMin) + mapping.bottom;
-        const double inside = k > 0.0 && k < kBeyond ? std::trunc(k) : 0.0;
-        const double index = inside < mapping.last ? inside : mapping.last;
-        const QRgb colour = mapping.palette[static_cast<std::int32_t>(offset + sign * index)];
-        out[i] = column < 0 ? kWhite : colour;
+        const double k = mapping.scale * (values[i] - mapping.zMin) + mapping.bottom;
+        const double atMost = k < last ? k : last;
+        const double inside = k > 0.0 && k < kBeyond ? atMost : 0.0;
+        out[i] = offset + ((static_cast<std::int32_t>(inside) ^ flip) - flip);
     }
 }
 
-ORVEL_KERNEL(colours,
-             (const Mapping &mapping, const double *values, const std::int32_t *columns, int n,
-              QRgb *out),
-             (mapping, values, columns, n, out))
+ORVEL_KERNEL(indices, (const Mapping &mapping, const double *values, int n, std::int32_t *out),
+             (mapping, values, n, out))
 
 int rowOf(double screenY)
 {
@@ -119,9 +115,30 @@ int ColourScale::indexOf(double value) const
 void ColourScale::coloursOf(const double *values, const std::int32_t *columns, int n,
                             QRgb *out) const
 {
-    const Mapping mapping = {
-        scale(), m_zMin, m_bottom, static_cast<double>(size() - 1), m_palette.data(), m_isInverted};
-    colours(mapping, values, columns, n, out);
+    const Mapping mapping = {scale(), m_zMin, m_bottom, size() - 1, m_isInverted};
+    // Only the arithmetic between is done in vectors: their gather instructions are slower than
+    // plain loads on many processors.
+    constexpr int kBlock = 512;
+    double block[kBlock];
+    std::int32_t entries[kBlock];
+    int begin = 0;
+    for (; begin < n && columns[begin] < 0; ++begin) {
+        out[begin] = kWhite;
+    }
+    for (; n > begin && columns[n - 1] < 0; --n) {
+        out[n - 1] = kWhite;
+    }
+    for (; begin < n; begin += kBlock) {
+        const int length = std::min(kBlock, n - begin);
+        const std::int32_t *const column = columns + begin;
+        for (int i = 0; i < length; ++i) {
+            block[i] = values[column[i]];
+        }
+        indices(mapping, block, length, entries);
+        for (int i = 0; i < length; ++i) {
+            out[begin + i] = m_palette[static_cast<std::size_t>(entries[i])];
+        }
+    }
 }
 
 LimitLines drawColourBar(QPainter &painter, ChCoord &coord, const ColourScale &scale)

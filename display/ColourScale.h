@@ -50,7 +50,7 @@ public:
     int indexOf(double value) const;
     QRgb colourOf(double value) const { return shownEntry(indexOf(value)); }
     /// The colours of values[columns[i]], i = 0 .. n - 1, equal to colourOf() bit by bit; white
-    /// where columns[i] is negative.
+    /// where columns[i] is negative, as it may be at both ends.
     void coloursOf(const double *values, const std::int32_t *columns, int n, QRgb *out) const;
 
     bool operator==(const ColourScale &) const = default;

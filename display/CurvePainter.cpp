@@ -46,9 +46,24 @@ bool clip(const QRectF &box, QPointF &a, QPointF &b)
 }
 
 /// Collects the visible part of a line as strips.
+///
+/// Lines of up to one device pixel are rasterised directly; for wider ones an outline is built and
+/// filled, at a hundred times the cost. So where a pixel is up to two device pixels the line is
+/// drawn as three thin ones, at the corners of a triangle: together they are as wide as one pixel
+/// in every direction.
 class Strips {
 public:
-    Strips(QPainter &painter, const QRectF &box) : m_painter(painter), m_box(box) {}
+    Strips(QPainter &painter, const QRectF &box) : m_painter(painter), m_box(box)
+    {
+        const double ratio = painter.device()->devicePixelRatioF();
+        m_isDouble = ratio > 1.0 && ratio <= 2.0;
+        if (m_isDouble) {
+            m_offset = (ratio - 1.0) / 2.0 / ratio;
+            QPen pen = painter.pen();
+            pen.setWidthF(1.0 / ratio);
+            painter.setPen(pen);
+        }
+    }
 
     void to(const QPointF &point)
     {
@@ -77,14 +92,21 @@ public:
 private:
     void flush()
     {
-        if (!m_strip.isEmpty()) {
+        if (!m_strip.isEmpty() && m_isDouble) {
+            for (const QPointF &offset : {QPointF(-m_offset, -m_offset),
+                                          QPointF(m_offset, -m_offset), QPointF(0.0, m_offset)}) {
+                m_painter.drawPolyline(m_strip.translated(offset));
+            }
+        } else if (!m_strip.isEmpty()) {
             m_painter.drawPolyline(m_strip);
-            m_strip.clear();
         }
+        m_strip.clear();
     }
 
     QPainter &m_painter;
     QRectF m_box;
+    bool m_isDouble; ///< drawn by thin lines side by side
+    double m_offset = 0.0;
     QPolygonF m_strip;
     QPointF m_last;
     bool m_hasLast = false;

@@ -1,5 +1,6 @@
 #include "display/MapPainter.h"
 
+#include "base/Simd.h"
 #include "display/ChCoord.h"
 
 #include <QPainter>
@@ -67,6 +68,44 @@ template <class Edge> Extent extentOf(int n, Edge edge, int size)
             static_cast<int>(std::clamp(std::max(a, b), -1.0, size - 1.0))};
 }
 
+/// Widens limits to n values; what is not comparable is left out.
+ORVEL_INLINE void widenBody(const double *values, qint64 n, ValueLimits &limits)
+{
+    constexpr int kRows = 4; // independent of each other, so that comparisons overlap
+    Lanes low[kRows];
+    Lanes high[kRows];
+    for (int r = 0; r < kRows; ++r) {
+        for (int lane = 0; lane < kLanes; ++lane) {
+            low[r][lane] = limits.low;
+            high[r][lane] = limits.high;
+        }
+    }
+    constexpr qint64 kStep = kRows * kLanes;
+    qint64 i = 0;
+    for (; i + kStep <= n; i += kStep) {
+        for (int r = 0; r < kRows; ++r) {
+            Lanes value;
+            std::memcpy(&value, values + i + r * kLanes, sizeof value);
+            low[r] = value < low[r] ? value : low[r];
+            high[r] = value > high[r] ? value : high[r];
+        }
+    }
+    const auto take = [&limits](double least, double greatest) {
+        limits.low = least < limits.low ? least : limits.low;
+        limits.high = greatest > limits.high ? greatest : limits.high;
+    };
+    for (int r = 0; r < kRows; ++r) {
+        for (int lane = 0; lane < kLanes; ++lane) {
+            take(low[r][lane], high[r][lane]);
+        }
+    }
+    for (; i < n; ++i) {
+        take(values[i], values[i]);
+    }
+}
+
+ORVEL_KERNEL(widen, (const double *values, qint64 n, ValueLimits &limits), (values, n, limits))
+
 } // namespace
 
 bool MapValues::isSameAs(const MapValues &other) const
@@ -80,11 +119,7 @@ ValueLimits limitsOf(const MapValues &map)
 {
     ValueLimits limits = {1e300, -1e300};
     const qint64 n = std::min(map.count, map.size());
-    for (qint64 i = 0; i < n; ++i) {
-        const double value = map.values[i];
-        limits.low = value < limits.low ? value : limits.low;
-        limits.high = value > limits.high ? value : limits.high;
-    }
+    widen(map.values, n, limits);
     if (n < map.size()) { // the rest reads 0
         limits.low = std::min(limits.low, 0.0);
         limits.high = std::max(limits.high, 0.0);
