@@ -76,6 +76,17 @@ def spectrum_lines(path):
             np.linalg.lstsq(columns[behind], mut[behind], rcond=None)[0])
 
 
+def picture(plane):
+    """The nearest pixels of 900 x 700 screen pixels, in a palette of 768 colours."""
+    low, high = plane.min(), plane.max()
+    ramp = np.clip(np.arange(768)[:, None] - [0, 256, 512], 0, 255).astype(np.uint32)
+    palette = ramp @ np.array([1 << 16, 1 << 8, 1], dtype=np.uint32)
+    rows = (np.arange(700)[::-1] + 0.5) * plane.shape[0] / 700
+    columns = (np.arange(900) + 0.5) * plane.shape[1] / 900
+    shown = plane[rows.astype(int)][:, columns.astype(int)]
+    return palette[np.minimum((768 / (high - low) * (shown - low)).astype(np.int32), 767)]
+
+
 def median_ms(work):
     work()
     times = []
@@ -100,6 +111,7 @@ def main():
         signal, reference = images(random)
         absorption = np.log(reference / signal)
         pinv = np.linalg.pinv(model())
+        plane = values[:, 2].copy().reshape(1000, 1000)
         works = {
             "read-map": lambda: np.loadtxt(map_file),
             "noneq-map": lambda: decompose(signal, reference),
@@ -107,6 +119,7 @@ def main():
             "fourpoint-map": lambda: four_points(np.log(reference / signal)),
             "fourpoint-map-again": lambda: four_points(absorption),
             "write-map": lambda: np.savetxt(folder + "/out.txt", values, fmt=" %10.6g %10.6g    %10.6g %10.6g %10.6g"),
+            "paint-map": lambda: picture(plane),
             "read-spectrum": lambda: spectrum_lines(spectrum_file),
         }
         for name in sys.argv[1:] or works:
