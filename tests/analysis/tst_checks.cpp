@@ -7,8 +7,10 @@ using namespace orvel;
 
 namespace {
 
-/// Two loaded references in rows 1 and 2, a target, four used points with images, V in row 3.
-AnalysisInput goodInput()
+/// Two loaded references in rows 1 and 2, a target, four used points with images, V in row 3; then
+/// what the words change: "refs 3" uses three, "unload 1" empties the first and "noimage 1" takes
+/// its image away.
+AnalysisInput inputOf(const QString &changes)
 {
     AnalysisInput input;
     for (int row = 0; row < kReferenceRows; ++row) {
@@ -24,294 +26,144 @@ AnalysisInput goodInput()
     input.points[0].lcf = true;
     input.points[5].lcf = true; // unused rows bound the range too
     input.target = inputs::flatSpectrum(1);
+
+    const QStringList words = changes.split(' ', Qt::SkipEmptyParts);
+    for (int i = 0; i < words.size(); ++i) {
+        const int number = words.value(i + 1).toInt();
+        const auto row = static_cast<size_t>(qMax(0, number - 1));
+        if (words[i] == "refs") {
+            for (auto &reference : input.references) {
+                reference.use = reference.row < number;
+            }
+        } else if (words[i] == "points") {
+            for (auto &point : input.points) {
+                point.use = point.row < number;
+            }
+        } else if (words[i] == "unload") {
+            input.references[row].spectrum = AMutE();
+        } else if (words[i] == "noimage") {
+            input.points[row].map.reset();
+        } else if (words[i] == "switch") {
+            input.points[row].use = !input.points[row].use;
+        } else if (words[i] == "notarget") {
+            input.target = AMutE();
+        } else if (words[i] == "noV") {
+            input.points[2].vPoint = false;
+        } else if (words[i] == "norange") {
+            input.points[row].lcf = false;
+        } else if (words[i] == "equal" || words[i] == "nan") {
+            input.points[0].energyEv = words[i] == "nan" ? qQNaN() : 115;
+            input.points[5].energyEv = input.points[0].energyEv;
+        }
+        input.method.exact = input.method.exact && words[i] != "LS";
+        input.method.nonEquiv =
+            input.method.nonEquiv || words[i] == "NEQ" || words[i] == "NEQlinear";
+        input.method.linearBackground = input.method.linearBackground || words[i] == "NEQlinear";
+    }
     return input;
 }
 
-using Change = std::function<void(AnalysisInput &)>;
-
-void unload(AnalysisInput &input, int row)
-{
-    input.references[static_cast<size_t>(row)].spectrum = AMutE();
-}
-void useReferences(AnalysisInput &input, int count)
-{
-    for (auto &reference : input.references) {
-        reference.use = reference.row < count;
-    }
-}
-void usePoints(AnalysisInput &input, int count)
-{
-    for (auto &point : input.points) {
-        point.use = point.row < count;
-    }
-}
-
 } // namespace
-Q_DECLARE_METATYPE(Change)
 
 class ChecksTest : public QObject {
     Q_OBJECT
 
 private slots:
-    void target_data();
-    void target();
-    void map_data();
-    void map();
+    void targetsAndMaps_data();
+    void targetsAndMaps();
     void lcf_data();
     void lcf();
     void lastUsedVPointCounts();
-
-private:
-    void checkRow(Plan (*check)(const AnalysisInput &));
 };
 
-void ChecksTest::target_data()
+void ChecksTest::targetsAndMaps_data()
 {
-    QTest::addColumn<Change>("change");
+    QTest::addColumn<QString>("changes");
+    QTest::addColumn<bool>("isMap");
     QTest::addColumn<int>("method");
     QTest::addColumn<QStringList>("messages");
-
-    const auto row = [](const char *name, const Change &change, Method method,
-                        const QStringList &messages = {}) {
-        QTest::newRow(name) << change << static_cast<int>(method) << messages;
+    bool isMap = false;
+    const auto row = [&isMap](const char *changes, Method method,
+                              const QStringList &messages = {}) {
+        QTest::addRow("%s: %s", isMap ? "map" : "target", changes)
+            << QString(changes) << isMap << static_cast<int>(method) << messages;
     };
-    const QString noV = QStringLiteral("V Point is not selected.");
-    const QString first = QStringLiteral("The 1st Ref File is not valid.");
-    const QString second = QStringLiteral("The 2nd Ref File is not valid.");
-    const QString noTarget = QStringLiteral("Target File1 is not valid.");
     const auto count = [](int n) {
-        return QStringLiteral("Number of valied Ref Files is %1, which is less than 2.").arg(n);
+        return QString("Number of valied Ref Files is %1, which is less than 2.").arg(n);
     };
-    const auto points = [](int n, int wanted) {
-        return QStringLiteral("Number of selected data sets %1 is not %2.").arg(n).arg(wanted);
+    const auto points = [](int n, int wanted, const char *how = "not") {
+        return QString("Number of selected data sets %1 is %2 %3.").arg(n).arg(how).arg(wanted);
     };
+    const QString noV = "V Point is not selected.";
+    const QString first = "The 1st Ref File is not valid.";
+    const QString second = "The 2nd Ref File is not valid.";
+    const QString noTarget = "Target File1 is not valid.";
+    row("noimage 1", Method::ExactFourPoints); // images play no part
+    row("points 3", Method::ThreePoints);
+    row("LS points 3", Method::ThreePoints);
+    row("LS", Method::LeastSquares);
+    row("LS points 8", Method::LeastSquares);
+    row("points 5", Method::None, {points(5, 4)});
+    row("points 0 switch 3", Method::None, {points(1, 4)});
+    row("switch 3", Method::None, {noV}); // V on an unused row
+    row("noV NEQ refs 0", Method::None, {noV});
+    row("refs 0", Method::None, {count(0)});
+    row("refs 1 notarget", Method::None, {count(1)}); // whatever the target
+    row("refs 1 unload 1", Method::None, {count(0), first});
+    row("unload 1", Method::None, {count(1), first});
+    row("refs 3 unload 2", Method::None, {second});
+    row("refs 3 unload 3", Method::ExactFourPoints);
+    row("notarget", Method::None, {noTarget});
+    row("NEQ refs 3 unload 3", Method::None, {second}); // the third, under the second's name
+    row("NEQ refs 3 unload 3 notarget", Method::None, {noTarget});
+    row("NEQ", Method::None, {points(4, 5)});
+    row("NEQ points 5", Method::NonEquivVictoreen);
+    row("NEQlinear", Method::NonEquivLinear);
+    row("NEQlinear points 3", Method::None, {points(3, 4)});
 
-    row(
-        "exact", [](auto &) {}, Method::ExactFourPoints);
-    row(
-        "images play no part", [](auto &i) { i.points[0].map.reset(); }, Method::ExactFourPoints);
-    row(
-        "least squares of four", [](auto &i) { i.method.exact = false; }, Method::LeastSquares);
-    row(
-        "three points", [](auto &i) { usePoints(i, 3); }, Method::ThreePoints);
-    row(
-        "least squares of three is three points",
-        [](auto &i) {
-            usePoints(i, 3);
-            i.method.exact = false;
-        },
-        Method::ThreePoints);
-    row(
-        "least squares of eight",
-        [](auto &i) {
-            usePoints(i, 8);
-            i.method.exact = false;
-        },
-        Method::LeastSquares);
-    row("five exact", [](auto &i) { usePoints(i, 5); }, Method::None, {points(5, 4)});
-    row("one point, the V point",
-        [](auto &i) {
-            usePoints(i, 0);
-            i.points[2].use = true;
-        },
-        Method::None, {points(1, 4)});
-    row("no V", [](auto &i) { i.points[2].vPoint = false; }, Method::None, {noV});
-    row("V on an unused row", [](auto &i) { i.points[2].use = false; }, Method::None, {noV});
-    row("no V comes first, also for NEQ",
-        [](auto &i) {
-            i.points[2].vPoint = false;
-            i.method.nonEquiv = true;
-            useReferences(i, 0);
-        },
-        Method::None, {noV});
-    row("no reference", [](auto &i) { useReferences(i, 0); }, Method::None, {count(0)});
-    row("one reference stops without more, whatever the target",
-        [](auto &i) {
-            useReferences(i, 1);
-            i.target = AMutE();
-        },
-        Method::None, {count(1)});
-    row("one reference, not loaded",
-        [](auto &i) {
-            useReferences(i, 1);
-            unload(i, 0);
-        },
-        Method::None, {count(0), first});
-    row("first of two", [](auto &i) { unload(i, 0); }, Method::None, {count(1), first});
-    row("first of three",
-        [](auto &i) {
-            useReferences(i, 3);
-            unload(i, 0);
-        },
-        Method::None, {first});
-    row("second of three",
-        [](auto &i) {
-            useReferences(i, 3);
-            unload(i, 1);
-        },
-        Method::None, {second});
-    row(
-        "third does not matter to four points",
-        [](auto &i) {
-            useReferences(i, 3);
-            unload(i, 2);
-        },
-        Method::ExactFourPoints);
-    row("no target", [](auto &i) { i.target = AMutE(); }, Method::None, {noTarget});
-    row("third matters to NEQ, under the second's name",
-        [](auto &i) {
-            useReferences(i, 3);
-            unload(i, 2);
-            i.method.nonEquiv = true;
-        },
-        Method::None, {second});
-    row("NEQ: target before the third",
-        [](auto &i) {
-            useReferences(i, 3);
-            unload(i, 2);
-            i.target = AMutE();
-            i.method.nonEquiv = true;
-        },
-        Method::None, {noTarget});
-    row("NEQ Victoreen takes 5", [](auto &i) { i.method.nonEquiv = true; }, Method::None,
-        {points(4, 5)});
-    row(
-        "NEQ Victoreen",
-        [](auto &i) {
-            i.method.nonEquiv = true;
-            usePoints(i, 5);
-        },
-        Method::NonEquivVictoreen);
-    row(
-        "NEQ linear", [](auto &i) { i.method.nonEquiv = i.method.linearBackground = true; },
-        Method::NonEquivLinear);
-    row("NEQ linear takes 4",
-        [](auto &i) {
-            i.method.nonEquiv = i.method.linearBackground = true;
-            usePoints(i, 3);
-        },
-        Method::None, {points(3, 4)});
+    isMap = true;
+    row("notarget", Method::ExactFourPoints);
+    row("noimage 1", Method::ThreePoints); // a row without an image is not used
+    row("noimage 3", Method::None, {"V Point is not selected"});
+    row("LS", Method::LeastSquares);
+    row("points 3 switch 1", Method::None, {points(2, 4)});
+    row("refs 0", Method::None, {count(0)});
+    row("unload 2", Method::None, {count(1), "Ref File 2 is not valid."});
+    row("refs 4 unload 3 unload 4", Method::None, {"Ref File 3 is not valid."});
+    row("NEQ noV refs 4", Method::None, {points(4, 7, "less than")});
+    row("NEQlinear", Method::NonEquivLinear);
+    row("NEQ refs 1", Method::NonEquivVictoreen, {count(1)}); // 4 unknowns: it runs
+    row("NEQlinear refs 0 points 1", Method::None, {count(0), points(1, 2, "less than")});
 }
 
-void ChecksTest::target()
+void ChecksTest::targetsAndMaps()
 {
-    checkRow(checkTarget);
-}
-
-void ChecksTest::map_data()
-{
-    QTest::addColumn<Change>("change");
-    QTest::addColumn<int>("method");
-    QTest::addColumn<QStringList>("messages");
-
-    const auto row = [](const char *name, const Change &change, Method method,
-                        const QStringList &messages = {}) {
-        QTest::newRow(name) << change << static_cast<int>(method) << messages;
-    };
-    const QString noV = QStringLiteral("V Point is not selected");
-    const auto count = [](int n) {
-        return QStringLiteral("Number of valied Ref Files is %1, which is less than 2.").arg(n);
-    };
-    const auto notValid = [](int n) { return QStringLiteral("Ref File %1 is not valid.").arg(n); };
-    const auto less = [](int n, int wanted) {
-        return QStringLiteral("Number of selected data sets %1 is less than %2.")
-            .arg(n)
-            .arg(wanted);
-    };
-
-    row(
-        "exact, target not needed", [](auto &i) { i.target = AMutE(); }, Method::ExactFourPoints);
-    row(
-        "three points: a row without an image is not used",
-        [](auto &i) { i.points[0].map.reset(); }, Method::ThreePoints);
-    row("V without an image", [](auto &i) { i.points[2].map.reset(); }, Method::None, {noV});
-    row(
-        "least squares", [](auto &i) { i.method.exact = false; }, Method::LeastSquares);
-    row("two points", [](auto &i) { i.points[0].use = i.points[1].use = false; }, Method::None,
-        {QStringLiteral("Number of selected data sets 2 is not 4.")});
-    row("no reference", [](auto &i) { useReferences(i, 0); }, Method::None, {count(0)});
-    row("one reference", [](auto &i) { useReferences(i, 1); }, Method::None, {count(1)});
-    row("reference 2 of 2", [](auto &i) { unload(i, 1); }, Method::None, {count(1), notValid(2)});
-    row("the first of two missing ones",
-        [](auto &i) {
-            useReferences(i, 4);
-            unload(i, 2);
-            unload(i, 3);
-        },
-        Method::None, {notValid(3)});
-    row("NEQ needs no V, four refs and a Victoreen 7",
-        [](auto &i) {
-            i.method.nonEquiv = true;
-            i.points[2].vPoint = false;
-            useReferences(i, 4);
-        },
-        Method::None, {less(4, 7)});
-    row(
-        "NEQ linear, two refs need 4",
-        [](auto &i) { i.method.nonEquiv = i.method.linearBackground = true; },
-        Method::NonEquivLinear);
-    row("NEQ Victoreen, one ref needs 4, and runs",
-        [](auto &i) {
-            i.method.nonEquiv = true;
-            useReferences(i, 1);
-        },
-        Method::NonEquivVictoreen, {count(1)});
-    row("NEQ linear without a ref needs 2",
-        [](auto &i) {
-            i.method.nonEquiv = i.method.linearBackground = true;
-            useReferences(i, 0);
-            usePoints(i, 1);
-        },
-        Method::None, {count(0), less(1, 2)});
-}
-
-void ChecksTest::map()
-{
-    checkRow(checkMap);
-}
-
-/// One row of target_data() or map_data().
-void ChecksTest::checkRow(Plan (*check)(const AnalysisInput &))
-{
-    QFETCH(Change, change);
-    AnalysisInput input = goodInput();
-    change(input);
-    const Plan plan = check(input);
+    QFETCH(QString, changes);
+    QFETCH(bool, isMap);
+    const AnalysisInput input = inputOf(changes);
+    const Plan plan = isMap ? checkMap(input) : checkTarget(input);
     QTEST(inputs::texts(plan.messages), "messages");
     QTEST(static_cast<int>(plan.method), "method");
 }
 
 void ChecksTest::lcf_data()
 {
-    QTest::addColumn<Change>("change");
     QTest::addColumn<QString>("message"); // none: it runs
-
-    const QString noRange =
-        QStringLiteral("Energy Range is not selected, which should by selected by CB of TR.");
-    QTest::newRow("runs") << Change([](auto &) {}) << QString();
-    QTest::newRow("equal energies are a range")
-        << Change([](auto &i) { i.points[5].energyEv = i.points[0].energyEv; }) << QString();
-    QTest::newRow("one row") << Change([](auto &i) { i.points[5].lcf = false; }) << noRange;
-    QTest::newRow("no numbers") << Change([](auto &i) {
-        i.points[0].energyEv = i.points[5].energyEv = qQNaN();
-    }) << noRange;
-    QTest::newRow("range before references") << Change([](auto &i) {
-        i.points[0].lcf = false;
-        useReferences(i, 0);
-    }) << noRange;
-    QTest::newRow("one valid reference")
-        << Change([](auto &i) { unload(i, 1); })
-        << QStringLiteral("Number of Valid Reference files is 1, which is less than 2");
+    const QString noRange = "Energy Range is not selected, which should by selected by CB of TR.";
+    QTest::newRow("") << QString();
+    QTest::newRow("equal") << QString(); // equal energies are a range
+    QTest::newRow("norange 6") << noRange;
+    QTest::newRow("nan") << noRange;
+    QTest::newRow("norange 1 refs 0") << noRange;
+    QTest::newRow("unload 2") << "Number of Valid Reference files is 1, which is less than 2";
 }
 
 void ChecksTest::lcf()
 {
-    QFETCH(Change, change);
     QFETCH(QString, message);
-    AnalysisInput input = goodInput();
-    change(input);
+    const AnalysisInput input = inputOf(QTest::currentDataTag());
     const LcfPlan plan = checkLcf(input);
-    QCOMPARE(inputs::texts(plan.messages).join(QLatin1Char('|')), message);
+    QCOMPARE(inputs::texts(plan.messages).join('|'), message);
     QCOMPARE(plan.run, message.isEmpty());
     if (plan.run) {
         QCOMPARE(plan.lowEv, input.points[0].energyEv);
@@ -321,7 +173,7 @@ void ChecksTest::lcf()
 
 void ChecksTest::lastUsedVPointCounts()
 {
-    AnalysisInput input = goodInput();
+    AnalysisInput input = inputOf(QString());
     input.points[0].vPoint = true;
     input.points[7].vPoint = true; // not used
     QCOMPARE(checkTarget(input).vPoint, 2);
