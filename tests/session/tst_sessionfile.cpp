@@ -6,9 +6,6 @@
 #include <QSettings>
 #include <QtTest>
 
-#include <csignal>
-
-#include <sys/resource.h>
 #include <sys/stat.h>
 
 using namespace orvel;
@@ -105,16 +102,12 @@ private slots:
     void defaultsAreTheForms();
     void pathsMoveWithTheirFolder_data();
     void pathsMoveWithTheirFolder();
-    void keepsTheOldFileWhenItCannotWrite();
     void texts_data();
     void texts();
-    void refuses_data();
     void refuses();
-    void edgeOfTheSpectra_data();
     void edgeOfTheSpectra();
     void inputsAreShiftedAndFilled();
     void unreadableFilesAreListed();
-    void survivesSerialisedValues();
 
 private:
     SessionReading read(const QByteArray &bytes) const
@@ -207,23 +200,6 @@ void SessionFileTest::pathsMoveWithTheirFolder()
     QCOMPARE(readSession(copy).state.texts.target.file, moved);
 }
 
-void SessionFileTest::keepsTheOldFileWhenItCannotWrite()
-{
-    QVERIFY(!writeSession(m_files->path(""), PanelState())); // a folder
-    QVERIFY(!writeSession(m_files->path("no/s.ini"), PanelState()));
-    const QString old = m_files->write("s.ini", "old");
-    rlimit before;
-    getrlimit(RLIMIT_FSIZE, &before);
-    const auto handler = std::signal(SIGXFSZ, SIG_IGN);
-    const rlimit fullDisk = {1000, before.rlim_max}; // a session has some 2500 bytes
-    setrlimit(RLIMIT_FSIZE, &fullDisk);
-    const bool written = writeSession(old, PanelState());
-    setrlimit(RLIMIT_FSIZE, &before);
-    std::signal(SIGXFSZ, handler);
-    QVERIFY(!written);
-    QCOMPARE(m_files->read("s.ini"), QByteArray("old"));
-}
-
 void SessionFileTest::texts_data()
 {
     QTest::addColumn<QByteArray>("lines");
@@ -270,67 +246,58 @@ void SessionFileTest::texts()
     }
 }
 
-void SessionFileTest::refuses_data()
-{
-    QTest::addColumn<QByteArray>("bytes");
-    QTest::newRow("empty") << QByteArray();
-    QTest::newRow("another version") << QByteArray("[Session]\nVersion=2\n");
-    QTest::newRow("no [Session]") << QByteArray("[Edge]\nEdgeE=8350\n");
-    QTest::newRow("Version outside its group") << QByteArray("Version=1\n[Edge]\nEdgeE=8350\n");
-    QTest::newRow("prose") << QByteArray("Dear reader,\nthis is a letter\n");
-    QTest::newRow("broken line") << kHead + "nonsense\n";
-    QTest::newRow("broken group") << kHead + "[Edge\nEdgeE=8350\n";
-    QTest::newRow("a map") << mapAt("8330");
-    QTest::newRow("binary") << QByteArray::fromHex("7f454c46020101000000fffe3d0a005b80");
-    QTest::newRow("too large") << kHead + ';' + QByteArray(2 << 20, 'x');
-}
-
 void SessionFileTest::refuses()
 {
-    QFETCH(QByteArray, bytes);
-    QVERIFY(!read(bytes).error.isEmpty());
-    if (bytes.isEmpty()) { // these hold nothing either; a pipe must not be waited for
-        const QString pipe = m_files->path("pipe");
-        QCOMPARE(mkfifo(pipe.toLocal8Bit().constData(), 0600), 0);
-        for (const QString &path : {pipe, m_files->path(""), m_files->path("missing"), QString()}) {
-            QVERIFY2(!readSession(path).error.isEmpty(), qPrintable(path));
-        }
+    // The last two: lists of 2^31 elements that are not there, in the notation for what is no text.
+    for (const QByteArray &bytes :
+         {QByteArray(), QByteArray("[Session]\nVersion=2\n"), QByteArray("[Edge]\nEdgeE=8350\n"),
+          QByteArray("Version=1\n[Edge]\nEdgeE=8350\n"), QByteArray("Dear reader,\na letter\n"),
+          kHead + "nonsense\n", kHead + "[Edge\nEdgeE=8350\n", mapAt("8330"),
+          QByteArray::fromHex("7f454c46020101000000fffe3d0a005b80"),
+          kHead + ';' + QByteArray(2 << 20, 'x'),
+          kHead + "[Edge]\nEdgeE=@Variant(\\0\\0\\0\\x9\\x7f\\xff\\xff\\xff)\n",
+          kHead + "[Edge]\nEdgeE=@Variant(\\0\\0\\0\\xb\\x7f\\xff\\xff\\xff)\n"}) {
+        QVERIFY2(!read(bytes).error.isEmpty(), bytes.left(80).constData());
     }
-}
-
-void SessionFileTest::edgeOfTheSpectra_data()
-{
-    QTest::addColumn<QString>("entered"); // null: missing
-    QTest::addColumn<bool>("readable");
-    QTest::addColumn<double>("expected");
-    QTest::newRow("of the last reference") << QString() << true << 8333.79;
-    QTest::newRow("entered") << QString("8340.1234567") << true << 8340.1234567;
-    QTest::newRow("entered as nothing") << QString("") << true << 0.0;
-    QTest::newRow("entered as a list") << QString("8,340") << true << 0.0;
-    QTest::newRow("no reference at all") << QString() << false << 8350.0;
+    const QString pipe = m_files->path("pipe"); // must not be waited for
+    QCOMPARE(mkfifo(pipe.toLocal8Bit().constData(), 0600), 0);
+    for (const QString &path : {pipe, m_files->path(""), m_files->path("missing"), QString()}) {
+        QVERIFY2(!readSession(path).error.isEmpty(), qPrintable(path));
+    }
+    QVERIFY(!writeSession(m_files->path(""), PanelState())); // a folder
+    QVERIFY(!writeSession(m_files->path("no/s.ini"), PanelState()));
 }
 
 void SessionFileTest::edgeOfTheSpectra()
 {
-    QFETCH(QString, entered);
-    QFETCH(bool, readable);
-    QFETCH(double, expected);
-    SessionTexts texts;
-    if (!entered.isNull()) {
-        texts.edgeE = entered;
-    }
-    if (readable) { // used or not
-        texts.references[0] = {true, m_files->write("1", spectrum("7000 9\n")), "0", "1"};
-        texts.references[2].file = m_files->write("3", spectrum("8335.123 0\n8336.456 1\n"));
-        texts.references[2].dE = "2"; // 8335.7895 less 2, in six digits
-    }
-    texts.references[3].file = m_files->path("missing");
-    const AnalysisInput input = loadInput(texts).input;
-    for (const AMutE &one : {input.references[0].spectrum, input.references[2].spectrum,
-                             input.references[3].spectrum, input.target}) {
-        QCOMPARE(one.edgeE(), expected);
-        QCOMPARE(one.preEdgeEnd(), expected - 50);
-        QCOMPARE(one.postEdgeStart(), expected + 100);
+    struct Case {
+        std::optional<QString> entered;
+        bool readable;
+        double expected;
+    };
+    const Case cases[] = {
+        {{}, true, 8333.79}, // of the last reference
+        {"8340.1234567", true, 8340.1234567},
+        {"", true, 0},
+        {"8,340", true, 0},
+        {{}, false, 8350},
+    };
+    for (const Case &c : cases) {
+        SessionTexts texts;
+        texts.edgeE = c.entered;
+        if (c.readable) { // used or not
+            texts.references[0] = {true, m_files->write("1", spectrum("7000 9\n")), "0", "1"};
+            texts.references[2].file = m_files->write("3", spectrum("8335.123 0\n8336.456 1\n"));
+            texts.references[2].dE = "2"; // 8335.7895 less 2, in six digits
+        }
+        texts.references[3].file = m_files->path("missing");
+        const AnalysisInput input = loadInput(texts).input;
+        for (const AMutE &one : {input.references[0].spectrum, input.references[2].spectrum,
+                                 input.references[3].spectrum, input.target}) {
+            QCOMPARE(one.edgeE(), c.expected);
+            QCOMPARE(one.preEdgeEnd(), c.expected - 50);
+            QCOMPARE(one.postEdgeStart(), c.expected + 100);
+        }
     }
 }
 
@@ -390,14 +357,6 @@ void SessionFileTest::unreadableFilesAreListed()
                                  "folder " + describe(ReadFailure::NotARegularFile),
                                  "no grid " + describe(ReadFailure::NoGrid),
                                  "no pixel " + describe(ReadFailure::NoPixel)}));
-}
-
-void SessionFileTest::survivesSerialisedValues()
-{
-    // Lists of 2^31 elements that are not there, in the notation for values that are no text.
-    for (const char type : {'9', 'b'}) {
-        read(kHead + "[Edge]\nEdgeE=@Variant(\\0\\0\\0\\x" + type + "\\x7f\\xff\\xff\\xff)\n");
-    }
 }
 
 QTEST_GUILESS_MAIN(SessionFileTest)
