@@ -102,12 +102,8 @@ class CatalogueTest : public QObject {
 
 private slots:
     void initTestCase();
-    void everyTextIsTranslated_data();
     void everyTextIsTranslated();
-    void givenTexts_data();
     void givenTexts();
-    void defaultDigitsStay_data();
-    void defaultDigitsStay();
     void sourceFileHoldsTheseTextsOnly();
 
 private:
@@ -124,89 +120,66 @@ void CatalogueTest::initTestCase()
     QVERIFY(m_catalogue.load(QStringLiteral(":klyv_ja_JP")));
 }
 
-void CatalogueTest::everyTextIsTranslated_data()
-{
-    QTest::addColumn<QString>("context");
-    QTest::addColumn<QString>("source");
-    for (const ContextTexts &texts : expectedTexts()) {
-        for (const char *source : texts.sources)
-            QTest::addRow("%s: '%s'", texts.context, source)
-                << QString(texts.context) << QString(source);
-    }
-}
-
 void CatalogueTest::everyTextIsTranslated()
 {
-    QFETCH(QString, context);
-    QFETCH(QString, source);
-    const QString text = translated(context, source);
-    QVERIFY(!text.trimmed().isEmpty());
-
-    QStringList placeholders = placeholdersOf(source);
-    // The one text whose translation names another placeholder; successive arg() calls fill it.
-    if (source == "Number of Valid Reference files is %1, which is less than 2")
-        placeholders = QStringList(QStringLiteral("%2"));
-    QCOMPARE(placeholdersOf(text), placeholders);
-    QCOMPARE(outerBlanksOf(text), outerBlanksOf(source));
-}
-
-void CatalogueTest::givenTexts_data()
-{
-    QTest::addColumn<QString>("context");
-    QTest::addColumn<QString>("expected");
-    const auto row = [](const char *source, const QString &expected,
-                        const QString &context = "FourPs") {
-        QTest::newRow(source) << context << expected;
-    };
-    row("V Point is not selected.", "非等吸収点を選択して下さい。");
-    row("V Point is not selected", "非等吸収点を選択して下さい。");
-    row("The 1st Ref File is not valid.", "１番目の標準試料が有効ではありません。");
-    row("The 2nd Ref File is not valid.", "2番目の標準試料が有効ではありません。");
-    row("Target File1 is not valid.", "解析対象ファイルが設定されていません。");
-    row("Ref File %1 is not valid.", "標準[%1]が無効です。");
-    row("Number of valied Ref Files is %1, which is less than 2.",
-        "標準試料の数が%1しかありません(最低2つ必要です)。");
-    row("Number of selected data sets %1 is not %2.",
-        "データセットが%1個選ばれています。%2個選択して下さい。");
-    row("Number of selected data sets %1 is less than %2.",
-        "マップデータがが%1個しか選択されていません。(最低%2個選択する必要があります)");
-    row("Number of Valid Reference files is %1, which is less than 2",
-        "有効な標準試料が%2個しか指定されていません(最低2つ必要です)。");
-    row("Energy Range is not selected, which should by selected by CB of TR.",
-        "線形結合計算を行うエネルギー範囲が選択されていません"
-        "(「膜厚比計算」のチェックボックスで選択)。");
-    row("Can't open the file [%1]", "ファイル[%1]が開けません。");
-    row("Result of LCF :: ", "結果(LCF) :: ");
-    row("Result of NEQ :: ", "結果(NEQ) :: ");
-    row("3ps: a = %1, Valence = %2", "3ps: 標準1の比率 = %1, 価数 = %2");
-    row("4ps2: a = %1, Valence = %2, t/ts = %3", "4ps2: 標準1の比率=%1, 価数=%2, t/ts=%3");
-    row("a = %1, Valence = %2, t/ts = %3", "標準1の比率=%1, 価数=%2, t/ts=%3");
-    row(", Valence = %1, t = %2", ", 価数 = %1, 相対厚さ = %2");
-    row(", Valence = %1, Base = %2", ", 価数 = %1, ベース = %2");
-    row("Ref %1", "標準%1");
-    row("Edge Jump : %1", "エッジジャンプ: %1", "AXafsFileSelect");
+    for (const ContextTexts &texts : expectedTexts()) {
+        for (const QString source : texts.sources) {
+            const QString text = translated(texts.context, source);
+            const QByteArray key = keyOf(texts.context, source).toUtf8();
+            const char *const name = key.constData();
+            QVERIFY2(!text.trimmed().isEmpty(), name);
+            QStringList placeholders = placeholdersOf(source);
+            // The one text whose translation names another placeholder; successive arg() calls fill
+            // it.
+            if (source == "Number of Valid Reference files is %1, which is less than 2") {
+                placeholders = QStringList(QStringLiteral("%2"));
+            }
+            QVERIFY2(placeholdersOf(text) == placeholders, name);
+            QVERIFY2(outerBlanksOf(text) == outerBlanksOf(source), name);
+        }
+    }
 }
 
 void CatalogueTest::givenTexts()
 {
-    QFETCH(QString, context);
-    QTEST(translated(context, QTest::currentDataTag()), "expected");
-}
-
-// The form's defaults pass through the catalogue too; a changed digit would change a calculation.
-void CatalogueTest::defaultDigitsStay_data()
-{
-    QTest::addColumn<QString>("context");
-    for (const char *digits : {"8350", "-50", "100", "1.5", "3.5", "-0.2", "1.2", "51"})
-        QTest::newRow(digits) << QString("FourPs");
-    QTest::newRow("0") << QString("AFileSelect");
-    QTest::newRow("1") << QString("ARefFile");
-}
-
-void CatalogueTest::defaultDigitsStay()
-{
-    QFETCH(QString, context);
-    QCOMPARE(translated(context, QTest::currentDataTag()), QString(QTest::currentDataTag()));
+    const std::pair<const char *, const char *> texts[] = {
+        {"V Point is not selected.", "非等吸収点を選択して下さい。"},
+        {"V Point is not selected", "非等吸収点を選択して下さい。"},
+        {"The 1st Ref File is not valid.", "１番目の標準試料が有効ではありません。"},
+        {"The 2nd Ref File is not valid.", "2番目の標準試料が有効ではありません。"},
+        {"Target File1 is not valid.", "解析対象ファイルが設定されていません。"},
+        {"Ref File %1 is not valid.", "標準[%1]が無効です。"},
+        {"Number of valied Ref Files is %1, which is less than 2.",
+         "標準試料の数が%1しかありません(最低2つ必要です)。"},
+        {"Number of selected data sets %1 is not %2.",
+         "データセットが%1個選ばれています。%2個選択して下さい。"},
+        {"Number of selected data sets %1 is less than %2.",
+         "マップデータがが%1個しか選択されていません。(最低%2個選択する必要があります)"},
+        {"Number of Valid Reference files is %1, which is less than 2",
+         "有効な標準試料が%2個しか指定されていません(最低2つ必要です)。"},
+        {"Energy Range is not selected, which should by selected by CB of TR.",
+         "線形結合計算を行うエネルギー範囲が選択されていません"
+         "(「膜厚比計算」のチェックボックスで選択)。"},
+        {"Can't open the file [%1]", "ファイル[%1]が開けません。"},
+        {"Result of LCF :: ", "結果(LCF) :: "},
+        {"Result of NEQ :: ", "結果(NEQ) :: "},
+        {"3ps: a = %1, Valence = %2", "3ps: 標準1の比率 = %1, 価数 = %2"},
+        {"4ps2: a = %1, Valence = %2, t/ts = %3", "4ps2: 標準1の比率=%1, 価数=%2, t/ts=%3"},
+        {"a = %1, Valence = %2, t/ts = %3", "標準1の比率=%1, 価数=%2, t/ts=%3"},
+        {", Valence = %1, t = %2", ", 価数 = %1, 相対厚さ = %2"},
+        {", Valence = %1, Base = %2", ", 価数 = %1, ベース = %2"},
+        {"Ref %1", "標準%1"},
+    };
+    for (const auto &[source, expected] : texts) {
+        QCOMPARE(translated("FourPs", source), expected);
+    }
+    QCOMPARE(translated("AXafsFileSelect", "Edge Jump : %1"), "エッジジャンプ: %1");
+    // The form's defaults pass through the catalogue too; a changed digit would change a
+    // calculation.
+    for (const char *digits : {"8350", "-50", "100", "1.5", "3.5", "-0.2", "1.2", "51"}) {
+        QCOMPARE(translated("FourPs", digits), digits);
+    }
+    QCOMPARE(translated("AFileSelect", "0") + translated("ARefFile", "1"), "01");
 }
 
 void CatalogueTest::sourceFileHoldsTheseTextsOnly()
