@@ -31,10 +31,8 @@ private slots:
     void refusesWhatIsNoFile();
     void refusesEndlessLines();
     void outputReplacesOnlyWhenWhole();
-    void outputKeepsTheOldFileOnAFullDisk_data();
     void outputKeepsTheOldFileOnAFullDisk();
     void outputWritesIntoPipes();
-    void outputRefusesFolders();
 
 private:
     TestFiles m_files;
@@ -152,34 +150,35 @@ void TextTest::lines_data()
     QTest::addColumn<QByteArray>("bytes");
     QTest::addColumn<QStringList>("expected");
 
-    const QStringList two = {QStringLiteral("1 2"), QStringLiteral("3")};
-    QTest::newRow("line feeds") << QByteArray("1 2\n3\n") << two;
-    QTest::newRow("no end at the end") << QByteArray("1 2\n3") << two;
-    QTest::newRow("carriage returns") << QByteArray("1 2\r\n3\r\n") << two;
-    QTest::newRow("doubled returns") << QByteArray("1 2\r\r\n\r3\r\n") << two;
-    QTest::newRow("UTF-8 mark") << QByteArray("\xEF\xBB\xBF"
-                                              "1 2\n3\n")
-                                << two;
-    QTest::newRow("UTF-16 mark") << QByteArray("\xFF\xFE"
-                                               "1\0 \0"
-                                               "2\0\n\0"
-                                               "3\0\n\0",
-                                               12)
-                                 << two;
-    QTest::newRow("empty lines") << QByteArray("\n\nx\n")
-                                 << QStringList{QString(), QString(), QStringLiteral("x")};
-    QTest::newRow("Shift-JIS") << QByteArray("\x94\x5A x\n") // undecodable, decodable, blank, x
-                               << QStringList{QString::fromUtf8("\uFFFDZ x")};
-    QTest::newRow("NUL bytes, as of a file that was cut off")
-        << QByteArray("1 34\0\n2 5\0\0", 11)
-        << QStringList{QStringLiteral("1 34") + QChar(0),
-                       QStringLiteral("2 5") + QString(2, QChar(0))};
-    QTest::newRow("mark inside, as of joined files")
-        << QByteArray("\xEF\xBB\xBF\xEF\xBB\xBF"
-                      "1\n\xEF\xBB\xBF"
-                      "2\n")
-        << QStringList{QChar(0xFEFF) + QStringLiteral("1"), QChar(0xFEFF) + QStringLiteral("2")};
-    QTest::newRow("empty file") << QByteArray() << QStringList();
+    const auto row = [](const char *name, const QByteArray &bytes, const QStringList &lines) {
+        QTest::newRow(name) << bytes << lines;
+    };
+    const QStringList two = {"1 2", "3"};
+    row("no end at the end", "1 2\n3", two);
+    row("carriage returns", "1 2\r\n3\r\n", two);
+    row("doubled returns", "1 2\r\r\n\r3\r\n", two);
+    row("UTF-8 mark",
+        "\xEF\xBB\xBF"
+        "1 2\n3\n",
+        two);
+    row("UTF-16 mark",
+        QByteArray("\xFF\xFE"
+                   "1\0 \0"
+                   "2\0\n\0"
+                   "3\0\n\0",
+                   12),
+        two);
+    row("empty lines", "\n\nx\n", {QString(), QString(), QStringLiteral("x")});
+    // Undecodable, decodable, blank, x.
+    row("Shift-JIS", "\x94\x5A x\n", {QString::fromUtf8("\uFFFDZ x")});
+    row("NUL bytes, as of a file that was cut off", QByteArray("1 34\0\n2 5\0\0", 11),
+        {QStringLiteral("1 34") + QChar(0), QStringLiteral("2 5") + QString(2, QChar(0))});
+    row("mark inside, as of joined files",
+        "\xEF\xBB\xBF\xEF\xBB\xBF"
+        "1\n\xEF\xBB\xBF"
+        "2\n",
+        {QChar(0xFEFF) + QStringLiteral("1"), QChar(0xFEFF) + QStringLiteral("2")});
+    row("empty file", {}, {});
 }
 
 void TextTest::lines()
@@ -229,6 +228,7 @@ void TextTest::outputReplacesOnlyWhenWhole()
         abandoned.write(large);
     }
     QCOMPARE(m_files.read(QStringLiteral("out")), QByteArray("old"));
+    QVERIFY(!OutputFile(m_files.path(QString())).open()); // a folder
     OutputFile file(path);
     QVERIFY(file.open());
     file.write(large);
@@ -237,32 +237,25 @@ void TextTest::outputReplacesOnlyWhenWhole()
     QCOMPARE(m_files.read(QStringLiteral("out")), large + "end");
 }
 
-void TextTest::outputKeepsTheOldFileOnAFullDisk_data()
-{
-    QTest::addColumn<int>("size");
-    for (const int size : {5000, 70000, 256 * 1024 + 100, 1000000}) { // around all buffers
-        QTest::newRow(qPrintable(QString::number(size))) << size;
-    }
-}
-
 void TextTest::outputKeepsTheOldFileOnAFullDisk()
 {
-    QFETCH(int, size);
-    const QString path = m_files.write(QStringLiteral("full"), "old");
-    rlimit before;
-    getrlimit(RLIMIT_FSIZE, &before);
-    const auto handler = std::signal(SIGXFSZ, SIG_IGN);
-    const rlimit small = {4096, before.rlim_max};
-    setrlimit(RLIMIT_FSIZE, &small);
-    OutputFile file(path);
-    const bool opened = file.open();
-    file.write(QByteArray(size, 'x'));
-    const bool committed = file.commit();
-    setrlimit(RLIMIT_FSIZE, &before);
-    std::signal(SIGXFSZ, handler);
-    QVERIFY(opened);
-    QVERIFY(!committed);
-    QCOMPARE(m_files.read(QStringLiteral("full")), QByteArray("old"));
+    for (const int size : {5000, 70000, 256 * 1024 + 100, 1000000}) { // around all buffers
+        const QString path = m_files.write(QStringLiteral("full"), "old");
+        rlimit before;
+        getrlimit(RLIMIT_FSIZE, &before);
+        const auto handler = std::signal(SIGXFSZ, SIG_IGN);
+        const rlimit small = {4096, before.rlim_max};
+        setrlimit(RLIMIT_FSIZE, &small);
+        OutputFile file(path);
+        const bool opened = file.open();
+        file.write(QByteArray(size, 'x'));
+        const bool committed = file.commit();
+        setrlimit(RLIMIT_FSIZE, &before);
+        std::signal(SIGXFSZ, handler);
+        QVERIFY(opened);
+        QVERIFY(!committed);
+        QCOMPARE(m_files.read(QStringLiteral("full")), QByteArray("old"));
+    }
 }
 
 void TextTest::outputWritesIntoPipes()
@@ -285,12 +278,6 @@ void TextTest::outputWritesIntoPipes()
     reader.join();
     QVERIFY(written);
     QCOMPARE(received, QByteArray("through"));
-}
-
-void TextTest::outputRefusesFolders()
-{
-    QVERIFY(!OutputFile(m_files.path(QString())).open());
-    QVERIFY(!OutputFile(m_files.path(QStringLiteral("no/folder/file"))).open());
 }
 
 QTEST_GUILESS_MAIN(TextTest)
