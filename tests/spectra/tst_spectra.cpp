@@ -46,17 +46,13 @@ private slots:
     void fastAndTextWayAgree();
     void failedReadsEmptyTheSpectrum();
     void missingFilesChangeNothing();
-    void readingFitsTheLines();
     void tellsAngles();
-    void findsIntervals_data();
     void findsIntervals();
     void normalizes();
     void interpolates();
     void subtractsLineAtAnEnergy();
-    void findsEdges_data();
     void findsEdges();
     void fitsVictoreenLinesExactly();
-    void rangeTakesBothEnds();
 
 private:
     TestFiles m_files;
@@ -70,19 +66,21 @@ void SpectraTest::reads_data()
     QTest::addColumn<QByteArray>("bytes");
     QTest::addColumn<Points>("expected"); // none: the read fails
 
+    const auto row = [](const char *name, const QByteArray &bytes, const Points &points) {
+        QTest::newRow(name) << bytes << points;
+    };
     const Points two = {{8000, 0.5}, {8001, 0.75}};
-    QTest::newRow("columns") << QByteArray("# e mu\n8000 0.5\n8001 0.75\n") << two;
-    QTest::newRow("returns, tabs, blanks, no end")
-        << QByteArray("  # comment 1 2\r\n\t8000\t 0.5 \r\n8001 0.75 9 9") << two;
-    QTest::newRow("end-of-file character") << QByteArray("8000 0.5\n8001 0.75\n\x1A\n") << two;
-    QTest::newRow("byte-order mark") << QByteArray("\xEF\xBB\xBF"
-                                                   "8000 0.5\n8001 0.75\n")
-                                     << two;
-    QTest::newRow("single numbers are skipped") << QByteArray("1\n8000 0.5\n8001 0.75\n2\n") << two;
-    QTest::newRow("bad numbers are 0")
-        << QByteArray("8000 x\n1,5 2\n0x10 1e400\n") << Points{{8000, 0}, {0, 2}, {0, qInf()}};
-    QTest::newRow("only comments") << QByteArray("# 1 2\n\n") << Points();
-    QTest::newRow("binary") << QByteArray("\0\1\2\xFF\xFE\n\0", 7) << Points();
+    row("columns", "# e mu\n8000 0.5\n8001 0.75\n", two);
+    row("returns, tabs, blanks, no end", "  # comment 1 2\r\n\t8000\t 0.5 \r\n8001 0.75 9 9", two);
+    row("end-of-file character", "8000 0.5\n8001 0.75\n\x1A\n", two);
+    row("byte-order mark",
+        "\xEF\xBB\xBF"
+        "8000 0.5\n8001 0.75\n",
+        two);
+    row("single numbers are skipped", "1\n8000 0.5\n8001 0.75\n2\n", two);
+    row("bad numbers are 0", "8000 x\n1,5 2\n0x10 1e400\n", {{8000, 0}, {0, 2}, {0, qInf()}});
+    row("only comments", "# 1 2\n\n", {});
+    row("binary", QByteArray("\0\1\2\xFF\xFE\n\0", 7), {});
 
     // 9809: modes and data by item number; mode 1 is I0, 2 transmission, 3 fluorescence.
     const double e1 = energyAt(14.0, 3.1355316);
@@ -93,47 +91,29 @@ void SpectraTest::reads_data()
                                     " Offset 0 0 10.5 11.5\n";
     const QByteArray data = " 9 14.0 1.00 2.718281828459045 1\n 9 13.5 1 8 2\n";
     const Points measured = {{e1, 1.0}, {e2, std::log(4.0)}};
-    QTest::newRow("9809") << transmission + data << measured;
-    QTest::newRow("9809 behind blanks, Shift-JIS, returns")
-        << QByteArray("\t  " + transmission + data)
-               .replace("some", "\x8E\x8B")
-               .replace("\n", "\r\n")
-        << measured;
-    QTest::newRow("9809 behind a mark")
-        << QByteArray("\xEF\xBB\xBF") + transmission + data << measured;
-    QTest::newRow("98097 is 9809 too")
-        << QByteArray("98097\n") + transmission.mid(5) + data << measured;
-    QTest::newRow("short data lines are skipped") << transmission + " 9 14.0 1 2\n" + data + "\n"
-                                                  << measured;
-    QTest::newRow("no Offset line")
-        << QByteArray(transmission).replace("Offset", "offset") + data << Points();
-    QTest::newRow("no data") << transmission << Points();
-    QTest::newRow("fluorescence, I0 in item 4")
-        << QByteArray("9809\nMode 0 0 0 1 3 3\nOffset\n9 14.0 1 5 4 6 10\n")
-        << Points{{e1, 4.0}}; // (6 + 10) / 4
-    QTest::newRow("fluorescence: each item over I0")
-        << QByteArray("9809\nMode 0 0 3 3 1\nOffset\n9 14.0 1 0.1 0.2 0.3\n")
-        << Points{{e1, 0.1 / 0.3 + 0.2 / 0.3}};
-    QTest::newRow("a later Mode line without I0 keeps it")
-        << QByteArray("9809\nMode 0 0 1 2\nMode 0 0 0 0 2\nOffset\n9 14 1 8 9 2\n")
-        << Points{{e1, std::log(4.0)}};
-    QTest::newRow("first transmission column wins")
-        << QByteArray("9809\nMode 0 0 1 2 2\nOffset\n9 14 1 8 2 4\n")
-        << Points{{e1, std::log(4.0)}};
-    QTest::newRow("first kind stays, later Mode line moves the columns")
-        << QByteArray("9809\nMode 0 0 1 2\nMode 0 0 3 2 1\nOffset\n9 14 1 7 2 8\n")
-        << Points{{e1, std::log(4.0)}};
-    QTest::newRow("last I0 wins") << QByteArray("9809\nMode 0 0 1 1 2\nOffset\n9 14 1 7 8 2\n")
-                                  << Points{{e1, std::log(4.0)}};
-    QTest::newRow("no I0 column") << QByteArray("9809\nMode 0 0 0 2\nOffset\n9 14 1 7 8 2\n")
-                                  << Points{{e1, 0}};
-    QTest::newRow("no measured column")
-        << QByteArray("9809\nMode 0 0 1 0\nOffset\n9 14 1 7 8 2\n") << Points{{e1, 0}};
-    QTest::newRow("a missing item is 0")
-        << QByteArray("9809\nMode 0 0 1 0 0 2\nOffset\n9 14 1 7 8\n") << Points{{e1, qInf()}};
-    QTest::newRow("D= holds from its line on")
-        << QByteArray("9809\nMode 0 0 1 2\nOffset\n9 14 1 4 1\nD= 2.5\n9 14 1 4 1\n")
-        << Points{{e1, std::log(4.0)}, {energyAt(14.0, 2.5), std::log(4.0)}};
+    row("9809", transmission + data, measured);
+    row("9809 behind blanks, Shift-JIS, returns",
+        QByteArray("\t  " + transmission + data).replace("some", "\x8E\x8B").replace("\n", "\r\n"),
+        measured);
+    row("98097 is 9809 too", QByteArray("98097\n") + transmission.mid(5) + data, measured);
+    row("short data lines are skipped", transmission + " 9 14.0 1 2\n" + data + "\n", measured);
+    row("no Offset line", QByteArray(transmission).replace("Offset", "offset") + data, {});
+    row("fluorescence, I0 in item 4", "9809\nMode 0 0 0 1 3 3\nOffset\n9 14.0 1 5 4 6 10\n",
+        {{e1, 4.0}}); // (6 + 10) / 4
+    row("fluorescence: each item over I0", "9809\nMode 0 0 3 3 1\nOffset\n9 14.0 1 0.1 0.2 0.3\n",
+        {{e1, 0.1 / 0.3 + 0.2 / 0.3}});
+    row("a later Mode line without I0 keeps it",
+        "9809\nMode 0 0 1 2\nMode 0 0 0 0 2\nOffset\n9 14 1 8 9 2\n", {{e1, std::log(4.0)}});
+    row("first transmission column wins", "9809\nMode 0 0 1 2 2\nOffset\n9 14 1 8 2 4\n",
+        {{e1, std::log(4.0)}});
+    row("first kind stays, later Mode line moves the columns",
+        "9809\nMode 0 0 1 2\nMode 0 0 3 2 1\nOffset\n9 14 1 7 2 8\n", {{e1, std::log(4.0)}});
+    row("last I0 wins", "9809\nMode 0 0 1 1 2\nOffset\n9 14 1 7 8 2\n", {{e1, std::log(4.0)}});
+    row("no I0 column", "9809\nMode 0 0 0 2\nOffset\n9 14 1 7 8 2\n", {{e1, 0}});
+    row("no measured column", "9809\nMode 0 0 1 0\nOffset\n9 14 1 7 8 2\n", {{e1, 0}});
+    row("a missing item is 0", "9809\nMode 0 0 1 0 0 2\nOffset\n9 14 1 7 8\n", {{e1, qInf()}});
+    row("D= holds from its line on", "9809\nMode 0 0 1 2\nOffset\n9 14 1 4 1\nD= 2.5\n9 14 1 4 1\n",
+        {{e1, std::log(4.0)}, {energyAt(14.0, 2.5), std::log(4.0)}});
 }
 
 void SpectraTest::reads()
@@ -242,33 +222,14 @@ void SpectraTest::missingFilesChangeNothing()
     for (const QString &path : {m_files.path(QStringLiteral("no")), m_files.path(QString())}) {
         const LogCatcher log;
         QVERIFY(!spectrum.readFile(path));
-        QCOMPARE(log.lines(), QStringList());
-        QCOMPARE(spectrum.points().size(), 2);
-        QVERIFY(spectrum.isValid());
+        QVERIFY(spectrum.isValid() && spectrum.points().size() == 2);
         QCOMPARE(spectrum.filePath(), QString());
-        // The layout readers themselves say what they cannot open.
-        QVERIFY(!AMutE().is9809(path));
-        AMutE other;
-        QVERIFY(!other.read9809(path));
-        QVERIFY(!other.readColumns(path));
+        QCOMPARE(log.lines(), QStringList());
+        AMutE other; // the layout readers themselves say what they cannot open
+        QVERIFY(!other.is9809(path) && !other.read9809(path) && !other.readColumns(path));
         const QString line = QStringLiteral("Can't open a XAFS file ") + path;
         QCOMPARE(log.lines(), QStringList({line, line, line}));
     }
-}
-
-void SpectraTest::readingFitsTheLines()
-{
-    // Flat 0.25 below the default 8000 eV, flat 2 above the default 8500 eV; what lies between,
-    // the bounds included, would spoil both.
-    QByteArray bytes;
-    for (int e = 7000; e <= 9500; e += 50) {
-        bytes += QByteArray::number(e) + (e < 8000 ? " 0.25\n" : e > 8500 ? " 2\n" : " 99\n");
-    }
-    AMutE spectrum;
-    QVERIFY(spectrum.readFile(m_files.write(QStringLiteral("step"), bytes)));
-    // Normal equations of three nearly collinear terms lose about half of the digits.
-    QVERIFY(close(spectrum.pre(7777), 0.25, 1e-8));
-    QVERIFY(close(spectrum.post(9000), 2.0, 1e-8));
 }
 
 void SpectraTest::tellsAngles()
@@ -285,37 +246,28 @@ void SpectraTest::tellsAngles()
     QCOMPARE(scan.maxAngle(), 14.0);
 }
 
-void SpectraTest::findsIntervals_data()
-{
-    QTest::addColumn<Points>("points");
-    QTest::addColumn<double>("energy");
-    QTest::addColumn<int>("expected");
-
-    const Points rising = {{10, 0}, {20, 0}, {30, 0}, {30, 0}, {40, 0}};
-    const Points mixed = {{10, 0}, {30, 0}, {20, 0}, {50, 0}};
-    QTest::newRow("none") << Points() << 1.0 << 0;
-    QTest::newRow("one") << Points{{10, 1}} << 99.0 << 0;
-    QTest::newRow("below") << rising << 9.0 << 0;
-    QTest::newRow("first point") << rising << 10.0 << 0;
-    QTest::newRow("inside") << rising << 25.0 << 1;
-    QTest::newRow("at a point: ends there") << rising << 20.0 << 0;
-    QTest::newRow("at a doubled point") << rising << 30.0 << 1;
-    QTest::newRow("last point") << rising << 40.0 << 3;
-    QTest::newRow("above") << rising << 41.0 << 3;
-    QTest::newRow("not-a-number") << rising << qQNaN() << 0;
-    QTest::newRow("unsorted: the first that holds it") << mixed << 25.0 << 0;
-    QTest::newRow("unsorted, above all but the last") << mixed << 45.0 << 2;
-    QTest::newRow("unsorted, at the top") << mixed << 50.0 << 2;
-}
-
 void SpectraTest::findsIntervals()
 {
-    QFETCH(Points, points);
-    QFETCH(double, energy);
-    AMutE spectrum = spectrumOf(points);
-    QTEST(spectrum.indexAt(energy), "expected");
-    spectrum.setDE(5.0);
-    QTEST(spectrum.indexAt(energy - 5.0), "expected");
+    const Points rising = {{10, 0}, {20, 0}, {30, 0}, {30, 0}, {40, 0}};
+    const Points mixed = {{10, 0}, {30, 0}, {20, 0}, {50, 0}};
+    struct Case {
+        Points points;
+        double energy;
+        int expected;
+    };
+    const Case cases[] = {
+        {{}, 1, 0},      {{{10, 1}}, 99, 0}, {rising, 9, 0},  {rising, 10, 0},
+        {rising, 25, 1}, {rising, 20, 0}, // at a point: the interval that ends there
+        {rising, 30, 1}, {rising, 40, 3},    {rising, 41, 3}, {rising, qQNaN(), 0},
+        {mixed, 25, 0}, // unsorted: the first that holds it
+        {mixed, 45, 2},  {mixed, 50, 2},
+    };
+    for (const Case &c : cases) {
+        AMutE spectrum = spectrumOf(c.points);
+        QCOMPARE(spectrum.indexAt(c.energy), c.expected);
+        spectrum.setDE(5.0);
+        QCOMPARE(spectrum.indexAt(c.energy - 5.0), c.expected);
+    }
 }
 
 void SpectraTest::normalizes()
@@ -346,8 +298,6 @@ void SpectraTest::normalizes()
             mut, mut - pre, mut - post, (mut - pre) / jump, (mut - pre) / (post - pre), 0.0};
         return values[mode];
     };
-    double low = 1e300;
-    double high = -1e300;
     for (int mode = 0; mode <= 5; ++mode) {
         const double v0 = value(mode, 150, 1.5);
         const double v1 = value(mode, 160, 1.75);
@@ -357,8 +307,6 @@ void SpectraTest::normalizes()
         QCOMPARE(spectrum.valueAtOrZero(mode, -1), 0.0);
         QCOMPARE(spectrum.valueAtE(mode, 149.3),
                  v0 + (v1 - v0) / (157.0 - 147.0) * (149.3 - 147.0));
-        spectrum.rangeOf(mode, 147, 157, low, high); // both ends belong to it
-        QVERIFY(low <= v0 && high >= v1);
     }
     double minus = 0.0;
     QVERIFY(spectrum.valueMinusLine(149.3, true, minus));
@@ -380,6 +328,14 @@ void SpectraTest::interpolates()
     QCOMPARE(spectrum.valueAtE(0, 5), 0.0);  // from the first interval
     QCOMPARE(spectrum.valueAtE(0, 60), 5.0); // from the last
     QCOMPARE(spectrum.valueAtE(9, 15), 0.0);
+    double min = 3.5;
+    double max = 3.5;
+    spectrum.rangeOf(0, 10, 20, min, max); // both ends belong to it
+    QVERIFY(min == 1 && max == 3.5);
+    spectrum.rangeOf(0, 20, 40, min, max);
+    QVERIFY(min == 1 && max == 4);
+    spectrum.rangeOf(0, 41, 50, min, max);
+    QCOMPARE(max, 4.0);
     spectrum.setDE(5.0); // the point read at 15 eV counts as 10 eV
     QCOMPARE(spectrum.valueAtE(0, 10), 2.0);
     QCOMPARE(spectrumOf({{10, 1}}).valueAtE(0, 10), 0.0);
@@ -408,23 +364,19 @@ void SpectraTest::subtractsLineAtAnEnergy()
     QCOMPARE(value, -7.0);
 }
 
-void SpectraTest::findsEdges_data()
-{
-    QTest::addColumn<Points>("points");
-    QTest::addColumn<double>("expected");
-
-    QTest::newRow("step") << Points{{8970, 0}, {8979, 0}, {8981, 1}, {8990, 1}} << 8980.0;
-    QTest::newRow("raw step, not slope") << Points{{10, 0}, {11, 1}, {21, 3}} << 16.0;
-    QTest::newRow("ties keep the first") << Points{{10, 0}, {20, 1}, {30, 2}} << 15.0;
-    QTest::newRow("falling by 1 and more") << Points{{10, 3}, {20, 2}, {30, 0}} << 5.0;
-    QTest::newRow("one point") << Points{{10, 3}} << 5.0;
-    QTest::newRow("none") << Points() << 0.0;
-}
-
 void SpectraTest::findsEdges()
 {
-    QFETCH(Points, points);
-    QTEST(spectrumOf(points).findEdge(), "expected");
+    const std::pair<Points, double> cases[] = {
+        {{{8970, 0}, {8979, 0}, {8981, 1}, {8990, 1}}, 8980},
+        {{{10, 0}, {11, 1}, {21, 3}}, 16}, // raw step, not slope
+        {{{10, 0}, {20, 1}, {30, 2}}, 15}, // ties keep the first
+        {{{10, 3}, {20, 2}, {30, 0}}, 5},  // falling by 1 and more
+        {{{10, 3}}, 5},
+        {{}, 0},
+    };
+    for (const auto &[points, expected] : cases) {
+        QCOMPARE(spectrumOf(points).findEdge(), expected);
+    }
 }
 
 void SpectraTest::fitsVictoreenLinesExactly()
@@ -442,7 +394,15 @@ void SpectraTest::fitsVictoreenLinesExactly()
                                          : line(e, 0.5, 0.3, 0.01);
         points.append({e + shift, value});
     }
-    AMutE spectrum = spectrumOf(points);
+    QByteArray bytes; // reading fits with the defaults: below 8000 eV and above 8500 eV
+    for (int e = 7000; e <= 9500; e += 50) {
+        bytes += QByteArray::number(e) + (e < 8000 ? " 0.25\n" : e > 8500 ? " 2\n" : " 99\n");
+    }
+    AMutE spectrum;
+    QVERIFY(spectrum.readFile(m_files.write(QStringLiteral("step"), bytes)));
+    QVERIFY(close(spectrum.pre(7777), 0.25, 1e-8) && close(spectrum.post(9000), 2.0, 1e-8));
+
+    spectrum.setPoints(spectrumOf(points).points());
     spectrum.setDE(shift);
     spectrum.setEdge(8300, 8350, 8300);
     spectrum.fitVictoreens();
@@ -460,18 +420,6 @@ void SpectraTest::fitsVictoreenLinesExactly()
     AMutE empty;
     empty.fitVictoreens();
     QCOMPARE(empty.pre(8000), 0.0);
-}
-
-void SpectraTest::rangeTakesBothEnds()
-{
-    const AMutE spectrum = spectrumOf({{10, 5}, {20, 1}, {30, 7}, {40, -3}});
-    double min = 2;
-    double max = 2;
-    spectrum.rangeOf(0, 20, 30, min, max);
-    QCOMPARE(min, 1.0);
-    QCOMPARE(max, 7.0);
-    spectrum.rangeOf(0, 41, 50, min, max);
-    QCOMPARE(max, 7.0);
 }
 
 QTEST_GUILESS_MAIN(SpectraTest)
