@@ -38,11 +38,6 @@ template <class Work> qint64 peakOf(Work work)
     return qint64(used.ru_maxrss) * 1024;
 }
 
-qint64 peakOfLoading(const QString &path)
-{
-    return peakOf([&path] { return A2DData().loadMap(path); });
-}
-
 } // namespace
 
 void MemoryTest::textMaps_data()
@@ -53,7 +48,6 @@ void MemoryTest::textMaps_data()
 
     QTest::newRow("as instruments write")
         << QByteArray("12.5 -7.25 12345.5 23456.75\n") << 0 << false;
-    QTest::newRow("shortest lines") << QByteArray("1 2 3\n") << 0 << false;
     // The start promises far fewer lines than there are.
     QTest::newRow("longer lines first") << QByteArray("1 2 3\n") << 1100 << false;
     QTest::newRow("way of texts") << QByteArray("1 2 3 x\n") << 0 << false;
@@ -82,8 +76,8 @@ void MemoryTest::textMaps()
         return true;
     });
 
-    const qint64 before = peakOfLoading(small);
-    const qint64 peak = peakOfLoading(path);
+    const qint64 before = peakOf([&small] { return A2DData().loadMap(small); });
+    const qint64 peak = peakOf([&path] { return A2DData().loadMap(path); });
     QVERIFY(written > 0 && before > 0 && peak > 0);
     // x, y, signal, reference and the absorption. Each may end in a huge page of which little is
     // used, and so may, for a moment, the one that it outgrows.
