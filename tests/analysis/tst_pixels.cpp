@@ -5,11 +5,11 @@
 #include "analysis/NonEquiv.h"
 #include "base/Parallel.h"
 #include "base/Simd.h"
+#include "tests/Differential.h"
 #include "tests/analysis/Inputs.h"
 
 #include <QtTest>
 
-#include <bit>
 #include <random>
 
 using namespace orvel;
@@ -22,8 +22,7 @@ constexpr SimdLevel kLevels[] = {SimdLevel::Base, SimdLevel::Avx2, SimdLevel::Av
 /// The same number to the bit, or both not-a-number (whose bits nothing shows).
 bool same(double a, double b)
 {
-    return (std::isnan(a) && std::isnan(b)) ||
-           std::bit_cast<quint64>(a) == std::bit_cast<quint64>(b);
+    return (std::isnan(a) && std::isnan(b)) || sameBits(a, b);
 }
 
 /// How many values of two maps are not the same.
@@ -138,8 +137,6 @@ ResultMaps plainFourPoints(const AnalysisInput &input, const Plan &plan)
 
 } // namespace
 
-Q_DECLARE_METATYPE(std::function<void(AnalysisInput &)>)
-
 class PixelsTest : public QObject {
     Q_OBJECT
 
@@ -147,7 +144,6 @@ private slots:
     void cleanup() { limitSimd(SimdLevel::Avx512); }
     void fastMapsHaveThePlainBits_data();
     void fastMapsHaveThePlainBits();
-    void sameInputReusesThePlanes_data();
     void sameInputReusesThePlanes();
     void poolReusesPlanes();
     void partsCoverEverythingOnce();
@@ -210,82 +206,57 @@ void PixelsTest::fastMapsHaveThePlainBits()
     }
 }
 
-using Change = std::function<void(AnalysisInput &)>;
-
-void PixelsTest::sameInputReusesThePlanes_data()
-{
-    QTest::addColumn<Change>("change");
-    QTest::addColumn<bool>("reusedByNonEquiv");
-    QTest::addColumn<bool>("reusedByFourPoints");
-
-    const auto row = [](const char *name, const Change &change, bool nonEquiv, bool fourPoints) {
-        QTest::newRow(name) << change << nonEquiv << fourPoints;
-    };
-    row(
-        "nothing", [](auto &) {}, true, true);
-    row(
-        "histograms", [](auto &i) { i.valenceHistogram.boxes = 7; }, true, true);
-    row(
-        "the target", [](auto &i) { i.target = AMutE(); }, true, true);
-    row(
-        "an unused reference", [](auto &i) { i.references[3].valence += 1; }, true, true);
-    row(
-        "a valence", [](auto &i) { i.references[0].valence += 1e-9; }, false, false);
-    row(
-        "an energy", [](auto &i) { i.points[1].energyEv += 1e-9; }, false, false);
-    row(
-        "an image of the same values",
-        [](auto &i) { i.points[1].map = inputs::image(9, 5, std::vector<double>(45, 0.5)); }, false,
-        false);
-    row(
-        "the V point",
-        [](auto &i) {
-            i.points[0].vPoint = true;
-            i.points[2].vPoint = false;
-        },
-        false, false);
-    row(
-        "a point less", [](auto &i) { i.points[0].use = false; }, false, false);
-    row(
-        "the subtracted line", [](auto &i) { i.method.subPostForRef = true; }, false, true);
-    row(
-        "the background", [](auto &i) { i.method.linearBackground = true; }, false, true);
-    row(
-        "a row value", [](auto &i) { i.points[1].referenceMu[0] += 1; }, false, false);
-    row(
-        "an edge",
-        [](auto &i) {
-            AMutE &spectrum = i.references[0].spectrum;
-            spectrum.setEdge(100, 150, 190); // a point more behind it
-            spectrum.fitVictoreens();
-        },
-        false, false);
-}
-
 void PixelsTest::sameInputReusesThePlanes()
 {
-    QFETCH(Change, change);
-    for (const bool nonEquiv : {true, false}) {
-        std::mt19937 random(1);
-        AnalysisInput input = randomInput(random, 4, 6, 9, 5, false);
-        input.references[2].use = input.references[3].use = false;
-        input.method.nonEquiv = nonEquiv;
-        input.method.exact = false;
-        input.points[2].vPoint = true;
-        input.points[3].vPoint = false;
-        input.points[1].map = inputs::image(9, 5, std::vector<double>(45, 0.5));
-        MapMemory memory;
-        const auto before = calculateMap(input, {}, &memory).maps;
-        change(input);
-        const MapOutcome after = calculateMap(input, {}, &memory);
-        QFETCH(bool, reusedByNonEquiv);
-        QFETCH(bool, reusedByFourPoints);
-        QCOMPARE(after.maps == before, nonEquiv ? reusedByNonEquiv : reusedByFourPoints);
-        // With or without: the same outcome.
-        const MapOutcome fresh = calculateMap(input);
-        QCOMPARE(inputs::texts(after.messages), inputs::texts(fresh.messages));
-        QCOMPARE(after.valenceCounts.counts(), fresh.valenceCounts.counts());
-        QCOMPARE(differences(*after.maps, *fresh.maps), 0);
+    struct Case {
+        const char *name;
+        bool reusedByNonEquiv;
+        bool reusedByFourPoints;
+        std::function<void(AnalysisInput &)> change;
+    };
+    const Case cases[] = {
+        {"nothing", true, true, [](auto &) {}},
+        {"histograms", true, true, [](auto &i) { i.valenceHistogram.boxes = 7; }},
+        {"target", true, true, [](auto &i) { i.target = AMutE(); }},
+        {"unused reference", true, true, [](auto &i) { i.references[3].valence += 1; }},
+        {"valence", false, false, [](auto &i) { i.references[0].valence += 1e-9; }},
+        {"energy", false, false, [](auto &i) { i.points[1].energyEv += 1e-9; }},
+        {"image of the same values", false, false,
+         [](auto &i) { i.points[1].map = inputs::image(9, 5, std::vector<double>(45, 0.5)); }},
+        {"V point", false, false,
+         [](auto &i) { std::swap(i.points[0].vPoint, i.points[2].vPoint); }},
+        {"point less", false, false, [](auto &i) { i.points[0].use = false; }},
+        {"subtracted line", false, true, [](auto &i) { i.method.subPostForRef = true; }},
+        {"background", false, true, [](auto &i) { i.method.linearBackground = true; }},
+        {"row value", false, false, [](auto &i) { i.points[1].referenceMu[0] += 1; }},
+        {"edge", false, false,
+         [](auto &i) {
+             i.references[0].spectrum.setEdge(100, 150, 190); // a point more behind it
+             i.references[0].spectrum.fitVictoreens();
+         }},
+    };
+    for (const Case &c : cases) {
+        for (const bool nonEquiv : {true, false}) {
+            std::mt19937 random(1);
+            AnalysisInput input = randomInput(random, 4, 6, 9, 5, false);
+            input.references[2].use = input.references[3].use = false;
+            input.method.nonEquiv = nonEquiv;
+            input.method.exact = false;
+            std::swap(input.points[2].vPoint, input.points[3].vPoint);
+            input.points[1].map = inputs::image(9, 5, std::vector<double>(45, 0.5));
+            MapMemory memory;
+            const auto before = calculateMap(input, {}, &memory).maps;
+            c.change(input);
+            const MapOutcome after = calculateMap(input, {}, &memory);
+            QVERIFY2((after.maps == before) ==
+                         (nonEquiv ? c.reusedByNonEquiv : c.reusedByFourPoints),
+                     c.name);
+            // With or without: the same outcome.
+            const MapOutcome fresh = calculateMap(input);
+            QCOMPARE(inputs::texts(after.messages), inputs::texts(fresh.messages));
+            QCOMPARE(after.valenceCounts.counts(), fresh.valenceCounts.counts());
+            QVERIFY2(differences(*after.maps, *fresh.maps) == 0, c.name);
+        }
     }
 }
 
@@ -293,16 +264,12 @@ void PixelsTest::poolReusesPlanes()
 {
     const auto pool = std::make_shared<ColumnPool>();
     const auto image = inputs::image(3, 2, std::vector<double>(6, 1.0));
-    const double *first = nullptr;
-    {
-        ResultMaps maps(Method::ThreePoints, image, pool);
-        first = maps.addPlane(Quantity::Ratio1);
-        const ResultMaps moved = std::move(maps);
-        QCOMPARE(moved.plane(Quantity::Ratio1), first);
-    }
+    const double *first = ResultMaps(Method::ThreePoints, image, pool).addPlane(Quantity::Ratio1);
     ResultMaps again(Method::ThreePoints, image, pool);
     QCOMPARE(again.addPlane(Quantity::Amount), first);
     QVERIFY(again.addPlane(Quantity::Valence) != first);
+    const ResultMaps moved = std::move(again);
+    QCOMPARE(moved.plane(Quantity::Amount), first);
 }
 
 void PixelsTest::partsCoverEverythingOnce()
