@@ -183,6 +183,7 @@ private slots:
     void keepsWhatItCannotReplace_data();
     void keepsWhatItCannotReplace();
     void namesUnreadableInputs();
+    void notesWhatItDoesNotKnow();
     void progressIsForTerminals();
 
 private:
@@ -613,6 +614,16 @@ void BatchTest::namesUnreadableInputs()
         QVERIFY2(result.err.contains(QRegularExpression(path(name) + ": .+\n")), name);
     }
     QCOMPARE(filesAndSums(), before);
+}
+
+void BatchTest::notesWhatItDoesNotKnow()
+{
+    const Run result =
+        run({"--quiet", session("Edge/EdgeX=1 Method/TypeTMK=exact View/ShowMapB=3")});
+    QCOMPARE(result.status, 0);
+    QCOMPARE(result.out, outputOf({k3ps, kLcf}));
+    QVERIFY(result.err.contains("Edge/EdgeX") && result.err.contains("Method/TypeTMK=exact"));
+    QCOMPARE(result.err.count('\n'), 2);
 }
 
 void BatchTest::progressIsForTerminals()
