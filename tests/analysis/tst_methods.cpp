@@ -149,7 +149,6 @@ private slots:
     void nonEquivSpecialCases();
     void lcfFindsTheMixture();
     void lcfRangeTakesBothEnds();
-    void histogramsFollowTheMap();
     void rowValuesGoThroughTexts();
 };
 
@@ -458,31 +457,6 @@ void MethodsTest::lcfRangeTakesBothEnds()
     const LcfOutcome empty = calculateLcf(input);
     QVERIFY(inputs::texts(empty.messages)[0].startsWith(
         QStringLiteral("Result of LCF ::    nan :    nan :    nan")));
-}
-
-void MethodsTest::histogramsFollowTheMap()
-{
-    AnalysisInput input;
-    input.references = {inputs::reference(0, 0.0, flatSpectrum(1)),
-                        inputs::reference(1, 1.0, flatSpectrum(1))};
-    // alpha = 1, beta = 0 at V; the pixel is 0, v, 1: a = v, valence 1 - v, amount 1 / 1.
-    for (int i = 0; i < 3; ++i) {
-        EnergyPointInput point = inputs::point(i, 110 + i);
-        point.referenceMu = {i == 0 ? 0.0 : 1.0, i == 2 ? 1.0 : 0.0, 0, 0};
-        point.vPoint = i == 1;
-        point.map = inputs::image(4, 1,
-                                  i == 1 ? std::vector<double>{0, 0.25, 0.5, 1}
-                                         : std::vector<double>(4, i == 0 ? 0.0 : 1.0));
-        input.points.push_back(point);
-    }
-    input.valenceHistogram = {0, 1, 3, true}; // auto: the same limits here
-    input.amountHistogram = {-5, 5, 2, true};
-    const MapOutcome outcome = calculateMap(input);
-    QCOMPARE(outcome.valenceCounts.counts(), std::vector<qint32>({1, 1, 2}));
-    QCOMPARE(outcome.valenceCounts.step(), 0.5);
-    QCOMPARE(outcome.amountHistogram.from, 0.5); // all 1: half a unit wider both ways
-    QCOMPARE(outcome.amountHistogram.to, 1.5);
-    QCOMPARE(outcome.amountCounts.counts(), std::vector<qint32>({0, 4}));
 }
 
 void MethodsTest::rowValuesGoThroughTexts()
