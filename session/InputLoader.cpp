@@ -6,8 +6,6 @@
 namespace orvel {
 namespace {
 
-const QString kDefaultEdge = QStringLiteral("8350");
-
 class Loader {
 public:
     Loader(const SessionTexts &texts, const LoadListener &listener)

@@ -355,6 +355,23 @@ bool hasSessionLine(const QByteArray &ini)
 
 } // namespace
 
+bool isSession(const QString &path)
+{
+    QFile file(path);
+    if (!QFileInfo(path).isFile() || file.size() > kLargestSession ||
+        !file.open(QIODevice::ReadOnly)) {
+        return false;
+    }
+    const QStringList lines = QString::fromUtf8(file.readAll()).split(QLatin1Char('\n'));
+    for (const QString &line : lines) {
+        const QString text = line.trimmed();
+        if (text.startsWith(QLatin1Char('['))) {
+            return text == QLatin1String("[Session]");
+        }
+    }
+    return false;
+}
+
 SessionReading readSession(const QString &path)
 {
     SessionReading reading;

@@ -15,6 +15,9 @@ struct SessionReading {
     PanelState state;
 };
 
+/// Whether a path names a readable regular file whose first group is [Session].
+bool isSession(const QString &path);
+
 /// Reads a session file: INI, UTF-8; docs/formats.md lists the keys. A file without a [Session]
 /// line, of another version or with lines that are no INI is refused, and so is one with
 /// serialised objects ("@Variant(...)"), which no session needs. A missing key leaves the

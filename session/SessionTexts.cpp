@@ -4,6 +4,8 @@
 
 namespace orvel {
 
+const QString kDefaultEdge = QStringLiteral("8350");
+
 MethodChoice methodOf(const SessionTexts &texts)
 {
     MethodChoice method;

@@ -46,6 +46,9 @@ enum class SubtractedLine { Pre, Post };
 enum class BackgroundLine { Victoreen, Linear };
 enum class GraphNormalization { None, SubPre, EdgeJump, TwoVictoreens };
 
+/// The edge field's text before any edge is found [eV].
+extern const QString kDefaultEdge;
+
 struct SessionTexts {
     std::optional<QString> edgeE; ///< [eV]; none: the edge found in the last readable reference
     QString preEdgeEndDE = QStringLiteral("-50");    ///< [eV] from the edge

@@ -1,0 +1,15 @@
+#pragma once
+
+#include <QString>
+#include <QStringList>
+
+namespace orvel {
+
+/// Whether the window speaks Japanese: the last of "-j" and "-e" decides, Japanese without either.
+/// arguments  without the program's name; everything else is ignored
+bool wantsJapanese(const QStringList &arguments);
+
+/// The first argument that names a session file; empty when none does.
+QString sessionArgument(const QStringList &arguments);
+
+} // namespace orvel

@@ -1,0 +1,30 @@
+#include "app/Body.h"
+#include "app/StartUp.h"
+#include "panel/FourPs.h"
+#include "session/Catalogue.h"
+
+#include <QApplication>
+#include <QLoggingCategory>
+#include <QTranslator>
+
+int main(int argc, char **argv)
+{
+    QApplication::setAttribute(Qt::AA_EnableHighDpiScaling);
+    QApplication::setAttribute(Qt::AA_UseHighDpiPixmaps);
+    const QApplication app(argc, argv);
+    // Readers log every oddity; QT_LOGGING_RULES="*.debug=true" shows it.
+    QLoggingCategory::setFilterRules(QStringLiteral("*.debug=false"));
+
+    const QStringList arguments = QApplication::arguments().mid(1);
+    QTranslator translator;
+    if (orvel::wantsJapanese(arguments)) {
+        orvel::installJapanese(translator);
+    }
+    Body body;
+    body.show();
+    const QString session = orvel::sessionArgument(arguments);
+    if (!session.isEmpty()) {
+        body.panel()->openSession(session);
+    }
+    return QApplication::exec();
+}

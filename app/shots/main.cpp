@@ -1,0 +1,76 @@
+// Renders the main window to a picture: what docs/shots calls for the pictures of the documents.
+//
+//   orvel-shots [-j] [--size WxH] [--pop] OUT.png [SESSION]
+#include "app/Body.h"
+#include "display/DispMBase.h"
+#include "panel/FourPs.h"
+#include "session/Catalogue.h"
+
+#include <QAbstractButton>
+#include <QApplication>
+#include <QCommandLineParser>
+#include <QLoggingCategory>
+#include <QTranslator>
+
+#include <cstdio>
+
+namespace {
+
+/// Lets layouts and paints settle.
+void settle()
+{
+    for (int i = 0; i < 20; ++i) {
+        QApplication::processEvents();
+    }
+}
+
+} // namespace
+
+int main(int argc, char **argv)
+{
+    const QApplication app(argc, argv);
+    QLoggingCategory::setFilterRules(QStringLiteral("*.debug=false"));
+    QCommandLineParser parser;
+    const QCommandLineOption japanese(QStringLiteral("j"));
+    const QCommandLineOption size(QStringLiteral("size"), QString(), QStringLiteral("WxH"),
+                                  QStringLiteral("1366x736"));
+    const QCommandLineOption conditions(QStringLiteral("conditions"));
+    const QCommandLineOption pop(QStringLiteral("pop"));
+    parser.addOptions({japanese, size, conditions, pop});
+    parser.process(app);
+    const QStringList paths = parser.positionalArguments();
+    const QStringList sides = parser.value(size).split(QLatin1Char('x'));
+    if (paths.isEmpty() || sides.size() != 2) {
+        std::fputs(
+            "usage: orvel-shots [-j] [--size WxH] [--conditions] [--pop] OUT.png [SESSION]\n",
+            stderr);
+        return 2;
+    }
+    QTranslator translator;
+    if (parser.isSet(japanese)) {
+        orvel::installJapanese(translator);
+    }
+    Body body;
+    body.resize(sides[0].toInt(), sides[1].toInt());
+    body.show();
+    settle();
+    if (paths.size() > 1) {
+        body.panel()->openSession(paths[1]);
+    }
+    if (parser.isSet(conditions)) {
+        body.panel()->findChild<QAbstractButton *>(QStringLiteral("MoreCondsCB"))->setChecked(true);
+    }
+    settle();
+    QWidget *shown = &body;
+    if (parser.isSet(pop)) {
+        auto *map = body.panel()->findChild<DispMBase *>(QStringLiteral("ResultMap"));
+        map->popDock();
+        settle();
+        shown = map->area()->window();
+    }
+    if (!shown->grab().save(paths[0])) {
+        std::fprintf(stderr, "orvel-shots: cannot write %s\n", qPrintable(paths[0]));
+        return 1;
+    }
+    return 0;
+}

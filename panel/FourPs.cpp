@@ -1,0 +1,507 @@
+#include "panel/FourPs.h"
+
+#include "display/DispMBase.h"
+#include "display/Histgram.h"
+#include "display/cBar.h"
+#include "images/AEPoint.h"
+#include "panel/PointHeader.h"
+#include "spectra/ARefFile.h"
+#include "spectra/AXafsFileSelect.h"
+#include "ui_FourPs.h"
+
+#include <QButtonGroup>
+#include <QFileDialog>
+
+using orvel::kPointRows;
+using orvel::kReferenceRows;
+
+FourPs::FourPs(QWidget *parent)
+    : QFrame(parent), m_ui(std::make_unique<Ui::FourPs>()),
+      m_pool(std::make_shared<orvel::ColumnPool>())
+{
+    m_ui->setupUi(this);
+    m_valenceHistogram =
+        std::make_unique<Histgram>(m_ui->HgAFrom, m_ui->HgATo, m_ui->HgABoxes, m_ui->HgAAuto);
+    m_amountHistogram =
+        std::make_unique<Histgram>(m_ui->HgTFrom, m_ui->HgTTo, m_ui->HgTBoxes, m_ui->HgTAuto);
+    makeRows();
+    m_ui->ResultMap->setTitle(tr("Result Map"));
+    m_ui->DataMap->setTitle(tr("Data Map"));
+    m_ui->SaveFSelect->setMode(AFileSelect::Save);
+    m_ui->DispFSelect->setMultiple(true);
+    m_ui->Disps->panel(Displays::DMuts)->area()->setMarkLines(&m_energyLines);
+    makeHints();
+    connectInputs();
+    connectRuns();
+    connectDisplays();
+    dispCalcConditions(m_ui->MoreCondsCB->isChecked());
+    m_ui->MainSplitter->setStretchFactor(0, 0);
+    m_ui->MainSplitter->setStretchFactor(1, 1);
+    m_ui->GraphSplitter->setStretchFactor(0, 1);
+    m_ui->GraphSplitter->setStretchFactor(1, 1);
+}
+
+FourPs::~FourPs()
+{
+    // The surface may still ask for its lines while the widgets go.
+    m_ui->Disps->panel(Displays::DMuts)->area()->setMarkLines(nullptr);
+}
+
+QSize FourPs::minimumSizeHint() const
+{
+    return QSize(1200, 660); // scroll areas would let it open as a strip
+}
+
+void FourPs::makeRows()
+{
+    for (int n = 0; n < kReferenceRows; ++n) {
+        auto *row = new ARefFile(this);
+        row->setName(tr("Ref %1").arg(n + 1));
+        row->selector()->setDisplay(
+            m_ui->Disps->panel(static_cast<Displays::DispId>(Displays::DRef1 + n)));
+        row->selector()->hideLabel();
+        m_ui->RefFileLayout->addWidget(row);
+        m_references[static_cast<size_t>(n)] = row;
+        m_refFiles.append(row);
+    }
+    m_ui->TargetFile->setDisplay(m_ui->Disps->panel(Displays::DTarget));
+    m_ui->TargetFile->hideLabel();
+    m_ui->DispFSelect->hideLabel();
+
+    auto *shown = new QButtonGroup(this);
+    for (int i = 0; i < kPointRows; ++i) {
+        auto *row = new AEPoint(this);
+        row->setNumber(tr("%1").arg(i + 1) + QStringLiteral(":  "));
+        m_points[static_cast<size_t>(i)] = row;
+        shown->addButton(row->showMapButton(), i);
+        row->pickButton()->setAutoExclusive(false); // the chosen one can be unchosen
+    }
+    m_points[0]->showMapButton()->setChecked(true);
+
+    auto *header = new PointHeader(m_points[0], this);
+    const QString line = QStringLiteral("\n");
+    header->setCaptions({tr("No."), tr("Use"), tr("Non") + line + tr("Equiv."), tr("LCF"),
+                         tr("Eng.") + line + tr("[eV]"), tr("Ref.1"), tr("Ref.2"), tr("Ref.3"),
+                         tr("Ref.4"), tr("Target"), tr("Map") + line + tr("Select 2D Map Data"),
+                         tr("Show"), tr("F.P.")},
+                        tr("mut"));
+    m_ui->PointLayout->addWidget(header);
+    for (AEPoint *row : m_points) {
+        m_ui->PointLayout->addWidget(row);
+    }
+}
+
+void FourPs::connectInputs()
+{
+    for (QLineEdit *edit : {m_ui->EdgeE, m_ui->PreEEndDE, m_ui->PostEStartDE}) {
+        connect(edit, &QLineEdit::editingFinished, this, &FourPs::setEdge);
+    }
+    void (FourPs::*const received[kReferenceRows])() = {
+        &FourPs::receiveNewRef1, &FourPs::receiveNewRef2, &FourPs::receiveNewRef3,
+        &FourPs::receiveNewRef4};
+    for (int n = 0; n < kReferenceRows; ++n) {
+        const ARefFile *row = m_references[static_cast<size_t>(n)];
+        connect(row, &ARefFile::selectedFile, this, received[n]);
+        connect(row, &ARefFile::foundNewEdge, this, &FourPs::noticedNewEdge);
+        connect(row->selector(), &AFileSelect::newDir, this, &FourPs::receiveNewDir);
+        connectSpectrumShift(row->selector(), n);
+    }
+    connect(&m_refFiles, &RefFiles::changedUse, this, &FourPs::calcBoth);
+
+    connect(m_ui->TargetFile, &AFileSelect::newFilePath, this, &FourPs::receiveNewFile);
+    connect(m_ui->TargetFile, &AFileSelect::newDir, this, &FourPs::receiveNewDir);
+    connectSpectrumShift(m_ui->TargetFile, -1);
+    connect(m_ui->DispFSelect, &AFileSelect::newFilePaths, this, &FourPs::receiveNewDispFiles);
+    connect(m_ui->DispFSelect, &AFileSelect::newFilePath, this, [this](const QString &path) {
+        receiveNewDispFiles(path.isEmpty() ? QStringList() : QStringList(path)); // a drop, or Clear
+    });
+    connect(m_ui->DispFSelect, &AFileSelect::newDir, this, &FourPs::receiveNewDir);
+    connect(m_ui->SaveFSelect, &AFileSelect::newDir, this, &FourPs::receiveNewDir);
+    connect(m_ui->RemoveAFile, &QPushButton::clicked, this, &FourPs::removeAFile);
+
+    for (AEPoint *row : m_points) {
+        connect(row, &AEPoint::newDir, this, &FourPs::receiveNewDir);
+        connect(row, &AEPoint::newEnergy, this, &FourPs::receiveNewEnergy);
+        connect(row, &AEPoint::changedCB, this, &FourPs::updateMarkLines);
+        connect(row, &AEPoint::changedCB, this, &FourPs::calcBoth);
+        connect(row, &AEPoint::newData, this, &FourPs::updateDMap);
+        connect(row, &AEPoint::lostData, this, &FourPs::updateDMap);
+        connect(row->fileSelect(), &AFileSelect::newFilePaths, this, &FourPs::receiveNewPaths);
+        connect(row->showMapButton(), &QAbstractButton::toggled, this, &FourPs::updateDMap);
+        connect(row->pickButton(), &QAbstractButton::toggled, this,
+                [this, row](bool on) { toggledPickButton(row, on); });
+    }
+    for (const QRadioButton *button : {m_ui->SubPreEforRef, m_ui->SubPostEforRef}) {
+        connect(button, &QRadioButton::toggled, this, &FourPs::changedSubBGTypeForRef);
+    }
+    for (const QRadioButton *button : {m_ui->SubPreEforTarget, m_ui->SubPostEforTarget}) {
+        connect(button, &QRadioButton::toggled, this, &FourPs::changedSubBGTypeForTarget);
+    }
+}
+
+/// A spectrum that was shifted gets its lines anew, and its column, before the calculation.
+void FourPs::connectSpectrumShift(AXafsFileSelect *selector, int reference)
+{
+    connect(selector, &AXafsFileSelect::updated, this, [this, selector, reference] {
+        applyEdge(*selector);
+        for (int row = 0; row < kPointRows; ++row) {
+            if (reference < 0) {
+                refreshTarget(row);
+            } else {
+                refreshReference(row, reference);
+            }
+        }
+        calcBoth();
+        updatePlots();
+    });
+}
+
+void FourPs::connectRuns()
+{
+    connect(m_ui->CalcTargetB, &QPushButton::clicked, this, &FourPs::calcTarget);
+    connect(m_ui->CalcMapB, &QPushButton::clicked, this, &FourPs::calcMap);
+    connect(m_ui->WriteB, &QPushButton::clicked, this, &FourPs::calcAndWrite);
+    connect(m_ui->LCFB, &QPushButton::clicked, this, &FourPs::lcf);
+    connect(m_ui->OpenSessionB, &QPushButton::clicked, this, [this] { chooseSession(false); });
+    connect(m_ui->SaveSessionB, &QPushButton::clicked, this, [this] { chooseSession(true); });
+}
+
+void FourPs::connectDisplays()
+{
+    connect(m_ui->Disps, &Displays::draw, this, &FourPs::draw);
+    const DispABase *comparison = m_ui->Disps->panel(Displays::DLCFvsMPS);
+    connect(comparison, &DispABase::mDClicked, this, &FourPs::clearLCFvs4PS);
+    connect(comparison, &DispABase::mReleased, this, &FourPs::newColorLCFvs4PS);
+    connect(m_ui->ResultMap, &DispMBase::draw, this, &FourPs::drawMap);
+    connect(m_ui->ResultMap, &DispMBase::nowPos, this, &FourPs::receiveNowPosInMap);
+    connect(m_ui->ResultMap, &DispMBase::mDClicked, this, &FourPs::dClickedInMap);
+    connect(m_ui->DataMap, &DispMBase::draw, this, &FourPs::drawDMap);
+    connect(m_ui->DataMap, &DispMBase::nowPos, this, &FourPs::receiveNowPosInDMap);
+    connect(m_ui->Disps->panel(Displays::DMuts), &DispABase::mPressed, this,
+            &FourPs::mPressedInAllMut);
+    connect(&m_energyLines, &MarkLines::moving, this, [this] {
+        const int selected = m_energyLines.selected();
+        for (AEPoint *row : m_points) {
+            if (row->energyEdit() == m_energyLines.lines()[selected]->edit()) {
+                row->inNewEnergy();
+            }
+        }
+    });
+
+    connect(m_ui->MapGroup, QOverload<QAbstractButton *, bool>::of(&QButtonGroup::buttonToggled),
+            this, &FourPs::selectedNewMap);
+    connect(m_ui->HgGroup, QOverload<QAbstractButton *, bool>::of(&QButtonGroup::buttonToggled),
+            this, [this](QAbstractButton *, bool on) {
+                if (on) {
+                    countShownHistogram();
+                    m_ui->Disps->panel(Displays::DHistA)->updateSurface();
+                }
+            });
+    connect(m_ui->MapWGrid, &QCheckBox::toggled, this, &FourPs::updateMaps);
+    for (DispMBase *panel : {m_ui->ResultMap, m_ui->DataMap}) {
+        const bool isResult = panel == m_ui->ResultMap;
+        const auto typed = [panel] { panel->bar()->setAutoScale(false); };
+        for (const char *name : {"MinV", "MaxV"}) {
+            connect(panel->findChild<QLineEdit *>(QLatin1String(name)), &QLineEdit::textEdited,
+                    this, typed);
+        }
+        connect(panel->bar(), &cBar::autoScaleChosen, this, [this, isResult](bool on) {
+            if (on && isResult) {
+                newMapLimits();
+            } else if (on) {
+                newDMapLimits();
+            }
+        });
+    }
+    connect(m_ui->ShowDMap, &QCheckBox::toggled, m_ui->DataMap, &QWidget::setVisible);
+    connect(m_ui->ShowDAB, &QCheckBox::toggled, m_ui->Disps, &QWidget::setVisible);
+    connect(m_ui->ShowMap, &QCheckBox::toggled, m_ui->ResultMapW, &QWidget::setVisible);
+    connect(m_ui->MoreCondsCB, &QCheckBox::toggled, this, &FourPs::dispCalcConditions);
+    DispABase *muts = m_ui->Disps->panel(Displays::DMuts);
+    for (const QAbstractButton *button : {static_cast<QAbstractButton *>(m_ui->NNone),
+                                          static_cast<QAbstractButton *>(m_ui->NBySubPre),
+                                          static_cast<QAbstractButton *>(m_ui->NByEJ),
+                                          static_cast<QAbstractButton *>(m_ui->NBy2Vics),
+                                          static_cast<QAbstractButton *>(m_ui->FullRangeCB)}) {
+        connect(button, &QAbstractButton::toggled, this, [muts] {
+            muts->clearScale(); // other units, or another range
+            muts->updateSurface();
+        });
+    }
+}
+
+/// At most one row takes energies from the graph; the chosen one can be unchosen.
+void FourPs::toggledPickButton(AEPoint *row, bool on)
+{
+    if (!on) {
+        return;
+    }
+    for (const AEPoint *other : m_points) {
+        if (other != row) {
+            other->pickButton()->setChecked(false);
+        }
+    }
+}
+
+void FourPs::chooseSession(bool save)
+{
+    QFileDialog *&dialog = save ? m_saveDialog : m_openDialog;
+    if (!dialog) {
+        dialog = new QFileDialog(this);
+        dialog->setNameFilters({QStringLiteral("Sessions (*.ini)"), QStringLiteral("All (* *.*)")});
+        dialog->setAcceptMode(save ? QFileDialog::AcceptSave : QFileDialog::AcceptOpen);
+        dialog->setFileMode(save ? QFileDialog::AnyFile : QFileDialog::ExistingFile);
+        dialog->setDefaultSuffix(QStringLiteral("ini"));
+        connect(dialog, &QFileDialog::fileSelected, this,
+                save ? &FourPs::saveSession : &FourPs::openSession);
+    }
+    dialog->open();
+}
+
+// --- inputs that follow other inputs ------------------------------------------------------------
+
+void FourPs::noticedNewEdge(double e)
+{
+    m_ui->EdgeE->setText(QString::number(e, 'g', 6));
+    m_ui->EdgeE->setCursorPosition(0);
+    setEdge();
+}
+
+void FourPs::applyEdge(AMutE &spectrum) const
+{
+    const double edge = m_ui->EdgeE->text().toDouble();
+    spectrum.setEdge(edge + m_ui->PreEEndDE->text().toDouble(), edge,
+                     edge + m_ui->PostEStartDE->text().toDouble());
+    spectrum.fitVictoreens();
+}
+
+void FourPs::setEdge()
+{
+    for (const ARefFile *row : m_references) {
+        applyEdge(*row->selector());
+    }
+    applyEdge(*m_ui->TargetFile);
+    for (AMutE &spectrum : m_displaySpectra) {
+        applyEdge(spectrum);
+    }
+    receiveNewTarget();
+    for (int n = 0; n < kReferenceRows; ++n) {
+        receiveNewRef(n);
+    }
+    updatePlots();
+}
+
+/// The spectrum's value at the row's energy; rows without an energy stay as they are.
+static void showRowValue(QLineEdit *field, const AXafsFileSelect &selector, double energyEv)
+{
+    double value = 0.0;
+    if (!(energyEv > 0.0)) {
+        return;
+    }
+    if (selector.valueMinusLine(energyEv, value)) {
+        field->setText(QString::number(value, 'g', 6));
+        field->setCursorPosition(0);
+    } else {
+        field->clear();
+    }
+}
+
+void FourPs::refreshReference(int row, int n)
+{
+    const AEPoint *point = m_points[static_cast<size_t>(row)];
+    const AXafsFileSelect *selector = m_references[static_cast<size_t>(n)]->selector();
+    if (selector->isValid()) {
+        showRowValue(point->referenceEdit(n), *selector, point->energyEv());
+    }
+}
+
+void FourPs::refreshTarget(int row)
+{
+    const AEPoint *point = m_points[static_cast<size_t>(row)];
+    showRowValue(point->targetEdit(), *m_ui->TargetFile, point->energyEv());
+}
+
+void FourPs::receiveNewEnergy(double /*e*/)
+{
+    const int row = rowOf(sender());
+    if (row < 0) {
+        return;
+    }
+    for (int n = 0; n < kReferenceRows; ++n) {
+        refreshReference(row, n);
+    }
+    refreshTarget(row);
+    updatePlots();
+}
+
+void FourPs::receiveNewRef(int n)
+{
+    if (!m_references[static_cast<size_t>(n)]->selector()->isValid()) {
+        return;
+    }
+    for (int row = 0; row < kPointRows; ++row) {
+        refreshReference(row, n);
+    }
+    calcBoth();
+    updatePlots();
+}
+
+void FourPs::receiveNewRef1()
+{
+    receiveNewRef(0);
+}
+
+void FourPs::receiveNewRef2()
+{
+    receiveNewRef(1);
+}
+
+void FourPs::receiveNewRef3()
+{
+    receiveNewRef(2);
+}
+
+void FourPs::receiveNewRef4()
+{
+    receiveNewRef(3);
+}
+
+void FourPs::receiveNewTarget()
+{
+    for (int row = 0; row < kPointRows; ++row) {
+        refreshTarget(row);
+    }
+    updatePlots();
+}
+
+void FourPs::receiveNewFile(const QString & /*fname*/)
+{
+    applyEdge(*m_ui->TargetFile);
+    receiveNewTarget();
+    calcBoth();
+}
+
+void FourPs::changedSubBGTypeForRef(bool /*on*/)
+{
+    for (int n = 0; n < kReferenceRows; ++n) {
+        m_references[static_cast<size_t>(n)]->selector()->setSubtractPost(
+            m_ui->SubPostEforRef->isChecked());
+        for (int row = 0; row < kPointRows; ++row) {
+            refreshReference(row, n);
+        }
+    }
+    updatePlots();
+}
+
+void FourPs::changedSubBGTypeForTarget(bool /*on*/)
+{
+    m_ui->TargetFile->setSubtractPost(m_ui->SubPostEforTarget->isChecked());
+    receiveNewTarget();
+}
+
+void FourPs::receiveNewDir(const QString &dir)
+{
+    for (const ARefFile *row : m_references) {
+        row->selector()->setDir(dir);
+    }
+    for (const AEPoint *row : m_points) {
+        row->fileSelect()->setDir(dir);
+    }
+    for (AFileSelect *selector :
+         {static_cast<AFileSelect *>(m_ui->TargetFile), m_ui->DispFSelect, m_ui->SaveFSelect}) {
+        selector->setDir(dir);
+    }
+}
+
+void FourPs::receiveNewPaths(const QStringList &paths)
+{
+    const int first = rowOf(sender()->parent());
+    if (first < 0 || paths.size() < 2) {
+        return; // a single one comes by the row's own newFilePath
+    }
+    for (int k = 0; k < paths.size() && first + k < kPointRows; ++k) {
+        m_points[static_cast<size_t>(first + k)]->fileSelect()->newFile(paths[k]);
+    }
+}
+
+void FourPs::receiveNewDispFiles(const QStringList &paths)
+{
+    m_ui->SelectedFs->clear();
+    m_ui->SelectedFs->addItems(paths);
+    loadDisplaySpectra();
+}
+
+void FourPs::removeAFile()
+{
+    delete m_ui->SelectedFs->takeItem(m_ui->SelectedFs->currentRow());
+    loadDisplaySpectra();
+}
+
+void FourPs::loadDisplaySpectra()
+{
+    m_displaySpectra.clear();
+    for (int i = 0; i < m_ui->SelectedFs->count(); ++i) {
+        QListWidgetItem *item = m_ui->SelectedFs->item(i);
+        item->setToolTip(item->text());
+        AMutE spectrum;
+        if (spectrum.readFile(item->text())) {
+            applyEdge(spectrum);
+            m_displaySpectra.push_back(spectrum);
+        } else {
+            item->setToolTip(QStringLiteral("%1: %2").arg(item->text(),
+                                                          orvel::describe(spectrum.readFailure())));
+            item->setForeground(Qt::red);
+        }
+    }
+    updatePlots();
+}
+
+/// Every used row with its energy is a line in the graph of all spectra.
+void FourPs::updateMarkLines()
+{
+    const QVector<MarkLine *> old = m_energyLines.lines();
+    m_energyLines.clear();
+    qDeleteAll(old);
+    for (const AEPoint *row : m_points) {
+        if (row->isUsed()) {
+            m_energyLines.append(new MarkLine(row->energyEdit(), 0, this));
+        }
+    }
+    m_ui->Disps->panel(Displays::DMuts)->updateSurface();
+}
+
+void FourPs::mPressedInAllMut(MouseC *m)
+{
+    if (m_energyLines.isMoving()) {
+        return; // the press took a marker
+    }
+    for (AEPoint *row : m_points) {
+        if (row->pickButton()->isChecked()) {
+            const ChCoord *coord = m_ui->Disps->panel(Displays::DMuts)->coord();
+            row->energyEdit()->setText(QString::number(coord->rx(m->x()), 'g', 6));
+            row->energyEdit()->setCursorPosition(0);
+            row->inNewEnergy();
+        }
+    }
+}
+
+void FourPs::dispCalcConditions(bool f)
+{
+    m_ui->FourPCondsF->setVisible(f);
+    m_ui->NonEquivCondsF->setVisible(f);
+}
+
+void FourPs::makeHints()
+{
+    for (const ARefFile *row : m_references) {
+        row->selector()->setHint(tr("Drop or select an XAFS spectrum"));
+    }
+    m_ui->TargetFile->setHint(tr("Drop or select the target's spectrum"));
+    m_ui->DispFSelect->setHint(tr("Further spectra to show"));
+    for (const AEPoint *row : m_points) {
+        row->fileSelect()->setHint(tr("Drop a map"));
+    }
+    m_ui->SaveFSelect->setHint(tr("Result file"));
+    m_ui->StepsLabel->setText(tr("1. References and valences   2. Maps, energies, Use   "
+                                 "3. Calc.   4. Write"));
+}

@@ -1,0 +1,185 @@
+#pragma once
+
+#include "analysis/AnalysisInput.h"
+#include "analysis/Calculations.h"
+#include "analysis/MapMemory.h"
+#include "display/CColors.h"
+#include "display/Displays.h"
+#include "display/MapPainter.h"
+#include "display/MarkLines.h"
+#include "panel/plots/ComparisonPlot.h"
+#include "panel/plots/ImageDifferences.h"
+#include "panel/plots/ScatterPlot.h"
+#include "session/SessionTexts.h"
+#include "spectra/RefFiles.h"
+
+#include <QFrame>
+#include <QPoint>
+
+#include <array>
+#include <memory>
+#include <optional>
+#include <vector>
+
+class AEPoint;
+class ARefFile;
+class AXafsFileSelect;
+class DispMBase;
+class Histgram;
+class QFileDialog;
+class QRadioButton;
+class QCheckBox;
+namespace Ui {
+class FourPs;
+}
+
+/// The analysis panel: every input, the parameters, the results and the displays. It wires widgets
+/// to the analyses: what is computed is taken from the form as one AnalysisInput (FourPsInput.cpp),
+/// run and shown in FourPsRun.cpp, painted in FourPsDraw.cpp; this class computes nothing itself.
+class FourPs : public QFrame {
+    Q_OBJECT
+
+public:
+    explicit FourPs(QWidget *parent = nullptr);
+    ~FourPs() override;
+
+    QSize minimumSizeHint() const override;
+
+    /// The form as a value, and back. Setting it loads the files it names and runs calcBoth()
+    /// once; previous results and messages stay.
+    orvel::PanelState state() const;
+    void setState(const orvel::PanelState &state);
+
+    /// What an analysis would read now.
+    orvel::AnalysisInput readInput() const;
+    std::shared_ptr<const orvel::ResultMaps> results() const { return m_maps; }
+
+public slots:
+    void noticedNewEdge(double e);
+    void setEdge();
+    void updateMaps(bool);
+    void dispCalcConditions(bool f);
+    void changedSubBGTypeForRef(bool);
+    void changedSubBGTypeForTarget(bool);
+    void removeAFile();
+    void receiveNewDir(const QString &dir);
+    void receiveNewEnergy(double);
+    void receiveNewFile(const QString &fname);
+    void receiveNewRef(int n);
+    void receiveNewRef1();
+    void receiveNewRef2();
+    void receiveNewRef3();
+    void receiveNewRef4();
+    void receiveNewTarget();
+    void receiveNewDispFiles(const QStringList &paths);
+    void receiveNewPaths(const QStringList &paths);
+    void calcBoth();
+    void calcMap();
+    void calcTarget();
+    void calcAndWrite();
+    void clearLCFvs4PS(MouseC *m);
+    void newColorLCFvs4PS(MouseC *m);
+    void updateDMap();
+    void draw(Displays::DispId id, DispABase *dab, QStylePainter *p);
+    void drawMap(QStylePainter *p);
+    void drawDMap(QStylePainter *p);
+    void selectedNewMap();
+    void receiveNowPosInMap(double x, double y);
+    void receiveNowPosInDMap(double x, double y);
+    void lcf();
+    void mPressedInAllMut(MouseC *m);
+    void dClickedInMap(MouseC *m);
+
+    /// Opens or saves a session file; a failure is a line in the message box.
+    void openSession(const QString &path);
+    void saveSession(const QString &path);
+
+private:
+    // construction and wiring (FourPs.cpp)
+    void makeRows();
+    void makeHints();
+    void connectInputs();
+    void connectRuns();
+    void connectDisplays();
+    void connectSpectrumShift(AXafsFileSelect *selector, int reference);
+    void toggledPickButton(AEPoint *row, bool on);
+    void chooseSession(bool save);
+
+    // widgets to values and back (FourPsInput.cpp)
+    orvel::SessionTexts texts() const;
+    orvel::ViewTexts view() const;
+    void setTexts(const orvel::SessionTexts &texts);
+    void setView(const orvel::ViewTexts &view);
+    QRadioButton *mapButton(orvel::Quantity quantity) const;
+    QRadioButton *histogramButton(orvel::Quantity quantity) const;
+    QCheckBox *recordButton(orvel::Quantity quantity) const;
+    orvel::Quantity chosenMap() const;
+    orvel::Quantity chosenHistogram() const;
+    int normalization() const;
+    int dataMapRow() const;
+    int rowOf(const QObject *sender) const; ///< -1: no energy-point row
+
+    // inputs that follow other inputs (FourPs.cpp)
+    void applyEdge(AMutE &spectrum) const;
+    void refreshReference(int row, int n);
+    void refreshTarget(int row);
+    void loadDisplaySpectra();
+    void updateMarkLines();
+
+    // runs (FourPsRun.cpp)
+    void writeMessage(const QString &text);
+    void writeLines(const std::vector<orvel::Line> &lines);
+    void runMap(const orvel::AnalysisInput &input);
+    void runTarget(const orvel::AnalysisInput &input);
+    void runLcf(const orvel::AnalysisInput &input);
+    void writeResults();
+    void showResults(const orvel::MapOutcome &outcome);
+    void countShownHistogram();
+
+    // drawing (FourPsDraw.cpp)
+    void updatePlots();
+    void newMapLimits();
+    void newDMapLimits();
+    orvel::MapValues valuesOf(orvel::Quantity quantity) const;
+    orvel::MapValues dataValues() const;
+    void showValueAt(DispMBase *panel, const orvel::MapValues &map, double x, double y);
+    void drawMapOn(DispMBase *panel, orvel::MapPainter &painter, const orvel::MapValues &map,
+                   QStylePainter *p);
+    void drawMuts(DispABase *dab, QStylePainter *p);
+    void drawComparison(DispABase *dab, QStylePainter *p);
+    void drawAmounts(DispABase *dab, QStylePainter *p);
+    void drawDifferences(DispABase *dab, QStylePainter *p);
+
+    std::unique_ptr<Ui::FourPs> m_ui;
+    std::array<ARefFile *, orvel::kReferenceRows> m_references = {};
+    std::array<AEPoint *, orvel::kPointRows> m_points = {};
+    RefFiles m_refFiles;
+    CColors m_colours;
+    std::unique_ptr<Histgram> m_valenceHistogram;
+    std::unique_ptr<Histgram> m_amountHistogram;
+    std::vector<AMutE> m_displaySpectra;
+    MarkLines m_energyLines;
+    bool m_isHeld = false; ///< while a session is taken over nothing is calculated
+    QFileDialog *m_openDialog = nullptr;
+    QFileDialog *m_saveDialog = nullptr;
+
+    std::shared_ptr<orvel::ColumnPool> m_pool;
+    orvel::MapMemory m_memory;
+    std::shared_ptr<const orvel::ResultMaps> m_maps; ///< null: nothing calculated yet
+    mutable orvel::Column m_derived;                 ///< of a quantity that has no plane of its own
+    mutable std::weak_ptr<const orvel::ResultMaps> m_derivedFrom;
+    orvel::BinCounts m_shownCounts; ///< of the quantity that the histogram shows
+    std::optional<QPoint> m_markedPixel;
+    double m_targetA = 0.0;
+    double m_targetValence = 0.0;
+    std::vector<orvel::ComparisonPoint> m_comparison; ///< LCF against the maps' methods
+    int m_comparisonColour = 0;
+    std::optional<AMutE> m_fittedCurve;
+
+    orvel::MapPainter m_mapPainter;
+    orvel::MapPainter m_dMapPainter;
+    orvel::ScatterPlot m_amountScatter;
+    orvel::ScatterPlot m_differenceScatter;
+    orvel::ImageDifferenceCache m_differences;
+    QSize m_dataMapSize;
+};

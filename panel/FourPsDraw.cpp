@@ -1,0 +1,296 @@
+// What the displays show, when they ask for it.
+#include "panel/FourPs.h"
+
+#include "display/DispMBase.h"
+#include "display/Histgram.h"
+#include "display/cBar.h"
+#include "images/AEPoint.h"
+#include "panel/plots/HistogramPlot.h"
+#include "panel/plots/MutsPlot.h"
+#include "spectra/ARefFile.h"
+#include "spectra/AXafsFileSelect.h"
+#include "ui_FourPs.h"
+
+#include <QRadioButton>
+
+#include <cmath>
+
+using orvel::Quantity;
+
+// --- maps ---------------------------------------------------------------------------------------
+
+/// Values of a quantity of the results; without any pixel when the method does not give it.
+orvel::MapValues FourPs::valuesOf(Quantity quantity) const
+{
+    orvel::MapValues map;
+    if (!m_maps) {
+        return map;
+    }
+    map.width = m_maps->width();
+    map.height = m_maps->height();
+    map.owner = m_maps;
+    if (const double *plane = m_maps->plane(quantity)) {
+        map.values = plane;
+        map.count = m_maps->size();
+    } else if (m_maps->fills(quantity)) {
+        if (m_derivedFrom.lock() != m_maps) {
+            m_derived = m_pool->take(static_cast<size_t>(m_maps->size()));
+            for (qint64 i = 0; i < m_maps->size(); ++i) {
+                m_derived[static_cast<size_t>(i)] = m_maps->at(quantity, i);
+            }
+            m_derivedFrom = m_maps;
+        }
+        map.values = m_derived.data();
+        map.count = m_maps->size();
+    }
+    return map;
+}
+
+orvel::MapValues FourPs::dataValues() const
+{
+    orvel::MapValues map;
+    if (const auto image = m_points[static_cast<size_t>(dataMapRow())]->map()) {
+        map.values = image->absorptionPlane().data();
+        map.count = image->size();
+        map.width = image->xNum();
+        map.height = image->yNum();
+        map.owner = image;
+    }
+    return map;
+}
+
+void FourPs::drawMapOn(DispMBase *panel, orvel::MapPainter &painter, const orvel::MapValues &map,
+                       QStylePainter *p)
+{
+    if (!map.isEmpty() && !panel->area()->isRangeSet()) {
+        if (panel->bar()->isAutoScale()) {
+            const orvel::ValueLimits limits = limitsOf(map);
+            panel->setLimits(limits.low, limits.high);
+            panel->bar()->update();
+        }
+        panel->setInitialRange(0, 0, map.width, map.height);
+    }
+    painter.paint(*p, *panel->coord(), map, panel->bar()->scale(), m_ui->MapWGrid->isChecked());
+}
+
+void FourPs::drawMap(QStylePainter *p)
+{
+    const orvel::MapValues map = valuesOf(chosenMap());
+    drawMapOn(m_ui->ResultMap, m_mapPainter, map, p);
+    if (m_markedPixel && !map.isEmpty()) {
+        const ChCoord &coord = *m_ui->ResultMap->coord();
+        const QRectF pixel(QPointF(coord.sx(m_markedPixel->x()), coord.sy(m_markedPixel->y() + 1)),
+                           QPointF(coord.sx(m_markedPixel->x() + 1), coord.sy(m_markedPixel->y())));
+        p->setBrush(Qt::NoBrush);
+        p->setPen(Qt::white);
+        p->drawRect(pixel.adjusted(-3, -3, 2, 2));
+        p->setPen(Qt::black);
+        p->drawRect(pixel.adjusted(-2, -2, 1, 1));
+    }
+}
+
+void FourPs::drawDMap(QStylePainter *p)
+{
+    drawMapOn(m_ui->DataMap, m_dMapPainter, dataValues(), p);
+}
+
+/// Limits of the colours for new values, where they follow the values; the zoom stays.
+void FourPs::newMapLimits()
+{
+    const orvel::MapValues map = valuesOf(chosenMap());
+    if (!map.isEmpty() && m_ui->ResultMap->bar()->isAutoScale()) {
+        const orvel::ValueLimits limits = limitsOf(map);
+        m_ui->ResultMap->setLimits(limits.low, limits.high);
+    }
+    m_ui->ResultMap->updateSurface();
+}
+
+void FourPs::newDMapLimits()
+{
+    const orvel::MapValues map = dataValues();
+    if (!map.isEmpty() && m_ui->DataMap->bar()->isAutoScale()) {
+        const orvel::ValueLimits limits = limitsOf(map);
+        m_ui->DataMap->setLimits(limits.low, limits.high);
+    }
+    m_ui->DataMap->updateSurface();
+}
+
+void FourPs::updateMaps(bool /*on*/)
+{
+    m_ui->ResultMap->updateSurface();
+    m_ui->DataMap->updateSurface();
+}
+
+void FourPs::selectedNewMap()
+{
+    newMapLimits();
+    countShownHistogram();
+    m_ui->Disps->panel(Displays::DHistA)->updateSurface();
+}
+
+void FourPs::updateDMap()
+{
+    m_dMapPainter.clear();
+    const auto image = m_points[static_cast<size_t>(dataMapRow())]->map();
+    const QSize size = image ? QSize(image->xNum(), image->yNum()) : QSize();
+    if (size != m_dataMapSize) {
+        m_ui->DataMap->clearScale();
+        m_dataMapSize = size;
+    }
+    newDMapLimits();
+}
+
+void FourPs::showValueAt(DispMBase *panel, const orvel::MapValues &map, double x, double y)
+{
+    const double column = std::floor(x);
+    const double row = std::floor(y);
+    const bool isInside = column >= 0 && column < map.width && row >= 0 && row < map.height;
+    if (!isInside) {
+        panel->showValue(QString());
+        return;
+    }
+    const qint64 i = static_cast<qint64>(row) * map.width + static_cast<qint64>(column);
+    panel->showValue(QString::number(i < map.count ? map.values[i] : 0.0, 'g', 6));
+}
+
+void FourPs::receiveNowPosInMap(double x, double y)
+{
+    showValueAt(m_ui->ResultMap, valuesOf(chosenMap()), x, y);
+}
+
+void FourPs::receiveNowPosInDMap(double x, double y)
+{
+    showValueAt(m_ui->DataMap, dataValues(), x, y);
+}
+
+void FourPs::dClickedInMap(MouseC *m)
+{
+    const ChCoord &coord = *m_ui->ResultMap->coord();
+    const double x = std::floor(coord.rx(m->x()));
+    const double y = std::floor(coord.ry(m->y()));
+    m_markedPixel.reset();
+    if (m_maps && x >= 0 && x < m_maps->width() && y >= 0 && y < m_maps->height()) {
+        m_markedPixel = QPoint(static_cast<int>(x), static_cast<int>(y));
+    }
+    m_ui->Disps->panel(Displays::DMuts)->updateSurface();
+}
+
+// --- graphs -------------------------------------------------------------------------------------
+
+void FourPs::updatePlots()
+{
+    for (int id = 0; id < Displays::kPanels; ++id) {
+        m_ui->Disps->panel(static_cast<Displays::DispId>(id))->updateSurface();
+    }
+}
+
+void FourPs::draw(Displays::DispId id, DispABase *dab, QStylePainter *p)
+{
+    switch (id) {
+    case Displays::DRef1:
+    case Displays::DRef2:
+    case Displays::DRef3:
+    case Displays::DRef4:
+    case Displays::DTarget:
+        break; // their selectors paint them
+    case Displays::DMuts:
+        drawMuts(dab, p);
+        break;
+    case Displays::DLCFvsMPS:
+        drawComparison(dab, p);
+        break;
+    case Displays::DHistA:
+        orvel::drawHistogramPlot(p, *dab, histogramButton(chosenHistogram())->text(), tr("Num."),
+                                 {m_ui->HgAFrom->text().toDouble(), m_ui->HgATo->text().toDouble(),
+                                  m_shownCounts, m_colours.colour(2), m_maps != nullptr});
+        break;
+    case Displays::DHistDMut:
+        orvel::drawHistogramPlot(p, *dab, tr("Thick."), tr("Num."),
+                                 {m_ui->HgTFrom->text().toDouble(), m_ui->HgTTo->text().toDouble(),
+                                  m_amountHistogram->counts(), m_colours.colour(8),
+                                  m_maps != nullptr});
+        break;
+    case Displays::DDMutVorA:
+        drawAmounts(dab, p);
+        break;
+    case Displays::DM2M3:
+        drawDifferences(dab, p);
+        break;
+    }
+}
+
+void FourPs::drawMuts(DispABase *dab, QStylePainter *p)
+{
+    orvel::MutsPlot plot;
+    plot.mode = normalization();
+    int colour = 1; // black is for the target
+    for (const ARefFile *row : m_references) {
+        if (row->selector()->isValid()) {
+            plot.spectra.push_back({row->selector(), m_colours.colour(colour)});
+        }
+        ++colour;
+    }
+    for (const AMutE &spectrum : m_displaySpectra) {
+        plot.spectra.push_back({&spectrum, m_colours.colour(++colour)});
+    }
+    if (m_ui->TargetFile->isValid()) {
+        plot.spectra.push_back({m_ui->TargetFile, Qt::black});
+    }
+    if (m_fittedCurve) {
+        plot.fitted = &*m_fittedCurve;
+    }
+    for (const AEPoint *row : m_points) {
+        if (!row->isUsed()) {
+            continue;
+        }
+        plot.energies.push_back(row->energyEv());
+        if (m_markedPixel && row->map()) {
+            plot.dots.push_back(QPointF(
+                row->energyEv(), row->map()->absorption(m_markedPixel->x(), m_markedPixel->y())));
+        }
+    }
+    plot.fullRange = m_ui->FullRangeCB->isChecked();
+    orvel::drawMutsPlot(p, *dab, tr("Eng.[eV]"), tr("mut"), plot);
+}
+
+void FourPs::drawComparison(DispABase *dab, QStylePainter *p)
+{
+    double valences[2] = {0.0, 0.0};
+    int found = 0;
+    for (const ARefFile *row : m_references) {
+        if (row->isUsed() && found < 2) {
+            valences[found++] = row->valence();
+        }
+    }
+    orvel::drawComparisonPlot(p, *dab, tr("LCF"), QStringLiteral("MPs"), m_comparison,
+                              valences[0] - 0.2, valences[1] + 0.2, m_colours);
+}
+
+void FourPs::drawAmounts(DispABase *dab, QStylePainter *p)
+{
+    const orvel::MapValues valence = valuesOf(Quantity::Valence);
+    const orvel::MapValues amount = valuesOf(Quantity::Amount);
+    m_amountScatter.draw(p, *dab, tr("Valence"), tr("Thick."), valence.values, amount.values,
+                         static_cast<size_t>(amount.count), m_maps, m_colours.colour(2));
+}
+
+/// Absorption differences of every pixel: the two used rows that are no V point, and the V point.
+void FourPs::drawDifferences(DispABase *dab, QStylePainter *p)
+{
+    orvel::ImageDifferenceCache::Images images;
+    size_t next = 0;
+    for (const AEPoint *row : m_points) {
+        if (row->isUsed() && row->map()) {
+            if (row->isVPoint()) {
+                images[2] = row->map();
+            } else if (next < 2) {
+                images[next++] = row->map();
+            }
+        }
+    }
+    const auto differences = m_differences.of(images);
+    m_differenceScatter.draw(
+        p, *dab, tr("M3"), tr("M2"), differences ? differences->x.data() : nullptr,
+        differences ? differences->y.data() : nullptr, differences ? differences->x.size() : 0,
+        differences, m_colours.colour(1));
+}

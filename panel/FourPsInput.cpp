@@ -1,0 +1,304 @@
+// Widgets to values and back: the only place where the form is read for an analysis or a session.
+#include "panel/FourPs.h"
+
+#include "display/DispMBase.h"
+#include "display/Histgram.h"
+#include "images/AEPoint.h"
+#include "spectra/ARefFile.h"
+#include "spectra/AXafsFileSelect.h"
+#include "ui_FourPs.h"
+
+using orvel::kPointRows;
+using orvel::kQuantities;
+using orvel::kReferenceRows;
+using orvel::Quantity;
+
+namespace {
+
+/// Button of a quantity in one of the three series of the form, e.g. "MapRatio1".
+template <class Button> Button *quantityButton(const QWidget *form, const char *series, Quantity q)
+{
+    static const char *const kNames[kQuantities] = {
+        "Ratio1", "Ratio2", "Ratio3", "Ratio4", "DMut1",   "DMut2", "DMut3",
+        "DMut4",  "Mut0",   "C1",     "C2",     "Valence", "Amount"};
+    return form->findChild<Button *>(QLatin1String(series) +
+                                     QLatin1String(kNames[orvel::indexOf(q)]));
+}
+
+orvel::HistogramTexts histogramTexts(const QLineEdit *from, const QLineEdit *to,
+                                     const QLineEdit *boxes, const QAbstractButton *automatic)
+{
+    return {from->text(), to->text(), boxes->text(), automatic->isChecked()};
+}
+
+/// A file that a session names, or none.
+void choose(AFileSelect &selector, const QString &path)
+{
+    if (path.isEmpty()) {
+        selector.clearFileName();
+    } else {
+        selector.newFile(path);
+    }
+}
+
+} // namespace
+
+orvel::AnalysisInput FourPs::readInput() const
+{
+    orvel::AnalysisInput input;
+    for (int n = 0; n < kReferenceRows; ++n) {
+        const ARefFile *row = m_references[static_cast<size_t>(n)];
+        input.references.push_back({n, row->isUsed(), *row->selector(), row->valence()});
+    }
+    for (int i = 0; i < kPointRows; ++i) {
+        const AEPoint *row = m_points[static_cast<size_t>(i)];
+        orvel::EnergyPointInput point;
+        point.row = i;
+        point.use = row->isUsed();
+        point.lcf = row->isLcf();
+        point.vPoint = row->isVPoint();
+        point.energyEv = row->energyEv();
+        point.targetMu = row->targetEdit()->text().toDouble();
+        for (int n = 0; n < kReferenceRows; ++n) {
+            point.referenceMu[static_cast<size_t>(n)] = row->referenceEdit(n)->text().toDouble();
+        }
+        point.map = row->map();
+        input.points.push_back(point);
+    }
+    input.target = *m_ui->TargetFile;
+    input.method.nonEquiv = m_ui->TypeNonEquiv->isChecked();
+    input.method.exact = m_ui->TypeTMKisExact->isChecked();
+    input.method.subPostForRef = m_ui->SubPostEforRef->isChecked();
+    input.method.subPostForTarget = m_ui->SubPostEforTarget->isChecked();
+    input.method.linearBackground = m_ui->NonEquivBGLinear->isChecked();
+    input.valenceHistogram = m_valenceHistogram->settings();
+    input.amountHistogram = m_amountHistogram->settings();
+    return input;
+}
+
+orvel::PanelState FourPs::state() const
+{
+    return {texts(), view()};
+}
+
+orvel::SessionTexts FourPs::texts() const
+{
+    orvel::SessionTexts texts;
+    texts.edgeE = m_ui->EdgeE->text();
+    texts.preEdgeEndDE = m_ui->PreEEndDE->text();
+    texts.postEdgeStartDE = m_ui->PostEStartDE->text();
+    for (size_t n = 0; n < m_references.size(); ++n) {
+        const ARefFile *row = m_references[n];
+        const AFileSelect *selector = row->selector();
+        texts.references[n] = {row->isUsed(), selector->path(), selector->deEdit()->text(),
+                               row->valenceEdit()->text()};
+    }
+    const AFileSelect *target = m_ui->TargetFile;
+    texts.target = {target->path(), target->deEdit()->text()};
+    for (size_t i = 0; i < m_points.size(); ++i) {
+        const AEPoint *row = m_points[i];
+        texts.points[i] = {row->isUsed(), row->isLcf(), row->isVPoint(), row->energyEdit()->text(),
+                           row->fileSelect()->path()};
+    }
+    texts.nonEquiv = m_ui->TypeNonEquiv->isChecked();
+    texts.solver = m_ui->TypeTMKisExact->isChecked() ? orvel::FourPointsSolver::Exact
+                                                     : orvel::FourPointsSolver::LeastSquares;
+    texts.subForRef = m_ui->SubPostEforRef->isChecked() ? orvel::SubtractedLine::Post
+                                                        : orvel::SubtractedLine::Pre;
+    texts.subForTarget = m_ui->SubPostEforTarget->isChecked() ? orvel::SubtractedLine::Post
+                                                              : orvel::SubtractedLine::Pre;
+    texts.background = m_ui->NonEquivBGLinear->isChecked() ? orvel::BackgroundLine::Linear
+                                                           : orvel::BackgroundLine::Victoreen;
+    texts.valenceHistogram =
+        histogramTexts(m_ui->HgAFrom, m_ui->HgATo, m_ui->HgABoxes, m_ui->HgAAuto);
+    texts.amountHistogram =
+        histogramTexts(m_ui->HgTFrom, m_ui->HgTTo, m_ui->HgTBoxes, m_ui->HgTAuto);
+    for (int i = 0; i < kQuantities; ++i) {
+        texts.record[static_cast<size_t>(i)] = recordButton(orvel::quantityAt(i))->isChecked();
+    }
+    texts.resultFile = m_ui->SaveFSelect->text();
+    return texts;
+}
+
+orvel::ViewTexts FourPs::view() const
+{
+    using orvel::GraphNormalization;
+    orvel::ViewTexts view;
+    view.mapQuantity = chosenMap();
+    view.histogramQuantity = chosenHistogram();
+    view.normalize = m_ui->NNone->isChecked()       ? GraphNormalization::None
+                     : m_ui->NBySubPre->isChecked() ? GraphNormalization::SubPre
+                     : m_ui->NByEJ->isChecked()     ? GraphNormalization::EdgeJump
+                                                    : GraphNormalization::TwoVictoreens;
+    view.fullRange = m_ui->FullRangeCB->isChecked();
+    view.mapWithGrid = m_ui->MapWGrid->isChecked();
+    view.showDataMap = m_ui->ShowDMap->isChecked();
+    view.showGraphs = m_ui->ShowDAB->isChecked();
+    view.showResultMap = m_ui->ShowMap->isChecked();
+    view.dataMapRow = QString::number(dataMapRow() + 1);
+    for (int i = 0; i < m_ui->SelectedFs->count(); ++i) {
+        view.displayFiles.append(m_ui->SelectedFs->item(i)->text());
+    }
+    return view;
+}
+
+void FourPs::setState(const orvel::PanelState &state)
+{
+    m_isHeld = true;
+    setTexts(state.texts);
+    setView(state.view);
+    m_isHeld = false;
+    calcBoth();
+    updatePlots();
+    updateMaps(true);
+}
+
+void FourPs::setTexts(const orvel::SessionTexts &texts)
+{
+    m_ui->TypeNonEquiv->setChecked(texts.nonEquiv);
+    const bool exact = texts.solver == orvel::FourPointsSolver::Exact;
+    (exact ? m_ui->TypeTMKisExact : m_ui->TypeTMKisLS)->setChecked(true);
+    const bool refPre = texts.subForRef == orvel::SubtractedLine::Pre;
+    (refPre ? m_ui->SubPreEforRef : m_ui->SubPostEforRef)->setChecked(true);
+    const bool targetPre = texts.subForTarget == orvel::SubtractedLine::Pre;
+    (targetPre ? m_ui->SubPreEforTarget : m_ui->SubPostEforTarget)->setChecked(true);
+    const bool victoreen = texts.background == orvel::BackgroundLine::Victoreen;
+    (victoreen ? m_ui->NonEquivBGVic : m_ui->NonEquivBGLinear)->setChecked(true);
+    const auto setHistogram = [](const orvel::HistogramTexts &from, QLineEdit *low, QLineEdit *high,
+                                 QLineEdit *boxes, QAbstractButton *automatic) {
+        low->setText(from.from);
+        high->setText(from.to);
+        boxes->setText(from.boxes);
+        automatic->setChecked(from.autoRange);
+    };
+    setHistogram(texts.valenceHistogram, m_ui->HgAFrom, m_ui->HgATo, m_ui->HgABoxes, m_ui->HgAAuto);
+    setHistogram(texts.amountHistogram, m_ui->HgTFrom, m_ui->HgTTo, m_ui->HgTBoxes, m_ui->HgTAuto);
+    for (int i = 0; i < kQuantities; ++i) {
+        recordButton(orvel::quantityAt(i))->setChecked(texts.record[static_cast<size_t>(i)]);
+    }
+    m_ui->SaveFSelect->setText(texts.resultFile);
+
+    // Shifts before files, so that found edges are shifted too; edges and energies last, since
+    // files bring their own.
+    m_ui->EdgeE->setText(orvel::kDefaultEdge);
+    m_ui->PreEEndDE->setText(texts.preEdgeEndDE);
+    m_ui->PostEStartDE->setText(texts.postEdgeStartDE);
+    const auto setSpectrum = [](AXafsFileSelect &selector, const QString &dE, const QString &file) {
+        selector.deEdit()->setText(dE);
+        selector.setDE(dE.toDouble());
+        choose(selector, file);
+    };
+    for (size_t n = 0; n < m_references.size(); ++n) {
+        ARefFile *row = m_references[n];
+        const orvel::ReferenceTexts &reference = texts.references[n];
+        row->setUse(reference.use);
+        row->valenceEdit()->setText(reference.valence);
+        setSpectrum(*row->selector(), reference.dE, reference.file);
+    }
+    setSpectrum(*m_ui->TargetFile, texts.target.dE, texts.target.file);
+    for (size_t i = 0; i < m_points.size(); ++i) {
+        AEPoint *row = m_points[i];
+        const orvel::PointTexts &point = texts.points[i];
+        row->setChecks(point.use, point.lcf, point.vPoint);
+        row->targetEdit()->clear();
+        for (int n = 0; n < kReferenceRows; ++n) {
+            row->referenceEdit(n)->clear();
+        }
+        row->energyEdit()->clear();
+        choose(*row->fileSelect(), point.file);
+        if (!point.energy.isEmpty()) {
+            row->energyEdit()->setText(point.energy);
+            row->energyEdit()->setCursorPosition(0);
+        }
+    }
+    if (texts.edgeE) {
+        m_ui->EdgeE->setText(*texts.edgeE);
+    }
+    setEdge(); // and with it every row's values
+    updateMarkLines();
+}
+
+void FourPs::setView(const orvel::ViewTexts &view)
+{
+    using orvel::GraphNormalization;
+    mapButton(view.mapQuantity)->setChecked(true);
+    histogramButton(view.histogramQuantity)->setChecked(true);
+    (view.normalize == GraphNormalization::None       ? m_ui->NNone
+     : view.normalize == GraphNormalization::SubPre   ? m_ui->NBySubPre
+     : view.normalize == GraphNormalization::EdgeJump ? m_ui->NByEJ
+                                                      : m_ui->NBy2Vics)
+        ->setChecked(true);
+    m_ui->FullRangeCB->setChecked(view.fullRange);
+    m_ui->MapWGrid->setChecked(view.mapWithGrid);
+    m_ui->ShowDMap->setChecked(view.showDataMap);
+    m_ui->ShowDAB->setChecked(view.showGraphs);
+    m_ui->ShowMap->setChecked(view.showResultMap);
+    const int row = view.dataMapRow.toInt() - 1;
+    m_points[static_cast<size_t>(qBound(0, row, kPointRows - 1))]->showMapButton()->setChecked(
+        true);
+    receiveNewDispFiles(view.displayFiles);
+}
+
+QRadioButton *FourPs::mapButton(Quantity quantity) const
+{
+    return quantityButton<QRadioButton>(this, "Map", quantity);
+}
+
+QRadioButton *FourPs::histogramButton(Quantity quantity) const
+{
+    return quantityButton<QRadioButton>(this, "Hg", quantity);
+}
+
+QCheckBox *FourPs::recordButton(Quantity quantity) const
+{
+    return quantityButton<QCheckBox>(this, "Rec", quantity);
+}
+
+Quantity FourPs::chosenMap() const
+{
+    for (int i = 0; i < kQuantities; ++i) {
+        if (mapButton(orvel::quantityAt(i))->isChecked()) {
+            return orvel::quantityAt(i);
+        }
+    }
+    return Quantity::Valence;
+}
+
+Quantity FourPs::chosenHistogram() const
+{
+    for (int i = 0; i < kQuantities; ++i) {
+        if (histogramButton(orvel::quantityAt(i))->isChecked()) {
+            return orvel::quantityAt(i);
+        }
+    }
+    return Quantity::Valence;
+}
+
+int FourPs::normalization() const
+{
+    return m_ui->NNone->isChecked()       ? AMutE::NoNormalization
+           : m_ui->NBySubPre->isChecked() ? AMutE::SubPre
+           : m_ui->NByEJ->isChecked()     ? AMutE::ByEdgeJump
+           : m_ui->NBy2Vics->isChecked()  ? AMutE::By2Victoreens
+                                          : AMutE::By2Victoreens + 1;
+}
+
+int FourPs::dataMapRow() const
+{
+    for (int i = 0; i < kPointRows; ++i) {
+        if (m_points[static_cast<size_t>(i)]->showMapButton()->isChecked()) {
+            return i;
+        }
+    }
+    return 0;
+}
+
+int FourPs::rowOf(const QObject *sender) const
+{
+    for (int i = 0; i < kPointRows; ++i) {
+        if (m_points[static_cast<size_t>(i)] == sender) {
+            return i;
+        }
+    }
+    return -1;
+}

@@ -1,0 +1,234 @@
+// The slots that calculate: take the inputs, run, show what came out. No arithmetic here.
+#include "panel/FourPs.h"
+
+#include "analysis/ResultFile.h"
+#include "display/DispMBase.h"
+#include "display/Histgram.h"
+#include "session/MessageText.h"
+#include "session/SessionFile.h"
+#include "spectra/ARefFile.h"
+#include "spectra/AXafsFileSelect.h"
+#include "ui_FourPs.h"
+
+#include <QApplication>
+#include <QFileInfo>
+#include <QMessageBox>
+
+using orvel::kQuantities;
+
+namespace {
+
+/// A wait cursor while a calculation blocks the window.
+class WaitCursor {
+public:
+    WaitCursor() { QApplication::setOverrideCursor(Qt::WaitCursor); }
+    ~WaitCursor() { QApplication::restoreOverrideCursor(); }
+    WaitCursor(const WaitCursor &) = delete;
+    WaitCursor &operator=(const WaitCursor &) = delete;
+};
+
+void showText(QLineEdit *field, const QString &text)
+{
+    field->setText(text);
+    field->setToolTip(text); // whole, where the field cuts it off
+    field->setCursorPosition(0);
+}
+
+} // namespace
+
+void FourPs::writeMessage(const QString &text)
+{
+    m_ui->Message->insertPlainText(text.simplified() + QLatin1Char('\n'));
+    m_ui->Message->moveCursor(QTextCursor::End);
+}
+
+void FourPs::writeLines(const std::vector<orvel::Line> &lines)
+{
+    for (const orvel::Line &line : lines) {
+        writeMessage(orvel::textOf(line));
+    }
+}
+
+void FourPs::calcBoth()
+{
+    if (m_isHeld) {
+        return;
+    }
+    const orvel::AnalysisInput input = readInput();
+    runMap(input);
+    runTarget(input);
+    runLcf(input);
+}
+
+void FourPs::calcMap()
+{
+    runMap(readInput());
+}
+
+void FourPs::calcTarget()
+{
+    runTarget(readInput());
+}
+
+void FourPs::lcf()
+{
+    runLcf(readInput());
+}
+
+void FourPs::runMap(const orvel::AnalysisInput &input)
+{
+    const WaitCursor wait;
+    const orvel::MapOutcome outcome = calculateMap(input, {0, m_pool}, &m_memory);
+    writeLines(outcome.messages);
+    if (outcome.maps) {
+        showResults(outcome);
+    }
+}
+
+void FourPs::showResults(const orvel::MapOutcome &outcome)
+{
+    const bool sizeChanged = !m_maps || m_maps->width() != outcome.maps->width() ||
+                             m_maps->height() != outcome.maps->height();
+    const bool isNew = m_maps != outcome.maps;
+    m_maps = outcome.maps;
+    m_valenceHistogram->setCounts(outcome.valenceCounts);
+    m_amountHistogram->setCounts(outcome.amountCounts);
+    if (outcome.valenceHistogram.autoRange) {
+        m_valenceHistogram->showLimits(outcome.valenceHistogram.from, outcome.valenceHistogram.to);
+    }
+    if (outcome.amountHistogram.autoRange) {
+        m_amountHistogram->showLimits(outcome.amountHistogram.from, outcome.amountHistogram.to);
+    }
+    for (int i = 0; i < kQuantities; ++i) {
+        const bool isThere = m_maps->fills(orvel::quantityAt(i));
+        mapButton(orvel::quantityAt(i))->setEnabled(isThere);
+        histogramButton(orvel::quantityAt(i))->setEnabled(isThere);
+    }
+    if (sizeChanged) {
+        m_ui->ResultMap->clearScale();
+        m_markedPixel.reset();
+    }
+    if (isNew) {
+        newMapLimits();
+    }
+    countShownHistogram();
+    m_mapPainter.clear();
+    m_dMapPainter.clear();
+    updateMaps(true);
+    updatePlots();
+}
+
+void FourPs::countShownHistogram()
+{
+    const orvel::Quantity quantity = chosenHistogram();
+    m_shownCounts = m_valenceHistogram->counts();
+    if (m_maps && quantity != orvel::Quantity::Valence) {
+        m_shownCounts.setUp(m_valenceHistogram->settings());
+        const orvel::MapValues values = valuesOf(quantity);
+        m_shownCounts.count(values.values, static_cast<size_t>(values.count));
+    }
+}
+
+void FourPs::runTarget(const orvel::AnalysisInput &input)
+{
+    const orvel::TargetOutcome outcome = calculateTarget(input);
+    writeLines(outcome.messages);
+    if (!outcome.ran) {
+        return;
+    }
+    m_targetA = outcome.a;
+    m_targetValence = outcome.valence;
+    showText(m_ui->CalcRes, orvel::textOf(outcome.resultField));
+    if (outcome.dMutField) {
+        showText(m_ui->TargetDMut, *outcome.dMutField);
+    }
+    for (size_t n = 0; n < m_references.size(); ++n) {
+        showText(m_references[n]->ratioDisp(), outcome.rows[n].ratio);
+        showText(m_references[n]->amountDisp(), outcome.rows[n].amount);
+    }
+}
+
+void FourPs::runLcf(const orvel::AnalysisInput &input)
+{
+    const orvel::LcfOutcome outcome = calculateLcf(input);
+    writeLines(outcome.messages);
+    if (!outcome.result) {
+        return;
+    }
+    showText(m_ui->LCFRes, orvel::textOf(outcome.resultField));
+    m_comparison.push_back({m_targetA, m_targetValence, outcome.result->ratios.front(),
+                            outcome.result->valence, m_comparisonColour});
+    m_fittedCurve = outcome.result->curve;
+    m_ui->Disps->panel(Displays::DMuts)->updateSurface();
+    m_ui->Disps->panel(Displays::DLCFvsMPS)->updateSurface();
+}
+
+void FourPs::clearLCFvs4PS(MouseC * /*m*/)
+{
+    m_comparison.clear();
+    m_comparisonColour = 0;
+    m_ui->Disps->panel(Displays::DLCFvsMPS)->updateSurface();
+}
+
+void FourPs::newColorLCFvs4PS(MouseC * /*m*/)
+{
+    ++m_comparisonColour;
+    if (m_comparisonColour >= m_colours.count()) {
+        m_comparisonColour = 0;
+    }
+}
+
+void FourPs::calcAndWrite()
+{
+    calcMap();
+    writeResults();
+}
+
+void FourPs::writeResults()
+{
+    const QString path = m_ui->SaveFSelect->text();
+    if (QFileInfo::exists(path)) {
+        // Built, as it always was, and never shown: nothing asks before overwriting.
+        const QMessageBox box(
+            QMessageBox::Warning, QStringLiteral("Over Write"),
+            QStringLiteral("The file %1 is already there.").arg(QFileInfo(path).fileName()),
+            QMessageBox::NoButton);
+    }
+    orvel::ResultFileOptions options;
+    options.record = texts().record;
+    for (const ARefFile *row : m_references) {
+        if (row->isUsed() && row->selector()->isValid()) {
+            options.valences.push_back(row->valence());
+        }
+    }
+    const WaitCursor wait;
+    if (!writeResultFile(path, m_maps.get(), options)) {
+        writeMessage(tr("Can't open the file [%1]").arg(path));
+        return;
+    }
+    m_valenceHistogram->write(path, QStringLiteral("HGAlpha"));
+    m_amountHistogram->write(path, QStringLiteral("HGThick"));
+}
+
+void FourPs::openSession(const QString &path)
+{
+    const WaitCursor wait;
+    const orvel::SessionReading session = orvel::readSession(path);
+    if (!session.error.isEmpty()) {
+        writeMessage(tr("Can't open the file [%1]").arg(path) + QStringLiteral(": ") +
+                     session.error);
+        return;
+    }
+    for (const QString &note : session.notes + session.viewNotes) {
+        writeMessage(QStringLiteral("%1: %2").arg(path, note));
+    }
+    receiveNewDir(QFileInfo(path).absolutePath());
+    setState(session.state);
+}
+
+void FourPs::saveSession(const QString &path)
+{
+    if (!orvel::writeSession(path, state())) {
+        writeMessage(tr("Can't open the file [%1]").arg(path));
+    }
+}

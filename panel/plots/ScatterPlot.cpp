@@ -1,0 +1,100 @@
+#include "panel/plots/ScatterPlot.h"
+
+#include "panel/plots/PlotSteps.h"
+
+#include <algorithm>
+#include <cmath>
+#include <limits>
+
+namespace orvel {
+namespace {
+
+/// Least and greatest finite value, a twentieth wider both ways.
+void widen(const double *values, std::size_t n, double &low, double &high)
+{
+    double least = std::numeric_limits<double>::max();
+    double most = std::numeric_limits<double>::lowest();
+    for (std::size_t i = 0; i < n; ++i) {
+        const double value = values[i];
+        if (std::isfinite(value)) {
+            least = std::min(least, value);
+            most = std::max(most, value);
+        }
+    }
+    if (least > most) { // none
+        least = 0.0;
+        most = 1.0;
+    }
+    const double beside = most > least ? 0.05 * (most - least) : 0.5;
+    low = least - beside;
+    high = most + beside;
+}
+
+} // namespace
+
+void ScatterPlot::findRange(const double *x, const double *y, std::size_t n)
+{
+    widen(x, n, m_range.xMin, m_range.xMax);
+    widen(y, n, m_range.yMin, m_range.yMax);
+}
+
+void ScatterPlot::rasterise(const ChCoord &coord, const double *x, const double *y, std::size_t n,
+                            const QSize &size, double devicePixelRatio, QRgb colour)
+{
+    const QSize device = size * devicePixelRatio;
+    if (m_picture.size() != device) {
+        m_picture = QImage(device, QImage::Format_ARGB32_Premultiplied);
+        m_picture.setDevicePixelRatio(devicePixelRatio);
+    }
+    m_picture.fill(Qt::transparent);
+    const double sx0 = coord.sx(0.0) * devicePixelRatio;
+    const double sxScale = coord.sdx(1.0) * devicePixelRatio;
+    const double sy0 = coord.sy(0.0) * devicePixelRatio;
+    const double syScale = coord.sdy(1.0) * devicePixelRatio;
+    const int dot = std::max(2, static_cast<int>(2 * devicePixelRatio));
+    const int width = m_picture.width() - dot;
+    const int height = m_picture.height() - dot;
+    const qint64 stride = m_picture.bytesPerLine() / static_cast<int>(sizeof(QRgb));
+    QRgb *const bits = reinterpret_cast<QRgb *>(m_picture.bits());
+    for (std::size_t i = 0; i < n; ++i) {
+        const double px = sxScale * x[i] + sx0;
+        const double py = syScale * y[i] + sy0;
+        if (px >= 0.0 && px < width && py >= 0.0 && py < height) { // never a not-a-number
+            QRgb *at = bits + static_cast<qint64>(py) * stride + static_cast<qint64>(px);
+            for (int row = 0; row < dot; ++row, at += stride) {
+                std::fill_n(at, dot, colour);
+            }
+        }
+    }
+}
+
+void ScatterPlot::draw(QStylePainter *p, DispABase &dab, const QString &xTitle,
+                       const QString &yTitle, const double *x, const double *y, std::size_t n,
+                       const std::shared_ptr<const void> &owner, const QColor &colour)
+{
+    beginPlot(p, dab, xTitle, yTitle);
+    ChCoord &coord = *dab.coord();
+    coord.setHasContent(n > 0 && x != nullptr && y != nullptr);
+    if (!coord.hasContent()) {
+        return;
+    }
+    const bool isNew = m_owner.owner_before(owner) || owner.owner_before(m_owner);
+    if (isNew) {
+        findRange(x, y, n);
+        m_owner = owner;
+    }
+    dab.setInitialRange(m_range.xMin, m_range.yMin, m_range.xMax, m_range.yMax);
+    const double ratio = p->device()->devicePixelRatioF();
+    const std::array<double, 9> now = {coord.frameX0(), coord.frameX1(), coord.frameY0(),
+                                       coord.frameY1(), coord.xMin(),    coord.xMax(),
+                                       coord.yMin(),    coord.yMax(),    ratio};
+    const QSize size = dab.area()->size();
+    if (isNew || now != m_picturedAt || m_picture.size() != size * ratio) {
+        rasterise(coord, x, y, n, size, ratio, colour.rgb());
+        m_picturedAt = now;
+    }
+    p->drawImage(0, 0, m_picture);
+    dab.drawFrame(p, true);
+}
+
+} // namespace orvel

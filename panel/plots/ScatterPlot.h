@@ -1,0 +1,45 @@
+#pragma once
+
+#include <QColor>
+#include <QImage>
+
+#include <array>
+#include <cstddef>
+#include <memory>
+
+class ChCoord;
+class DispABase;
+class QString;
+class QStylePainter;
+
+namespace orvel {
+
+/// A dot for every pixel of a map, one quantity against another. The dots are rasterised into a
+/// picture that is kept until the values, the range or the size change.
+class ScatterPlot {
+public:
+    /// x, y   n values each; null without any
+    /// owner  what keeps them alive and unchanged; other values have another owner
+    void draw(QStylePainter *p, DispABase &dab, const QString &xTitle, const QString &yTitle,
+              const double *x, const double *y, std::size_t n,
+              const std::shared_ptr<const void> &owner, const QColor &colour);
+
+private:
+    struct Range {
+        double xMin = 0.0;
+        double yMin = 0.0;
+        double xMax = 1.0;
+        double yMax = 1.0;
+    };
+
+    void findRange(const double *x, const double *y, std::size_t n);
+    void rasterise(const ChCoord &coord, const double *x, const double *y, std::size_t n,
+                   const QSize &size, double devicePixelRatio, QRgb colour);
+
+    std::weak_ptr<const void> m_owner;
+    Range m_range; ///< of the finite values
+    std::array<double, 9> m_picturedAt = {};
+    QImage m_picture;
+};
+
+} // namespace orvel
