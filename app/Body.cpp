@@ -9,6 +9,7 @@ Body::Body(QWidget *parent)
     m_ui->setupUi(this);
     setWindowTitle(QStringLiteral("orvel"));
     m_ui->bodyLayout->addWidget(m_panel);
+    m_ui->statusbar->hide(); // nothing is ever written to it
 }
 
 Body::~Body() = default;

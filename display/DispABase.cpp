@@ -114,6 +114,18 @@ void DispABase::clearScale()
     area()->clearRange();
 }
 
+/// In a low panel the plot needs the room of the read-outs.
+void DispABase::resizeEvent(QResizeEvent *event)
+{
+    QFrame::resizeEvent(event);
+    constexpr int kLow = 120;
+    for (QWidget *widget :
+         {static_cast<QWidget *>(m_ui->label), static_cast<QWidget *>(m_ui->XPos),
+          static_cast<QWidget *>(m_ui->label_2), static_cast<QWidget *>(m_ui->YPos)}) {
+        widget->setVisible(height() >= kLow);
+    }
+}
+
 void DispABase::paintEvent(QPaintEvent *event)
 {
     QFrame::paintEvent(event);

@@ -52,6 +52,7 @@ signals:
 
 protected:
     void paintEvent(QPaintEvent *event) override;
+    void resizeEvent(QResizeEvent *event) override;
 
 private:
     std::unique_ptr<Ui::DispABase> m_ui;

@@ -39,10 +39,30 @@ void DispArea::paintEvent(QPaintEvent * /*event*/)
     QStylePainter painter(this);
     m_wasPainted = true;
     m_coord.setArea(0, height(), width(), 0);
+    keepLabelsReadable();
     if (!m_isRangeSet) {
         m_coord.setRange(0, 0, 1, 1);
     }
     emit draw(&painter);
+}
+
+/// On a small surface a twentieth of the frame and a tenth of the width hold no readable number:
+/// fewer, higher rows and wider margins then.
+void DispArea::keepLabelsReadable()
+{
+    constexpr double kRow = 12.0; ///< pixels
+    constexpr int kMostRows = 20;
+    constexpr double kLeft = 36.0;
+    constexpr double kBelow = 17.0;
+    const auto fraction = [](double least, double pixels, int extent) {
+        return qBound(least, pixels / qMax(1, extent), 0.3);
+    };
+    const double below = fraction(0.1, kBelow, height());
+    constexpr double kRight = 0.05;
+    constexpr double kTop = 0.05;
+    m_coord.setMargins(fraction(0.1, kLeft, width()), kRight, kTop, below);
+    const double frame = height() * (1.0 - below - kTop);
+    m_coord.setLabelRows(qBound(1, static_cast<int>(frame / kRow), kMostRows));
 }
 
 void DispArea::mousePressEvent(QMouseEvent *event)

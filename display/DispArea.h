@@ -58,6 +58,7 @@ protected:
     void wheelEvent(QWheelEvent *event) override;
 
 private:
+    void keepLabelsReadable();
     void pan();
 
     std::unique_ptr<Ui::DispArea> m_ui;

@@ -10,16 +10,41 @@
 #include "ui_FourPs.h"
 
 #include <QButtonGroup>
+#include <QEvent>
 #include <QFileDialog>
+#include <QScrollBar>
 
 using orvel::kPointRows;
 using orvel::kReferenceRows;
+
+namespace {
+
+constexpr double kPointSize = 9.0;
+
+/// Gives buttons the width of their texts; a style's least width would cost the fields theirs.
+void shrinkButtons(QWidget *form)
+{
+    for (QPushButton *button : form->findChildren<QPushButton *>()) {
+        const int text = button->fontMetrics().horizontalAdvance(button->text());
+        button->setFixedWidth(text + button->fontMetrics().height() + 2);
+    }
+}
+
+} // namespace
 
 FourPs::FourPs(QWidget *parent)
     : QFrame(parent), m_ui(std::make_unique<Ui::FourPs>()),
       m_pool(std::make_shared<orvel::ColumnPool>())
 {
     m_ui->setupUi(this);
+    QFont compact = font(); // many fields have to stand side by side
+    compact.setPointSizeF(qMin(compact.pointSizeF(), kPointSize));
+    setFont(compact);
+    for (QWidget *widget : findChildren<QWidget *>()) {
+        if (!widget->styleSheet().isEmpty() && widget->font().pointSizeF() > kPointSize) {
+            widget->setFont(compact); // a style sheet keeps a widget from inheriting it
+        }
+    }
     m_valenceHistogram =
         std::make_unique<Histgram>(m_ui->HgAFrom, m_ui->HgATo, m_ui->HgABoxes, m_ui->HgAAuto);
     m_amountHistogram =
@@ -35,10 +60,10 @@ FourPs::FourPs(QWidget *parent)
     connectRuns();
     connectDisplays();
     dispCalcConditions(m_ui->MoreCondsCB->isChecked());
+    shrinkButtons(this);
+    m_ui->Inputs->installEventFilter(this);
     m_ui->MainSplitter->setStretchFactor(0, 0);
     m_ui->MainSplitter->setStretchFactor(1, 1);
-    m_ui->GraphSplitter->setStretchFactor(0, 1);
-    m_ui->GraphSplitter->setStretchFactor(1, 1);
 }
 
 FourPs::~FourPs()
@@ -50,6 +75,26 @@ FourPs::~FourPs()
 QSize FourPs::minimumSizeHint() const
 {
     return QSize(1200, 660); // scroll areas would let it open as a strip
+}
+
+/// The inputs scroll up and down only: a table whose columns are out of sight is no table.
+void FourPs::showEvent(QShowEvent *event)
+{
+    QFrame::showEvent(event);
+    if (!m_wasShown) {
+        m_wasShown = true;
+        m_ui->GraphSplitter->setSizes({4600, 5400}); // in proportion, once there is a height
+    }
+}
+
+bool FourPs::eventFilter(QObject *object, QEvent *event)
+{
+    if (object == m_ui->Inputs && event->type() == QEvent::LayoutRequest) {
+        m_ui->InputScroll->setMinimumWidth(
+            m_ui->Inputs->minimumSizeHint().width() +
+            m_ui->InputScroll->verticalScrollBar()->sizeHint().width());
+    }
+    return QFrame::eventFilter(object, event);
 }
 
 void FourPs::makeRows()
@@ -215,7 +260,10 @@ void FourPs::connectDisplays()
     }
     connect(m_ui->ShowDMap, &QCheckBox::toggled, m_ui->DataMap, &QWidget::setVisible);
     connect(m_ui->ShowDAB, &QCheckBox::toggled, m_ui->Disps, &QWidget::setVisible);
-    connect(m_ui->ShowMap, &QCheckBox::toggled, m_ui->ResultMapW, &QWidget::setVisible);
+    connect(m_ui->ShowMap, &QCheckBox::toggled, this, [this](bool on) {
+        m_ui->ResultMap->setVisible(on);
+        m_ui->MapSelectF->setVisible(on);
+    });
     connect(m_ui->MoreCondsCB, &QCheckBox::toggled, this, &FourPs::dispCalcConditions);
     DispABase *muts = m_ui->Disps->panel(Displays::DMuts);
     for (const QAbstractButton *button : {static_cast<QAbstractButton *>(m_ui->NNone),
@@ -502,6 +550,8 @@ void FourPs::makeHints()
         row->fileSelect()->setHint(tr("Drop a map"));
     }
     m_ui->SaveFSelect->setHint(tr("Result file"));
-    m_ui->StepsLabel->setText(tr("1. References and valences   2. Maps, energies, Use   "
-                                 "3. Calc.   4. Write"));
+    m_ui->Message->setPlaceholderText(tr("1. Give each reference a spectrum and its valence.\n"
+                                         "2. Give each energy its map and tick Use.\n"
+                                         "3. Calc.\n"
+                                         "4. Name a result file and Write."));
 }

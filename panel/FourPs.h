@@ -94,6 +94,10 @@ public slots:
     void openSession(const QString &path);
     void saveSession(const QString &path);
 
+protected:
+    void showEvent(QShowEvent *event) override;
+    bool eventFilter(QObject *object, QEvent *event) override;
+
 private:
     // construction and wiring (FourPs.cpp)
     void makeRows();
@@ -159,6 +163,7 @@ private:
     std::unique_ptr<Histgram> m_amountHistogram;
     std::vector<AMutE> m_displaySpectra;
     MarkLines m_energyLines;
+    bool m_wasShown = false;
     bool m_isHeld = false; ///< while a session is taken over nothing is calculated
     QFileDialog *m_openDialog = nullptr;
     QFileDialog *m_saveDialog = nullptr;

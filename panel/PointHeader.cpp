@@ -17,7 +17,8 @@ PointHeader::PointHeader(const AEPoint *row, QWidget *parent)
         column->installEventFilter(this);
         m_columns.append(column);
         auto *label = new QLabel(this);
-        label->setAlignment(Qt::AlignHCenter | Qt::AlignBottom);
+        const bool isBox = qobject_cast<QAbstractButton *>(column) != nullptr;
+        label->setAlignment((isBox ? Qt::AlignLeft : Qt::AlignHCenter) | Qt::AlignBottom);
         m_labels.append(label);
     }
     m_absorption->setAlignment(Qt::AlignHCenter | Qt::AlignTop);
@@ -36,7 +37,11 @@ void PointHeader::setCaptions(const QStringList &captions, const QString &absorp
 
 QSize PointHeader::sizeHint() const
 {
-    return QSize(0, 2 * fontMetrics().lineSpacing());
+    int height = 2 * m_absorption->sizeHint().height(); // its caption stands over others
+    for (const QLabel *label : m_labels) {
+        height = qMax(height, label->sizeHint().height());
+    }
+    return QSize(0, height);
 }
 
 bool PointHeader::eventFilter(QObject *object, QEvent *event)
@@ -65,14 +70,14 @@ void PointHeader::place()
         QRect box = columnOf(m_columns[i]);
         // A caption may be wider than a box below it, as far as its neighbours leave room.
         const int wanted = m_labels[i]->sizeHint().width();
-        if (wanted > box.width()) {
-            box.adjust(-(wanted - box.width() + 1) / 2, 0, (wanted - box.width() + 1) / 2, 0);
-        }
+        const bool isLeft = (m_labels[i]->alignment() & Qt::AlignLeft) != 0;
+        const int more = qMax(0, wanted - box.width());
+        box.adjust(isLeft ? 0 : -(more + 1) / 2, 0, isLeft ? more : (more + 1) / 2, 0);
         m_labels[i]->setGeometry(box);
     }
     constexpr int kFirst = 5;
     constexpr int kLast = 9;
     QRect across = columnOf(m_columns[kFirst]).united(columnOf(m_columns[kLast]));
-    across.setHeight(fontMetrics().lineSpacing());
+    across.setHeight(m_absorption->sizeHint().height());
     m_absorption->setGeometry(across);
 }

@@ -6,7 +6,6 @@
 
 #include <QDebug>
 #include <QLineEdit>
-#include <QLocale>
 
 #include <array>
 #include <cmath>
@@ -126,10 +125,9 @@ void AXafsFileSelect::draw(QStylePainter *p)
     p->setPen(Qt::black);
     const QRectF frame(QPointF(coord.frameX0(), coord.frameY1()),
                        QPointF(coord.frameX1(), coord.frameY0()));
-    const QString jump = QString::number(edgeJump(), 'g', QLocale::FloatingPointShortest);
     DrawText::drawFittedText(p, QRectF(frame.left() + 4, frame.top() + 2, frame.width() * 0.6, 14),
                              p->font(), DrawText::kLeft, DrawText::Fit,
-                             tr("Edge Jump : %1").arg(jump), 10.0);
+                             tr("Edge Jump : %1").arg(edgeJump()), 10.0);
 }
 
 // A spectrum has nothing to drag; the panel's signals lead here all the same.
