@@ -50,7 +50,6 @@ void DispArea::paintEvent(QPaintEvent * /*event*/)
 /// fewer, higher rows and wider margins then.
 void DispArea::keepLabelsReadable()
 {
-    constexpr double kRow = 12.0; ///< pixels
     constexpr int kMostRows = 20;
     constexpr double kLeft = 36.0;
     constexpr double kBelow = 17.0;
@@ -62,7 +61,8 @@ void DispArea::keepLabelsReadable()
     constexpr double kTop = 0.05;
     m_coord.setMargins(fraction(0.1, kLeft, width()), kRight, kTop, below);
     const double frame = height() * (1.0 - below - kTop);
-    m_coord.setLabelRows(qBound(1, static_cast<int>(frame / kRow), kMostRows));
+    const double row = qBound(12.0, 0.07 * frame, 16.0); // pixels
+    m_coord.setLabelRows(qBound(1, static_cast<int>(frame / row), kMostRows));
 }
 
 void DispArea::mousePressEvent(QMouseEvent *event)

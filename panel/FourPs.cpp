@@ -13,6 +13,7 @@
 #include <QEvent>
 #include <QFileDialog>
 #include <QScrollBar>
+#include <QTimer>
 
 using orvel::kPointRows;
 using orvel::kReferenceRows;
@@ -62,8 +63,11 @@ FourPs::FourPs(QWidget *parent)
     dispCalcConditions(m_ui->MoreCondsCB->isChecked());
     shrinkButtons(this);
     m_ui->Inputs->installEventFilter(this);
-    m_ui->MainSplitter->setStretchFactor(0, 0);
-    m_ui->MainSplitter->setStretchFactor(1, 1);
+    // More room goes to the plots first.
+    m_ui->MainSplitter->setStretchFactor(0, 1);
+    m_ui->MainSplitter->setStretchFactor(1, 3);
+    m_ui->GraphSplitter->setStretchFactor(0, 1);
+    m_ui->GraphSplitter->setStretchFactor(1, 1);
 }
 
 FourPs::~FourPs()
@@ -83,7 +87,8 @@ void FourPs::showEvent(QShowEvent *event)
     QFrame::showEvent(event);
     if (!m_wasShown) {
         m_wasShown = true;
-        m_ui->GraphSplitter->setSizes({4600, 5400}); // in proportion, once there is a height
+        // Once the splitter has its height: graphs get a little more of it than maps.
+        QTimer::singleShot(0, this, [this] { m_ui->GraphSplitter->setSizes({4600, 5400}); });
     }
 }
 
@@ -550,8 +555,7 @@ void FourPs::makeHints()
         row->fileSelect()->setHint(tr("Drop a map"));
     }
     m_ui->SaveFSelect->setHint(tr("Result file"));
-    m_ui->Message->setPlaceholderText(tr("1. Give each reference a spectrum and its valence.\n"
-                                         "2. Give each energy its map and tick Use.\n"
-                                         "3. Calc.\n"
-                                         "4. Name a result file and Write."));
+    m_ui->Message->setPlaceholderText(tr("1. References: spectrum and valence, Use\n"
+                                         "2. Energies: map, Use     3. Calc.\n"
+                                         "4. Result file, Write"));
 }
