@@ -5,6 +5,7 @@
 #include "display/cBar.h"
 #include "images/AEPoint.h"
 #include "panel/PointHeader.h"
+#include "panel/TabOrder.h"
 #include "spectra/ARefFile.h"
 #include "spectra/AXafsFileSelect.h"
 #include "ui_FourPs.h"
@@ -61,7 +62,9 @@ FourPs::FourPs(QWidget *parent)
     connectRuns();
     connectDisplays();
     dispCalcConditions(m_ui->MoreCondsCB->isChecked());
+    enableWhatCounts();
     shrinkButtons(this);
+    orvel::orderTabsByLayout(this);
     m_ui->Inputs->installEventFilter(this);
     // More room goes to the plots first.
     m_ui->MainSplitter->setStretchFactor(0, 1);
@@ -270,6 +273,9 @@ void FourPs::connectDisplays()
         m_ui->MapSelectF->setVisible(on);
     });
     connect(m_ui->MoreCondsCB, &QCheckBox::toggled, this, &FourPs::dispCalcConditions);
+    for (const QCheckBox *box : {m_ui->TypeNonEquiv, m_ui->HgAAuto, m_ui->HgTAuto}) {
+        connect(box, &QCheckBox::toggled, this, &FourPs::enableWhatCounts);
+    }
     DispABase *muts = m_ui->Disps->panel(Displays::DMuts);
     for (const QAbstractButton *button : {static_cast<QAbstractButton *>(m_ui->NNone),
                                           static_cast<QAbstractButton *>(m_ui->NBySubPre),
@@ -535,6 +541,23 @@ void FourPs::mPressedInAllMut(MouseC *m)
             row->energyEdit()->setCursorPosition(0);
             row->inNewEnergy();
         }
+    }
+}
+
+/// Disables what the present choices leave without a meaning.
+void FourPs::enableWhatCounts()
+{
+    const bool nonEquiv = m_ui->TypeNonEquiv->isChecked();
+    m_ui->FourPCondsF->setEnabled(!nonEquiv);
+    m_ui->NonEquivCondsF->setEnabled(nonEquiv);
+    for (int i = 0; i < orvel::kQuantities; ++i) { // a four-points file has its fixed columns
+        recordButton(orvel::quantityAt(i))->setEnabled(nonEquiv);
+    }
+    for (QLineEdit *edit : {m_ui->HgAFrom, m_ui->HgATo}) {
+        edit->setEnabled(!m_ui->HgAAuto->isChecked());
+    }
+    for (QLineEdit *edit : {m_ui->HgTFrom, m_ui->HgTTo}) {
+        edit->setEnabled(!m_ui->HgTAuto->isChecked());
     }
 }
 

@@ -102,6 +102,7 @@ private:
     // construction and wiring (FourPs.cpp)
     void makeRows();
     void makeHints();
+    void enableWhatCounts();
     void connectInputs();
     void connectRuns();
     void connectDisplays();
