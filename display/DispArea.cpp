@@ -61,7 +61,8 @@ void DispArea::keepLabelsReadable()
     constexpr double kTop = 0.05;
     m_coord.setMargins(fraction(0.1, kLeft, width()), kRight, kTop, below);
     const double frame = height() * (1.0 - below - kTop);
-    const double row = qBound(12.0, 0.07 * frame, 16.0); // pixels
+    // Pixels; on a narrow surface small enough for both numbers and a title side by side.
+    const double row = qBound(10.0, 0.07 * qMin<double>(1.1 * frame, width()), 16.0);
     m_coord.setLabelRows(qBound(1, static_cast<int>(frame / row), kMostRows));
 }
 

@@ -62,7 +62,8 @@ QRectF DrawText::drawFittedText(QPainter *painter, const QRectF &rect, const QFo
         painter->setFont(font);
     }
     if (isDrawable(size)) {
-        painter->drawText(box, flags, text);
+        // Hinting may make a fitted text a pixel wider than its box: that is no reason to cut it.
+        painter->drawText(box, flags | Qt::TextDontClip, text);
     }
     painter->setFont(font);
     return bounds;
