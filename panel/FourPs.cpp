@@ -6,6 +6,7 @@
 #include "images/AEPoint.h"
 #include "panel/PointHeader.h"
 #include "panel/TabOrder.h"
+#include "panel/ToolTips.h"
 #include "spectra/ARefFile.h"
 #include "spectra/AXafsFileSelect.h"
 #include "ui_FourPs.h"
@@ -58,6 +59,7 @@ FourPs::FourPs(QWidget *parent)
     m_ui->DispFSelect->setMultiple(true);
     m_ui->Disps->panel(Displays::DMuts)->area()->setMarkLines(&m_energyLines);
     makeHints();
+    orvel::setToolTips(*this);
     connectInputs();
     connectRuns();
     connectDisplays();

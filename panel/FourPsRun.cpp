@@ -30,7 +30,9 @@ public:
 void showText(QLineEdit *field, const QString &text)
 {
     field->setText(text);
-    field->setToolTip(text); // whole, where the field cuts it off
+    // Whole, where the field cuts it off; and what it is.
+    const QString what = field->accessibleDescription();
+    field->setToolTip(text.isEmpty() ? what : text + QLatin1Char('\n') + what);
     field->setCursorPosition(0);
 }
 

@@ -1,0 +1,170 @@
+#include "panel/ToolTips.h"
+
+#include <QCoreApplication>
+#include <QMultiHash>
+#include <QWidget>
+
+namespace orvel {
+namespace {
+
+struct Tip {
+    const char *owner; ///< class of a widget around it: rows and displays use the same names
+    const char *name;
+    const char *text;
+};
+
+// clang-format off
+constexpr Tip kTips[] = {
+    // files
+    {"AFileSelect", "SelB", QT_TRANSLATE_NOOP("ToolTips", "Select a file")},
+    {"AFileSelect", "ClearB", QT_TRANSLATE_NOOP("ToolTips", "Take the file away")},
+    {"AFileSelect", "DE", QT_TRANSLATE_NOOP("ToolTips", "Energy shift dE of this spectrum [eV]; its energies count as E - dE")},
+    {"FourPs", "XafsFS", QT_TRANSLATE_NOOP("ToolTips", "XAFS spectrum of this reference")},
+    {"FourPs", "TargetFile", QT_TRANSLATE_NOOP("ToolTips", "XAFS spectrum of the target")},
+    {"FourPs", "DispFSelect", QT_TRANSLATE_NOOP("ToolTips", "Further spectra for the graph; not analysed")},
+    {"FourPs", "SelectedFs", QT_TRANSLATE_NOOP("ToolTips", "Further spectra in the graph; not analysed")},
+    {"FourPs", "RemoveAFile", QT_TRANSLATE_NOOP("ToolTips", "Remove the selected spectrum from this list")},
+    {"FourPs", "FileSelect", QT_TRANSLATE_NOOP("ToolTips", "Map at this energy; several at once fill this row and the next ones")},
+
+    // a reference
+    {"ARefFile", "UseCB", QT_TRANSLATE_NOOP("ToolTips", "This reference takes part in the calculations")},
+    {"ARefFile", "Valence", QT_TRANSLATE_NOOP("ToolTips", "Valence of the absorbing element in this reference")},
+    {"ARefFile", "RatioDisp", QT_TRANSLATE_NOOP("ToolTips", "Result: fraction of this reference in the target")},
+    {"ARefFile", "AmountDisp", QT_TRANSLATE_NOOP("ToolTips", "Result: share of this reference in the edge jump of the target, in units of mut")},
+
+    // the lines about the edge
+    {"FourPs", "EdgeE", QT_TRANSLATE_NOOP("ToolTips", "Edge energy E0 [eV]; found in the reference that was read last")},
+    {"FourPs", "PreEEndDE", QT_TRANSLATE_NOOP("ToolTips", "End of the pre-edge range relative to E0 [eV]; negative is below the edge")},
+    {"FourPs", "PostEStartDE", QT_TRANSLATE_NOOP("ToolTips", "Start of the post-edge range relative to E0 [eV]")},
+
+    // methods
+    {"FourPs", "TypeNonEquiv", QT_TRANSLATE_NOOP("ToolTips", "On: non-equivalent method with all used references; off: four-points methods with the first two")},
+    {"FourPs", "MoreCondsCB", QT_TRANSLATE_NOOP("ToolTips", "Show the conditions of both methods")},
+    {"FourPs", "TypeTMKisExact", QT_TRANSLATE_NOOP("ToolTips", "Exact solution with four used energies (with three: three points, without k)")},
+    {"FourPs", "TypeTMKisLS", QT_TRANSLATE_NOOP("ToolTips", "Least squares over four or more used energies")},
+    {"FourPs", "NonEquivBGVic", QT_TRANSLATE_NOOP("ToolTips", "Background mu0 + C1 lambda^3 + C2 lambda^4, fitted to every pixel")},
+    {"FourPs", "NonEquivBGLinear", QT_TRANSLATE_NOOP("ToolTips", "Background mu0 + C1 E, fitted to every pixel")},
+    {"FourPs", "SubPreEforRef", QT_TRANSLATE_NOOP("ToolTips", "Subtract the pre-edge line from the references")},
+    {"FourPs", "SubPostEforRef", QT_TRANSLATE_NOOP("ToolTips", "Subtract the post-edge line from the references")},
+    {"FourPs", "SubPreEforTarget", QT_TRANSLATE_NOOP("ToolTips", "Subtract the pre-edge line from the target")},
+    {"FourPs", "SubPostEforTarget", QT_TRANSLATE_NOOP("ToolTips", "Subtract the post-edge line from the target")},
+
+    // an energy point
+    {"AEPoint", "UseCB", QT_TRANSLATE_NOOP("ToolTips", "This energy takes part in the calculations")},
+    {"AEPoint", "VPointCB", QT_TRANSLATE_NOOP("ToolTips", "Non-equivalent point: where the references differ most")},
+    {"AEPoint", "LCFCB", QT_TRANSLATE_NOOP("ToolTips", "Bounds the energy range of the linear combination fit")},
+    {"AEPoint", "Energy", QT_TRANSLATE_NOOP("ToolTips", "Energy of this image [eV]")},
+    {"AEPoint", "Mut1", QT_TRANSLATE_NOOP("ToolTips", "mut of reference 1 at this energy, minus the chosen line")},
+    {"AEPoint", "Mut2", QT_TRANSLATE_NOOP("ToolTips", "mut of reference 2 at this energy, minus the chosen line")},
+    {"AEPoint", "Mut3", QT_TRANSLATE_NOOP("ToolTips", "mut of reference 3 at this energy, minus the chosen line")},
+    {"AEPoint", "Mut4", QT_TRANSLATE_NOOP("ToolTips", "mut of reference 4 at this energy, minus the chosen line")},
+    {"AEPoint", "MutT", QT_TRANSLATE_NOOP("ToolTips", "mut of the target at this energy, minus the chosen line")},
+    {"AEPoint", "ShowMapB", QT_TRANSLATE_NOOP("ToolTips", "Show this image as the data map")},
+    {"AEPoint", "FPB", QT_TRANSLATE_NOOP("ToolTips", "A press in the graph of all spectra sets this energy; press again to end")},
+
+    // histograms
+    {"FourPs", "HgAFrom", QT_TRANSLATE_NOOP("ToolTips", "Valence at the centre of the first box")},
+    {"FourPs", "HgATo", QT_TRANSLATE_NOOP("ToolTips", "Valence at the centre of the last box")},
+    {"FourPs", "HgABoxes", QT_TRANSLATE_NOOP("ToolTips", "Number of boxes, 2 or more")},
+    {"FourPs", "HgAAuto", QT_TRANSLATE_NOOP("ToolTips", "Take the limits from the values of the map")},
+    {"FourPs", "HgTFrom", QT_TRANSLATE_NOOP("ToolTips", "Amount (in units of mut) or t/ts at the centre of the first box")},
+    {"FourPs", "HgTTo", QT_TRANSLATE_NOOP("ToolTips", "Amount (in units of mut) or t/ts at the centre of the last box")},
+    {"FourPs", "HgTBoxes", QT_TRANSLATE_NOOP("ToolTips", "Number of boxes, 2 or more")},
+    {"FourPs", "HgTAuto", QT_TRANSLATE_NOOP("ToolTips", "Take the limits from the values of the map")},
+
+    // what is shown
+    {"FourPs", "ShowDMap", QT_TRANSLATE_NOOP("ToolTips", "Show or hide the data map")},
+    {"FourPs", "ShowMap", QT_TRANSLATE_NOOP("ToolTips", "Show or hide the result map")},
+    {"FourPs", "ShowDAB", QT_TRANSLATE_NOOP("ToolTips", "Show or hide the graphs")},
+    {"FourPs", "NNone", QT_TRANSLATE_NOOP("ToolTips", "Spectra as measured (mut)")},
+    {"FourPs", "NBySubPre", QT_TRANSLATE_NOOP("ToolTips", "Spectra minus their pre-edge lines (mut)")},
+    {"FourPs", "NByEJ", QT_TRANSLATE_NOOP("ToolTips", "Spectra minus their pre-edge lines, over their edge jumps")},
+    {"FourPs", "NBy2Vics", QT_TRANSLATE_NOOP("ToolTips", "Spectra from 0 at the pre-edge line to 1 at the post-edge line")},
+    {"FourPs", "FullRangeCB", QT_TRANSLATE_NOOP("ToolTips", "On: whole spectra; off: the range of the used energies")},
+    {"FourPs", "MapWGrid", QT_TRANSLATE_NOOP("ToolTips", "Draw lines between the pixels of both maps")},
+    {"DispABase", "PopDockB", QT_TRANSLATE_NOOP("ToolTips", "Move the graph into a window of its own, and back")},
+    {"DispABase", "XPos", QT_TRANSLATE_NOOP("ToolTips", "Position of the pointer, in units of the x axis")},
+    {"DispABase", "YPos", QT_TRANSLATE_NOOP("ToolTips", "Position of the pointer, in units of the y axis")},
+    {"DispMBase", "PopDockB", QT_TRANSLATE_NOOP("ToolTips", "Move the map into a window of its own, and back")},
+    {"DispMBase", "MaxV", QT_TRANSLATE_NOOP("ToolTips", "Value of the uppermost colour; typing ends auto scale")},
+    {"DispMBase", "MinV", QT_TRANSLATE_NOOP("ToolTips", "Value of the lowermost colour; typing ends auto scale")},
+    {"DispMBase", "CBar", QT_TRANSLATE_NOOP("ToolTips", "Drag a line to stretch the colours; right button: palettes, invert, auto scale")},
+    {"DispMBase", "Val", QT_TRANSLATE_NOOP("ToolTips", "Value of the pixel under the pointer, in units of the map")},
+    {"DispMBase", "XPos", QT_TRANSLATE_NOOP("ToolTips", "Position of the pointer, x [pixels]")},
+    {"DispMBase", "YPos", QT_TRANSLATE_NOOP("ToolTips", "Position of the pointer, y [pixels]")},
+
+    // execution and results
+    {"FourPs", "OpenSessionB", QT_TRANSLATE_NOOP("ToolTips", "Open a session file: files, parameters and view")},
+    {"FourPs", "SaveSessionB", QT_TRANSLATE_NOOP("ToolTips", "Save files, parameters and view as a session file")},
+    {"FourPs", "CalcTargetB", QT_TRANSLATE_NOOP("ToolTips", "Analyse the spectrum of the target by the chosen method")},
+    {"FourPs", "CalcRes", QT_TRANSLATE_NOOP("ToolTips", "Result of the chosen method for the target")},
+    {"FourPs", "TargetDMut", QT_TRANSLATE_NOOP("ToolTips", "Result: edge jump of the target, in units of mut (non-equivalent method)")},
+    {"FourPs", "LCFB", QT_TRANSLATE_NOOP("ToolTips", "Fit the spectrum of the target by the used references, in the range ticked under LCF")},
+    {"FourPs", "LCFRes", QT_TRANSLATE_NOOP("ToolTips", "Result of the linear combination fit: fractions, valence, constant")},
+    {"FourPs", "CalcMapB", QT_TRANSLATE_NOOP("ToolTips", "Analyse every pixel of the maps by the chosen method")},
+    {"FourPs", "SaveFSelect", QT_TRANSLATE_NOOP("ToolTips", "Result file; two histograms are written beside it")},
+    {"FourPs", "WriteB", QT_TRANSLATE_NOOP("ToolTips", "Calculate the maps and write result file and histograms; older ones are replaced without asking")},
+    {"FourPs", "Message", QT_TRANSLATE_NOOP("ToolTips", "Messages and results, the last one at the end")},
+};
+
+/// What the buttons of a quantity stand for, wherever it can be chosen.
+constexpr Tip kQuantityTips[] = {
+    {"", "Ratio1", QT_TRANSLATE_NOOP("ToolTips", "Fraction of the first reference")},
+    {"", "Ratio2", QT_TRANSLATE_NOOP("ToolTips", "Fraction of the second reference")},
+    {"", "Ratio3", QT_TRANSLATE_NOOP("ToolTips", "Fraction of the third reference")},
+    {"", "Ratio4", QT_TRANSLATE_NOOP("ToolTips", "Fraction of the fourth reference")},
+    {"", "DMut1", QT_TRANSLATE_NOOP("ToolTips", "Edge jump by the first reference, in units of mut")},
+    {"", "DMut2", QT_TRANSLATE_NOOP("ToolTips", "Edge jump by the second reference, in units of mut")},
+    {"", "DMut3", QT_TRANSLATE_NOOP("ToolTips", "Edge jump by the third reference, in units of mut")},
+    {"", "DMut4", QT_TRANSLATE_NOOP("ToolTips", "Edge jump by the fourth reference, in units of mut")},
+    {"", "Mut0", QT_TRANSLATE_NOOP("ToolTips", "Constant of the background, in units of mut")},
+    {"", "C1", QT_TRANSLATE_NOOP("ToolTips", "Background: factor of lambda^3 [1/A^3], or slope [1/eV]")},
+    {"", "C2", QT_TRANSLATE_NOOP("ToolTips", "Background: factor of lambda^4 [1/A^4]")},
+    {"", "Valence", QT_TRANSLATE_NOOP("ToolTips", "Mean valence of the absorbing element")},
+    {"", "Amount", QT_TRANSLATE_NOOP("ToolTips", "Total edge jump in units of mut, or relative thickness t/ts")},
+};
+// clang-format on
+
+void setTip(QWidget *widget, const char *text)
+{
+    const QString translated = QCoreApplication::translate("ToolTips", text);
+    widget->setToolTip(translated);
+    widget->setAccessibleDescription(translated);
+}
+
+bool isInside(const QWidget *widget, const char *owner)
+{
+    const QWidget *around = widget->parentWidget();
+    while (around != nullptr && !around->inherits(owner)) {
+        around = around->parentWidget();
+    }
+    return around != nullptr;
+}
+
+} // namespace
+
+void setToolTips(QWidget &panel)
+{
+    QMultiHash<QString, QWidget *> named;
+    for (QWidget *widget : panel.findChildren<QWidget *>()) {
+        if (!widget->objectName().isEmpty()) {
+            named.insert(widget->objectName(), widget);
+        }
+    }
+    for (const Tip &tip : kTips) {
+        for (QWidget *widget : named.values(QLatin1String(tip.name))) {
+            if (isInside(widget, tip.owner)) {
+                setTip(widget, tip.text);
+            }
+        }
+    }
+    for (const Tip &tip : kQuantityTips) {
+        for (const char *series : {"Map", "Hg", "Rec"}) {
+            for (QWidget *widget : named.values(QLatin1String(series) + QLatin1String(tip.name))) {
+                setTip(widget, tip.text);
+            }
+        }
+    }
+}
+
+} // namespace orvel

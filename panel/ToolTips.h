@@ -1,0 +1,13 @@
+#pragma once
+
+class QWidget;
+
+namespace orvel {
+
+/// Tells what every field and button of a panel is for, with its unit, as tool tips and as
+/// accessible descriptions. Rows, selectors and displays inside the panel are told too; widgets
+/// made later are not. Name fields of files are left to their selectors: what they show without a
+/// tool tip of their own is that of the selector around them.
+void setToolTips(QWidget &panel);
+
+} // namespace orvel
