@@ -5,7 +5,6 @@
 
 #include <QApplication>
 #include <QLoggingCategory>
-#include <QTranslator>
 
 int main(int argc, char **argv)
 {
@@ -16,9 +15,9 @@ int main(int argc, char **argv)
     QLoggingCategory::setFilterRules(QStringLiteral("*.debug=false"));
 
     const QStringList arguments = QApplication::arguments().mid(1);
-    QTranslator translator;
+    orvel::Translators translators;
     if (orvel::wantsJapanese(arguments)) {
-        orvel::installJapanese(translator);
+        orvel::installJapanese(translators);
     }
     Body body;
     body.show();

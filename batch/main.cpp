@@ -5,7 +5,6 @@
 #include <QGuiApplication>
 #include <QLoggingCategory>
 #include <QTextCodec>
-#include <QTranslator>
 
 #include <cstdio>
 #include <memory>
@@ -66,9 +65,9 @@ int run(int argc, char **argv)
     case CommandLine::Task::Run:
         break;
     }
-    QTranslator translator;
+    orvel::Translators translators;
     if (commandLine.japanese) {
-        orvel::installJapanese(translator);
+        orvel::installJapanese(translators);
     }
     return orvel::runSession(commandLine);
 }

@@ -1,15 +1,18 @@
 #include "session/Catalogue.h"
 
 #include <QCoreApplication>
-#include <QTranslator>
 
 namespace orvel {
 
-void installJapanese(QTranslator &translator)
+void installJapanese(Translators &translators)
 {
-    translator.load(QStringLiteral(":klyv_ja_JP"), QCoreApplication::applicationDirPath(),
-                    QStringLiteral(""), QStringLiteral(""));
-    QCoreApplication::installTranslator(&translator);
+    const auto install = [](QTranslator &translator, const QString &catalogue) {
+        translator.load(catalogue, QCoreApplication::applicationDirPath(), QStringLiteral(""),
+                        QStringLiteral(""));
+        QCoreApplication::installTranslator(&translator);
+    };
+    install(translators.later, QStringLiteral(":orvel_ja"));
+    install(translators.fixed, QStringLiteral(":klyv_ja_JP")); // asked first
 }
 
 } // namespace orvel

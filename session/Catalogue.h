@@ -1,12 +1,17 @@
 #pragma once
 
-class QTranslator;
+#include <QTranslator>
 
 namespace orvel {
 
-/// Loads the built-in Japanese catalogue into a translator and installs it in the application.
-/// A catalogue that cannot be loaded leaves the texts English. The caller's program must link
-/// orvel_catalogue and keep the translator alive.
-void installJapanese(QTranslator &translator);
+/// The translators of a program that speaks Japanese; they must live as long as it does.
+struct Translators {
+    QTranslator fixed; ///< the texts that every version has had, klyv_ja_JP
+    QTranslator later; ///< all others, orvel_ja
+};
+
+/// Loads the built-in Japanese catalogues and installs them in the application. A catalogue that
+/// cannot be loaded leaves its texts English. The caller's program must link orvel_catalogue.
+void installJapanese(Translators &translators);
 
 } // namespace orvel

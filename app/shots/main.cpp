@@ -10,7 +10,6 @@
 #include <QApplication>
 #include <QCommandLineParser>
 #include <QLoggingCategory>
-#include <QTranslator>
 
 #include <cstdio>
 
@@ -46,9 +45,9 @@ int main(int argc, char **argv)
             stderr);
         return 2;
     }
-    QTranslator translator;
+    orvel::Translators translators;
     if (parser.isSet(japanese)) {
-        orvel::installJapanese(translator);
+        orvel::installJapanese(translators);
     }
     Body body;
     body.resize(sides[0].toInt(), sides[1].toInt());

@@ -12,7 +12,6 @@
 #include <QDir>
 #include <QMenu>
 #include <QTabWidget>
-#include <QTranslator>
 
 #include <algorithm>
 #include <cstdio>
@@ -113,9 +112,9 @@ int main(int argc, char **argv)
                        {"e", "English texts (default)."},
                        {"shots", "Write a picture of each page to a folder and end.", "folder"}});
     parser.process(application);
-    QTranslator translator;
+    orvel::Translators translators;
     if (parser.isSet("j")) {
-        orvel::installJapanese(translator);
+        orvel::installJapanese(translators);
     }
     QTabWidget tabs;
     for (const auto &page : orvel::gallery::makePages()) {

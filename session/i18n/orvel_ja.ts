@@ -1,0 +1,397 @@
+<?xml version="1.0" encoding="utf-8"?>
+<!DOCTYPE TS>
+<TS version="2.1" language="ja_JP" sourcelanguage="en">
+<context>
+    <name>FourPs</name>
+    <message>
+        <source>1. References and valences   2. Maps, energies, Use   3. Calc.   4. Write</source>
+        <translation>1. 標準試料と価数   2. マップ, エネルギー, 使用   3. 計算   4. 書き出し</translation>
+    </message>
+    <message>
+        <source>Drop a map</source>
+        <translation>マップをドロップ</translation>
+    </message>
+    <message>
+        <source>Drop or select an XAFS spectrum</source>
+        <translation>XAFSスペクトルをドロップまたは選択</translation>
+    </message>
+    <message>
+        <source>Drop or select the target&apos;s spectrum</source>
+        <translation>解析対象のスペクトルをドロップまたは選択</translation>
+    </message>
+    <message>
+        <source>Further spectra to show</source>
+        <translation>追加表示するスペクトル</translation>
+    </message>
+    <message>
+        <source>Open session...</source>
+        <translation>セッションを開く...</translation>
+    </message>
+    <message>
+        <source>Result file</source>
+        <translation>結果ファイル</translation>
+    </message>
+    <message>
+        <source>Save session...</source>
+        <translation>セッションを保存...</translation>
+    </message>
+</context>
+<context>
+    <name>ToolTips</name>
+    <message>
+        <source>Select a file</source>
+        <translation>ファイルを選択します</translation>
+    </message>
+    <message>
+        <source>Take the file away</source>
+        <translation>ファイルの指定を解除します</translation>
+    </message>
+    <message>
+        <source>Energy shift dE of this spectrum [eV]; its energies count as E - dE</source>
+        <translation>このスペクトルのエネルギーシフトdE [eV]。エネルギーをE - dEとして扱います</translation>
+    </message>
+    <message>
+        <source>XAFS spectrum of this reference</source>
+        <translation>この標準試料のXAFSスペクトル</translation>
+    </message>
+    <message>
+        <source>XAFS spectrum of the target</source>
+        <translation>解析対象のXAFSスペクトル</translation>
+    </message>
+    <message>
+        <source>Further spectra for the graph; not analysed</source>
+        <translation>グラフに追加表示するスペクトル(解析には使いません)</translation>
+    </message>
+    <message>
+        <source>Further spectra in the graph; not analysed</source>
+        <translation>グラフに追加表示しているスペクトル(解析には使いません)</translation>
+    </message>
+    <message>
+        <source>Remove the selected spectrum from this list</source>
+        <translation>選択したスペクトルを一覧から除きます</translation>
+    </message>
+    <message>
+        <source>Map at this energy; several at once fill this row and the next ones</source>
+        <translation>このエネルギーのマップ。複数を選ぶとこの行から順に割り当てます</translation>
+    </message>
+    <message>
+        <source>This reference takes part in the calculations</source>
+        <translation>この標準試料を計算に使います</translation>
+    </message>
+    <message>
+        <source>Valence of the absorbing element in this reference</source>
+        <translation>この標準試料中の吸収元素の価数</translation>
+    </message>
+    <message>
+        <source>Result: fraction of this reference in the target</source>
+        <translation>結果: 解析対象中のこの標準試料の比率</translation>
+    </message>
+    <message>
+        <source>Result: share of this reference in the edge jump of the target, in units of mut</source>
+        <translation>結果: 解析対象のエッジジャンプのうちこの標準試料の分 (μtの単位)</translation>
+    </message>
+    <message>
+        <source>Edge energy E0 [eV]; found in the reference that was read last</source>
+        <translation>吸収端エネルギーE0 [eV]。最後に読み込んだ標準試料から求めます</translation>
+    </message>
+    <message>
+        <source>End of the pre-edge range relative to E0 [eV]; negative is below the edge</source>
+        <translation>プレエッジ領域の終点 (E0基準) [eV]。負の値は吸収端より低エネルギー側</translation>
+    </message>
+    <message>
+        <source>Start of the post-edge range relative to E0 [eV]</source>
+        <translation>ポストエッジ領域の始点 (E0基準) [eV]</translation>
+    </message>
+    <message>
+        <source>On: non-equivalent method with all used references; off: four-points methods with the first two</source>
+        <translation>オン: 使用する全標準試料による非等吸収点法、オフ: 最初の2つの標準試料による4点法</translation>
+    </message>
+    <message>
+        <source>Show the conditions of both methods</source>
+        <translation>両解析法の条件を表示します</translation>
+    </message>
+    <message>
+        <source>Exact solution with four used energies (with three: three points, without k)</source>
+        <translation>使用する4エネルギーでの厳密解 (3エネルギーの場合はkを含まない3点法)</translation>
+    </message>
+    <message>
+        <source>Least squares over four or more used energies</source>
+        <translation>使用する4つ以上のエネルギーでの最小二乗法</translation>
+    </message>
+    <message>
+        <source>Background mu0 + C1 lambda^3 + C2 lambda^4, fitted to every pixel</source>
+        <translation>バックグラウンド μ0 + C1 λ^3 + C2 λ^4 を画素ごとにフィットします</translation>
+    </message>
+    <message>
+        <source>Background mu0 + C1 E, fitted to every pixel</source>
+        <translation>バックグラウンド μ0 + C1 E を画素ごとにフィットします</translation>
+    </message>
+    <message>
+        <source>Subtract the pre-edge line from the references</source>
+        <translation>標準試料からプレエッジ線を差し引きます</translation>
+    </message>
+    <message>
+        <source>Subtract the post-edge line from the references</source>
+        <translation>標準試料からポストエッジ線を差し引きます</translation>
+    </message>
+    <message>
+        <source>Subtract the pre-edge line from the target</source>
+        <translation>解析対象からプレエッジ線を差し引きます</translation>
+    </message>
+    <message>
+        <source>Subtract the post-edge line from the target</source>
+        <translation>解析対象からポストエッジ線を差し引きます</translation>
+    </message>
+    <message>
+        <source>This energy takes part in the calculations</source>
+        <translation>このエネルギーを計算に使います</translation>
+    </message>
+    <message>
+        <source>Non-equivalent point: where the references differ most</source>
+        <translation>非等吸収点: 標準試料間の差が最も大きいエネルギー</translation>
+    </message>
+    <message>
+        <source>Bounds the energy range of the linear combination fit</source>
+        <translation>線形結合フィットのエネルギー範囲の境界にします</translation>
+    </message>
+    <message>
+        <source>Energy of this image [eV]</source>
+        <translation>この画像のエネルギー [eV]</translation>
+    </message>
+    <message>
+        <source>mut of reference 1 at this energy, minus the chosen line</source>
+        <translation>このエネルギーでの標準試料1のμt (選択した線を差し引いた値)</translation>
+    </message>
+    <message>
+        <source>mut of reference 2 at this energy, minus the chosen line</source>
+        <translation>このエネルギーでの標準試料2のμt (選択した線を差し引いた値)</translation>
+    </message>
+    <message>
+        <source>mut of reference 3 at this energy, minus the chosen line</source>
+        <translation>このエネルギーでの標準試料3のμt (選択した線を差し引いた値)</translation>
+    </message>
+    <message>
+        <source>mut of reference 4 at this energy, minus the chosen line</source>
+        <translation>このエネルギーでの標準試料4のμt (選択した線を差し引いた値)</translation>
+    </message>
+    <message>
+        <source>mut of the target at this energy, minus the chosen line</source>
+        <translation>このエネルギーでの解析対象のμt (選択した線を差し引いた値)</translation>
+    </message>
+    <message>
+        <source>Show this image as the data map</source>
+        <translation>この画像をデータマップに表示します</translation>
+    </message>
+    <message>
+        <source>A press in the graph of all spectra sets this energy; press again to end</source>
+        <translation>全μtのグラフを押した位置をこのエネルギーにします。もう一度押すと解除します</translation>
+    </message>
+    <message>
+        <source>Valence at the centre of the first box</source>
+        <translation>最初の区間の中心の価数</translation>
+    </message>
+    <message>
+        <source>Valence at the centre of the last box</source>
+        <translation>最後の区間の中心の価数</translation>
+    </message>
+    <message>
+        <source>Number of boxes, 2 or more</source>
+        <translation>区間数 (2以上)</translation>
+    </message>
+    <message>
+        <source>Take the limits from the values of the map</source>
+        <translation>マップの値から上限と下限を決めます</translation>
+    </message>
+    <message>
+        <source>Amount (in units of mut) or t/ts at the centre of the first box</source>
+        <translation>最初の区間の中心の存在量 (μtの単位) またはt/ts</translation>
+    </message>
+    <message>
+        <source>Amount (in units of mut) or t/ts at the centre of the last box</source>
+        <translation>最後の区間の中心の存在量 (μtの単位) またはt/ts</translation>
+    </message>
+    <message>
+        <source>Show or hide the data map</source>
+        <translation>データマップの表示を切り替えます</translation>
+    </message>
+    <message>
+        <source>Show or hide the result map</source>
+        <translation>結果マップの表示を切り替えます</translation>
+    </message>
+    <message>
+        <source>Show or hide the graphs</source>
+        <translation>グラフの表示を切り替えます</translation>
+    </message>
+    <message>
+        <source>Spectra as measured (mut)</source>
+        <translation>測定したままのスペクトル (μt)</translation>
+    </message>
+    <message>
+        <source>Spectra minus their pre-edge lines (mut)</source>
+        <translation>プレエッジ線を差し引いたスペクトル (μt)</translation>
+    </message>
+    <message>
+        <source>Spectra minus their pre-edge lines, over their edge jumps</source>
+        <translation>プレエッジ線を差し引き、エッジジャンプで割ったスペクトル</translation>
+    </message>
+    <message>
+        <source>Spectra from 0 at the pre-edge line to 1 at the post-edge line</source>
+        <translation>プレエッジ線を0、ポストエッジ線を1としたスペクトル</translation>
+    </message>
+    <message>
+        <source>On: whole spectra; off: the range of the used energies</source>
+        <translation>オン: スペクトル全体、オフ: 使用するエネルギーの範囲</translation>
+    </message>
+    <message>
+        <source>Draw lines between the pixels of both maps</source>
+        <translation>両マップの画素の境界に線を引きます</translation>
+    </message>
+    <message>
+        <source>Move the graph into a window of its own, and back</source>
+        <translation>グラフを別ウィンドウに切り離す、または元に戻します</translation>
+    </message>
+    <message>
+        <source>Position of the pointer, in units of the x axis</source>
+        <translation>ポインタの位置 (x軸の単位)</translation>
+    </message>
+    <message>
+        <source>Position of the pointer, in units of the y axis</source>
+        <translation>ポインタの位置 (y軸の単位)</translation>
+    </message>
+    <message>
+        <source>Move the map into a window of its own, and back</source>
+        <translation>マップを別ウィンドウに切り離す、または元に戻します</translation>
+    </message>
+    <message>
+        <source>Value of the uppermost colour; typing ends auto scale</source>
+        <translation>最上端の色の値。入力すると自動スケールを解除します</translation>
+    </message>
+    <message>
+        <source>Value of the lowermost colour; typing ends auto scale</source>
+        <translation>最下端の色の値。入力すると自動スケールを解除します</translation>
+    </message>
+    <message>
+        <source>Drag a line to stretch the colours; right button: palettes, invert, auto scale</source>
+        <translation>線をドラッグすると色の範囲が変わります。右ボタン: パレット, 反転, 自動スケール</translation>
+    </message>
+    <message>
+        <source>Value of the pixel under the pointer, in units of the map</source>
+        <translation>ポインタの位置の画素の値 (マップの単位)</translation>
+    </message>
+    <message>
+        <source>Position of the pointer, x [pixels]</source>
+        <translation>ポインタの位置 x [画素]</translation>
+    </message>
+    <message>
+        <source>Position of the pointer, y [pixels]</source>
+        <translation>ポインタの位置 y [画素]</translation>
+    </message>
+    <message>
+        <source>Open a session file: files, parameters and view</source>
+        <translation>セッションファイル (ファイル, パラメータ, 表示の設定) を開きます</translation>
+    </message>
+    <message>
+        <source>Save files, parameters and view as a session file</source>
+        <translation>ファイル, パラメータ, 表示の設定をセッションファイルに保存します</translation>
+    </message>
+    <message>
+        <source>Analyse the spectrum of the target by the chosen method</source>
+        <translation>選択した方法で解析対象のスペクトルを解析します</translation>
+    </message>
+    <message>
+        <source>Result of the chosen method for the target</source>
+        <translation>選択した方法による解析対象の結果</translation>
+    </message>
+    <message>
+        <source>Result: edge jump of the target, in units of mut (non-equivalent method)</source>
+        <translation>結果: 解析対象のエッジジャンプ (μtの単位, 非等吸収点法)</translation>
+    </message>
+    <message>
+        <source>Fit the spectrum of the target by the used references, in the range ticked under LCF</source>
+        <translation>LCFでチェックした範囲で、解析対象のスペクトルを使用する標準試料の線形結合でフィットします</translation>
+    </message>
+    <message>
+        <source>Result of the linear combination fit: fractions, valence, constant</source>
+        <translation>線形結合フィットの結果: 比率, 価数, 定数</translation>
+    </message>
+    <message>
+        <source>Analyse every pixel of the maps by the chosen method</source>
+        <translation>選択した方法でマップの全画素を解析します</translation>
+    </message>
+    <message>
+        <source>Result file; two histograms are written beside it</source>
+        <translation>結果ファイル。同じフォルダに2つのヒストグラムも書き出します</translation>
+    </message>
+    <message>
+        <source>Calculate the maps and write result file and histograms; older ones are replaced without asking</source>
+        <translation>マップを計算し、結果ファイルとヒストグラムを書き出します。既存のファイルは確認せずに上書きします</translation>
+    </message>
+    <message>
+        <source>Messages and results, the last one at the end</source>
+        <translation>メッセージと結果 (最新のものが末尾)</translation>
+    </message>
+    <message>
+        <source>Fraction of the first reference</source>
+        <translation>1番目の標準試料の比率</translation>
+    </message>
+    <message>
+        <source>Fraction of the second reference</source>
+        <translation>2番目の標準試料の比率</translation>
+    </message>
+    <message>
+        <source>Fraction of the third reference</source>
+        <translation>3番目の標準試料の比率</translation>
+    </message>
+    <message>
+        <source>Fraction of the fourth reference</source>
+        <translation>4番目の標準試料の比率</translation>
+    </message>
+    <message>
+        <source>Edge jump by the first reference, in units of mut</source>
+        <translation>1番目の標準試料によるエッジジャンプ (μtの単位)</translation>
+    </message>
+    <message>
+        <source>Edge jump by the second reference, in units of mut</source>
+        <translation>2番目の標準試料によるエッジジャンプ (μtの単位)</translation>
+    </message>
+    <message>
+        <source>Edge jump by the third reference, in units of mut</source>
+        <translation>3番目の標準試料によるエッジジャンプ (μtの単位)</translation>
+    </message>
+    <message>
+        <source>Edge jump by the fourth reference, in units of mut</source>
+        <translation>4番目の標準試料によるエッジジャンプ (μtの単位)</translation>
+    </message>
+    <message>
+        <source>Constant of the background, in units of mut</source>
+        <translation>バックグラウンドの定数項 (μtの単位)</translation>
+    </message>
+    <message>
+        <source>Background: factor of lambda^3 [1/A^3], or slope [1/eV]</source>
+        <translation>バックグラウンド: λ^3の係数 [1/Å^3] または傾き [1/eV]</translation>
+    </message>
+    <message>
+        <source>Background: factor of lambda^4 [1/A^4]</source>
+        <translation>バックグラウンド: λ^4の係数 [1/Å^4]</translation>
+    </message>
+    <message>
+        <source>Mean valence of the absorbing element</source>
+        <translation>吸収元素の平均価数</translation>
+    </message>
+    <message>
+        <source>Total edge jump in units of mut, or relative thickness t/ts</source>
+        <translation>全エッジジャンプ (μtの単位) または相対厚さ t/ts</translation>
+    </message>
+</context>
+<context>
+    <name>cBar</name>
+    <message>
+        <source>Auto scale</source>
+        <translation>自動スケール</translation>
+    </message>
+    <message>
+        <source>Invert</source>
+        <translation>反転</translation>
+    </message>
+</context>
+</TS>
