@@ -6,13 +6,14 @@
 
 namespace orvel::bench {
 
-/// Median duration of work() [ms]: one call to warm up, then 5 to 50 calls within about a second,
-/// or 3 when a call takes long.
-template <class Function> double medianMs(Function work)
+/// Median duration of work() [ms], ready() before each call not counted: one call to warm up, then
+/// 5 to 50 calls within about a second, or 3 when a call takes long.
+template <class Ready, class Function> double medianMs(Ready ready, Function work)
 {
     constexpr double kLongMs = 1500.0;
     constexpr double kBudgetMs = 1000.0;
-    const auto timed = [&work] {
+    const auto timed = [&ready, &work] {
+        ready();
         const auto start = std::chrono::steady_clock::now();
         work();
         const std::chrono::duration<double, std::milli> taken =

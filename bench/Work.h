@@ -20,6 +20,8 @@ public:
 
     /// Takes the inputs, made at their first use. Throws when that is not possible.
     virtual void prepare(Inputs &inputs) = 0;
+    /// Before every run, not timed.
+    virtual void ready() {}
     /// The timed part.
     virtual void run() = 0;
     /// What is wrong with the answer of the last run; empty when it is right.

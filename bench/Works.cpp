@@ -3,6 +3,7 @@
 #include "bench/FileWorks.h"
 #include "bench/MapWorks.h"
 #include "bench/PaintWorks.h"
+#include "bench/WindowWorks.h"
 
 namespace orvel::bench {
 
@@ -23,6 +24,10 @@ const std::vector<NamedWork> &works()
         {"pan-map", makePanMap},
         {"paint-graph", makePaintGraph},
         {"paint-graph-2x", makePaintGraph2x},
+        {"window-load", makeWindowLoad},
+        {"window-click", makeWindowClick},
+        {"window-start", makeWindowStart},
+        {"window-empty", makeWindowEmpty},
     };
     return all;
 }

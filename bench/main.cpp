@@ -3,9 +3,10 @@
 
 #include "bench/Inputs.h"
 #include "bench/Timer.h"
+#include "bench/WindowWorks.h"
 #include "bench/Work.h"
 
-#include <QGuiApplication>
+#include <QCoreApplication>
 
 #include <algorithm>
 #include <charconv>
@@ -78,7 +79,7 @@ bool measure(const NamedWork &named, orvel::bench::Inputs &inputs)
 {
     const auto work = named.make();
     work->prepare(inputs);
-    const double ms = orvel::bench::medianMs([&work] { work->run(); });
+    const double ms = orvel::bench::medianMs([&work] { work->ready(); }, [&work] { work->run(); });
     const QString fault = work->check();
     if (!fault.isEmpty()) {
         std::fprintf(stderr, "%s: wrong answer: %s\n", named.name, qUtf8Printable(fault));
@@ -100,8 +101,7 @@ int main(int argc, char **argv)
     }
     // Readers tell the debug log about every file.
     qInstallMessageHandler([](QtMsgType, const QMessageLogContext &, const QString &) {});
-    qputenv("QT_QPA_PLATFORM", "offscreen"); // paint works draw texts, and need its fonts
-    const QGuiApplication app(argc, argv);
+    const auto app = orvel::bench::makeApplication(argc, argv);
     try {
         orvel::bench::Inputs inputs(arguments.threads, arguments.side);
         bool right = true;

@@ -1,0 +1,314 @@
+#include "bench/WindowWorks.h"
+
+#include "analysis/NonEquiv.h"
+#include "app/Body.h"
+#include "bench/Inputs.h"
+#include "bench/PlainCopy.h"
+#include "display/DispMBase.h"
+#include "images/AEPoint.h"
+#include "images/TDData0.h"
+#include "panel/FourPs.h"
+#include "spectra/AFileSelect.h"
+
+#include <QAbstractEventDispatcher>
+#include <QApplication>
+#include <QCheckBox>
+#include <QEvent>
+#include <QFile>
+#include <QLineEdit>
+
+#include <cmath>
+#include <stdexcept>
+
+namespace orvel::bench {
+namespace {
+
+constexpr QSize kWindowSize(1366, 736);
+
+/// Everything that is pending, and what comes of it: layouts, paints.
+void becomeIdle()
+{
+    while (QAbstractEventDispatcher::instance()->processEvents(QEventLoop::AllEvents)) {
+    }
+}
+
+/// Whether a widget was painted since the last time it was asked.
+class PaintWatch : public QObject {
+public:
+    void watch(QWidget *widget)
+    {
+        widget->installEventFilter(this);
+        m_wasPainted = false;
+    }
+    bool wasPainted() const { return m_wasPainted; }
+    void forget() { m_wasPainted = false; }
+
+protected:
+    bool eventFilter(QObject * /*watched*/, QEvent *event) override
+    {
+        m_wasPainted = m_wasPainted || event->type() == QEvent::Paint;
+        return false;
+    }
+
+private:
+    bool m_wasPainted = false;
+};
+
+/// A window that is shown and used again and again.
+class WindowWork : public Work {
+protected:
+    void show()
+    {
+        m_body = std::make_unique<Body>();
+        m_body->resize(kWindowSize);
+        m_body->show();
+        becomeIdle();
+    }
+    void watch(const char *map)
+    {
+        m_watch.watch(m_body->panel()->findChild<DispMBase *>(QLatin1String(map))->area());
+    }
+    Body &body() const { return *m_body; }
+    FourPs &panel() const { return *m_body->panel(); }
+    PaintWatch &painted() { return m_watch; }
+    const PaintWatch &painted() const { return m_watch; }
+
+private:
+    std::unique_ptr<Body> m_body;
+    PaintWatch m_watch;
+};
+
+class WindowLoad : public WindowWork {
+public:
+    void prepare(Inputs &inputs) override
+    {
+        m_path = inputs.textMapFile();
+        show();
+        m_row = panel().findChild<AEPoint *>(); // the first one
+        watch("DataMap");
+    }
+
+    void ready() override { painted().forget(); }
+
+    void run() override
+    {
+        m_row->fileSelect()->newFile(m_path);
+        becomeIdle();
+    }
+
+    QString check() const override
+    {
+        const auto map = m_row->map();
+        if (!map || map->size() != kMapPixels || !painted().wasPainted()) {
+            return QStringLiteral("the map is not loaded or not painted");
+        }
+        if (m_row->energyEv() != 7120.0) {
+            return QStringLiteral("energy %1").arg(m_row->energyEv());
+        }
+        TextMapPixels pixels;
+        for (int i = 0; i < kMapPixels; ++i) {
+            const TextMapPixels::Pixel expected = pixels.next();
+            if (map->absorptionPlane()[static_cast<size_t>(i)] !=
+                std::log((expected.reference / 1e6) / (expected.signal / 1e6))) {
+                return QStringLiteral("pixel %1").arg(i);
+            }
+        }
+        return {};
+    }
+
+private:
+    QString m_path;
+    AEPoint *m_row = nullptr;
+};
+
+void saveSpectrum(const QString &path, const QVector<MutPoint> &points)
+{
+    QByteArray text;
+    for (const MutPoint &point : points) {
+        text += QByteArray::number(point.energyEv, 'g', 17) + ' ' +
+                QByteArray::number(point.mut, 'g', 17) + '\n';
+    }
+    QFile file(path);
+    if (!file.open(QIODevice::WriteOnly) || file.write(text) != text.size()) {
+        throw std::runtime_error("cannot write " + path.toStdString());
+    }
+}
+
+void saveMap(const QString &path, const ImageData &image)
+{
+    TDData0 file;
+    file.width = image.xNum();
+    file.height = image.yNum();
+    const auto &values = image.absorptionPlane();
+    file.data = QVector<double>(values.begin(), values.end());
+    file.valid = QVector<bool>(file.data.size(), true);
+    if (!file.write(path)) {
+        throw std::runtime_error("cannot write " + path.toStdString());
+    }
+}
+
+/// The sample's analysis as the window is told it.
+PanelState stateOf(const Sample &sample, Inputs &inputs)
+{
+    const AnalysisInput &input = sample.nonEquiv();
+    PanelState state;
+    SessionTexts &texts = state.texts;
+    texts.edgeE = QStringLiteral("7120");
+    texts.nonEquiv = true;
+    for (size_t n = 0; n < texts.references.size(); ++n) {
+        const ReferenceInput &reference = input.references[n];
+        texts.references[n].file = inputs.path(qPrintable(QStringLiteral("ref%1.txt").arg(n)));
+        texts.references[n].use = true;
+        texts.references[n].valence = QString::number(reference.valence);
+        saveSpectrum(texts.references[n].file, reference.spectrum.points());
+    }
+    texts.target.file = texts.references[1].file;
+    for (size_t i = 0; i < texts.points.size(); ++i) {
+        const EnergyPointInput &point = input.points[i];
+        texts.points[i] = {true, i == 0 || i + 1 == texts.points.size(), point.vPoint,
+                           QString::number(point.energyEv),
+                           inputs.path(qPrintable(QStringLiteral("map%1.dat").arg(i)))};
+        saveMap(texts.points[i].file, *point.map);
+    }
+    return state;
+}
+
+class WindowClick : public WindowWork {
+public:
+    void prepare(Inputs &inputs) override
+    {
+        show();
+        panel().setState(stateOf(inputs.sample(), inputs));
+        becomeIdle();
+        m_valence = panel().findChild<QLineEdit *>(QStringLiteral("Valence")); // of reference 1
+        m_box = panel().findChildren<AEPoint *>()[2]->findChild<QCheckBox *>(
+            QStringLiteral("LCFCB")); // between the bounds: changes no range
+        watch("ResultMap");
+    }
+
+    /// Another valence: the last maps do not answer the click.
+    void ready() override
+    {
+        m_valence->setText(QString::number(++m_runs % 2));
+        painted().forget();
+    }
+
+    void run() override
+    {
+        m_box->click();
+        becomeIdle();
+    }
+
+    QString check() const override
+    {
+        const AnalysisInput input = panel().readInput();
+        const Plan plan = checkMap(input);
+        const auto maps = panel().results();
+        if (!maps || plan.used.size() != kPointRows || !painted().wasPainted()) {
+            return QStringLiteral("no map, or it is not painted");
+        }
+        NonEquivFit fit(gatherRefValues(input, plan));
+        constexpr qint64 kEach = 997;
+        for (qint64 i = 0; i < maps->size(); i += kEach) {
+            std::vector<double> y;
+            for (const size_t k : plan.used) {
+                y.push_back(input.points[k].map->absorptionPlane()[static_cast<size_t>(i)]);
+            }
+            const ResultVector expected = fit.fit(y);
+            for (const Quantity quantity :
+                 {Quantity::Ratio1, Quantity::DMut1, Quantity::Valence, Quantity::Amount}) {
+                if (maps->at(quantity, i) != expected[static_cast<size_t>(indexOf(quantity))]) {
+                    return QStringLiteral("pixel %1").arg(i);
+                }
+            }
+        }
+        return {};
+    }
+
+private:
+    QLineEdit *m_valence = nullptr;
+    QCheckBox *m_box = nullptr;
+    int m_runs = 0;
+};
+
+template <class Make> class StartWork : public Work {
+public:
+    void prepare(Inputs & /*inputs*/) override
+    {
+        m_model = std::make_unique<Body>();
+        m_model->resize(kWindowSize);
+    }
+
+    void ready() override
+    {
+        m_window.reset();
+        m_watch.forget();
+    }
+
+    void run() override
+    {
+        m_window = Make()(*m_model);
+        m_window->resize(kWindowSize);
+        m_watch.watch(m_window.get());
+        m_window->show();
+        becomeIdle();
+    }
+
+    QString check() const override
+    {
+        if (!m_watch.wasPainted()) {
+            return QStringLiteral("it was not painted");
+        }
+        const int widgets = copiedWidgets(*m_window);
+        const int expected = copiedWidgets(*m_model);
+        return widgets == expected
+                   ? QString()
+                   : QStringLiteral("%1 widgets instead of %2").arg(widgets).arg(expected);
+    }
+
+private:
+    std::unique_ptr<Body> m_model;
+    std::unique_ptr<QMainWindow> m_window;
+    PaintWatch m_watch;
+};
+
+struct MakeBody {
+    std::unique_ptr<QMainWindow> operator()(const Body & /*model*/) const
+    {
+        return std::make_unique<Body>();
+    }
+};
+
+struct MakePlain {
+    std::unique_ptr<QMainWindow> operator()(const Body &model) const { return plainCopyOf(model); }
+};
+
+} // namespace
+
+std::unique_ptr<QCoreApplication> makeApplication(int &argc, char **argv)
+{
+    qputenv("QT_QPA_PLATFORM", "offscreen"); // no display, but its fonts
+    return std::make_unique<QApplication>(argc, argv);
+}
+
+std::unique_ptr<Work> makeWindowLoad()
+{
+    return std::make_unique<WindowLoad>();
+}
+
+std::unique_ptr<Work> makeWindowClick()
+{
+    return std::make_unique<WindowClick>();
+}
+
+std::unique_ptr<Work> makeWindowStart()
+{
+    return std::make_unique<StartWork<MakeBody>>();
+}
+
+std::unique_ptr<Work> makeWindowEmpty()
+{
+    return std::make_unique<StartWork<MakePlain>>();
+}
+
+} // namespace orvel::bench
