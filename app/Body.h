@@ -21,5 +21,5 @@ public:
 
 private:
     std::unique_ptr<Ui::Body> m_ui;
-    FourPs *m_panel;
+    FourPs *m_panel = nullptr; ///< a child of the central widget
 };
