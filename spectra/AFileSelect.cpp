@@ -17,9 +17,11 @@ namespace {
 QString folderOf(const QString &path)
 {
     const QFileInfo info(path);
-    const QString ofFile = info.canonicalPath();
-    const QString ofFolder = ofFile.isEmpty() ? info.dir().canonicalPath() : ofFile;
-    return ofFolder.isEmpty() ? info.absolutePath() : ofFolder;
+    if (info.exists()) {
+        return info.canonicalPath(); // of a missing file it would be "."
+    }
+    const QString folder = info.dir().canonicalPath();
+    return folder.isEmpty() ? info.absolutePath() : folder;
 }
 
 /// Path of a dropped URL; empty when it is no file.
@@ -34,8 +36,12 @@ QString pathOf(const QUrl &url)
     if (!path.startsWith(QLatin1Char('/'))) {
         return QStringLiteral("//") + path; // a share: host and folder
     }
-    // The text of a URL still encodes a few characters, such as '%' and '#'.
-    return QFileInfo::exists(path) ? path : url.toLocalFile();
+    // The text of a URL still encodes a few characters, such as '%' and '#', and lacks doubled
+    // blanks. Programs that do not encode at all put a name behind '#' or '?' where no name
+    // belongs.
+    const QString local = url.toLocalFile();
+    const bool isWhole = !url.hasFragment() && !url.hasQuery();
+    return isWhole && QFileInfo(local).isFile() ? local : path;
 }
 
 } // namespace
@@ -46,7 +52,8 @@ AFileSelect::AFileSelect(QWidget *parent, int mode)
 {
     m_ui->setupUi(this);
     setAcceptDrops(true);
-    m_ui->FileName->setAcceptDrops(false); // or it would take a drop as text
+    m_ui->FileName->setAcceptDrops(false); // or they would take a drop as text
+    m_ui->DE->setAcceptDrops(false);
     showDE(false);
     setMode(mode);
     connect(m_ui->SelB, &QPushButton::clicked, this, [this] { dialog()->open(); });
@@ -73,6 +80,9 @@ void AFileSelect::setMultiple(bool f)
 void AFileSelect::setNameFilters(const QStringList &filters)
 {
     m_nameFilters = filters;
+    if (m_dialog) {
+        m_dialog->setNameFilters(filters);
+    }
 }
 
 void AFileSelect::setHint(const QString &text)
@@ -157,6 +167,8 @@ void AFileSelect::newFiles(const QStringList &paths)
         names.append(QFileInfo(path).fileName());
     }
     showName(names.join(QLatin1Char(' ')));
+    m_path = paths.first(); // so that clearing tells of it
+    m_fileName = names.first();
     m_dir = folderOf(paths.first());
     emit newDir(m_dir);
     emit newFilePaths(paths);
@@ -178,7 +190,9 @@ void AFileSelect::clearFileName()
 
 void AFileSelect::selectingFile(const QString &path)
 {
-    m_dialog->setWindowTitle(QFileInfo(path).fileName()); // whole, where the list cuts it off
+    if (m_dialog) {
+        m_dialog->setWindowTitle(QFileInfo(path).fileName()); // whole, where the list cuts it off
+    }
 }
 
 void AFileSelect::newFile(const QString &path)

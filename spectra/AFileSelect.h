@@ -36,7 +36,7 @@ public:
     /// Hides the caption where a table head has it.
     void hideLabel();
 
-    QString path() const { return m_path; }         ///< empty: no file
+    QString path() const { return m_path; }         ///< of several the first; empty: no file
     QString fileName() const { return m_fileName; } ///< without its folder
     QString dir() const { return m_dir; }           ///< of the last choice
     QString text() const;                           ///< of the name field
