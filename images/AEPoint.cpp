@@ -6,6 +6,11 @@
 AEPoint::AEPoint(QWidget *parent) : QFrame(parent), m_ui(std::make_unique<Ui::AEPoint>())
 {
     m_ui->setupUi(this);
+    // A table head has the captions; hidden, they still name the fields to screen readers.
+    for (QLabel *caption : {m_ui->EnergyLabel, m_ui->Mut1Label, m_ui->Mut2Label, m_ui->Mut3Label,
+                            m_ui->Mut4Label, m_ui->MutTLabel, m_ui->ShowMapBLabel}) {
+        caption->hide();
+    }
     m_ui->FileSelect->hideLabel();
     m_ui->FileSelect->setNameFilters(
         {QStringLiteral("Maps (*.dat *.txt)"), QStringLiteral("All (* *.*)")});
