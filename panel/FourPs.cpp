@@ -580,7 +580,8 @@ void FourPs::makeHints()
         row->fileSelect()->setHint(tr("Drop a map"));
     }
     m_ui->SaveFSelect->setHint(tr("Result file"));
-    m_ui->Message->setPlaceholderText(tr("1. References: spectrum and valence, Use\n"
-                                         "2. Energies: map, Use     3. Calc.\n"
-                                         "4. Result file, Write"));
+    const QStringList steps = {tr("1. References: spectrum, valence, Use"),
+                               tr("2. Energies: map, Use     3. Calc."),
+                               tr("4. Result file, Write")};
+    m_ui->Message->setPlaceholderText(steps.join(QLatin1Char('\n')));
 }

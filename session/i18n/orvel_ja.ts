@@ -4,8 +4,16 @@
 <context>
     <name>FourPs</name>
     <message>
-        <source>1. References and valences   2. Maps, energies, Use   3. Calc.   4. Write</source>
-        <translation>1. 標準試料と価数   2. マップ, エネルギー, 使用   3. 計算   4. 書き出し</translation>
+        <source>1. References: spectrum, valence, Use</source>
+        <translation>1. 標準試料: スペクトル、価数、「使用」</translation>
+    </message>
+    <message>
+        <source>2. Energies: map, Use     3. Calc.</source>
+        <translation>2. エネルギー: マップ、「使用」     3. 計算</translation>
+    </message>
+    <message>
+        <source>4. Result file, Write</source>
+        <translation>4. 結果ファイル、書き出し</translation>
     </message>
     <message>
         <source>Drop a map</source>

@@ -14,7 +14,6 @@
 #include <QMenuBar>
 #include <QPaintEngine>
 #include <QStatusBar>
-#include <QTranslator>
 #include <QtTest>
 
 #include <sys/stat.h>
@@ -134,7 +133,7 @@ void StartUpTest::window_data()
 void StartUpTest::window()
 {
     QFETCH(bool, japanese);
-    QTranslator translator;
+    orvel::Translators translator;
     if (japanese) {
         orvel::installJapanese(translator);
     }
@@ -164,7 +163,7 @@ void StartUpTest::window()
 // shows a second edge jump. What AXafsFileSelect draws is in edgeJump().
 void StartUpTest::japanese()
 {
-    QTranslator translator;
+    orvel::Translators translator;
     orvel::installJapanese(translator);
     const AFileSelect file;
     const ARefFile reference;
@@ -210,10 +209,9 @@ void StartUpTest::edgeJump()
         return recorder.texts;
     };
     const QString jump = textsOf().section("Edge Jump : ", 1);
-    QCOMPARE(jump.toDouble(), selector.edgeJump()); // every digit
-    QVERIFY(qAbs(jump.toDouble() - 1.5) < 1e-6);    // of the fits' systems
+    QCOMPARE(jump, QString("1.5")); // six digits
     QCOMPARE(panel.findChild<QLabel *>("XTitle")->text(), QString("Eng.[eV]"));
-    QTranslator translator;
+    orvel::Translators translator;
     orvel::installJapanese(translator);
     QVERIFY(textsOf().endsWith("エッジジャンプ: " + jump));
     QCOMPARE(panel.findChild<QLabel *>("XTitle")->text(), QString("エネルギー[eV]"));
