@@ -134,6 +134,7 @@ void FourPs::makeRows()
     m_points[0]->showMapButton()->setChecked(true);
 
     auto *header = new PointHeader(m_points[0], this);
+    header->setObjectName(QStringLiteral("PointHead"));
     const QString line = QStringLiteral("\n");
     header->setCaptions({tr("No."), tr("Use"), tr("Non") + line + tr("Equiv."), tr("LCF"),
                          tr("Eng.") + line + tr("[eV]"), tr("Ref.1"), tr("Ref.2"), tr("Ref.3"),
@@ -151,11 +152,13 @@ void FourPs::connectInputs()
     for (QLineEdit *edit : {m_ui->EdgeE, m_ui->PreEEndDE, m_ui->PostEStartDE}) {
         connect(edit, &QLineEdit::editingFinished, this, &FourPs::setEdge);
     }
+    const auto otherSpectra = [this] { m_ui->Disps->panel(Displays::DMuts)->clearScale(); };
     void (FourPs::*const received[kReferenceRows])() = {
         &FourPs::receiveNewRef1, &FourPs::receiveNewRef2, &FourPs::receiveNewRef3,
         &FourPs::receiveNewRef4};
     for (int n = 0; n < kReferenceRows; ++n) {
         const ARefFile *row = m_references[static_cast<size_t>(n)];
+        connect(row, &ARefFile::selectedFile, this, otherSpectra);
         connect(row, &ARefFile::selectedFile, this, received[n]);
         connect(row, &ARefFile::foundNewEdge, this, &FourPs::noticedNewEdge);
         connect(row->selector(), &AFileSelect::newDir, this, &FourPs::receiveNewDir);
@@ -163,12 +166,18 @@ void FourPs::connectInputs()
     }
     connect(&m_refFiles, &RefFiles::changedUse, this, &FourPs::calcBoth);
 
+    connect(m_ui->TargetFile, &AFileSelect::selectedFile, this, otherSpectra);
     connect(m_ui->TargetFile, &AFileSelect::newFilePath, this, &FourPs::receiveNewFile);
     connect(m_ui->TargetFile, &AFileSelect::newDir, this, &FourPs::receiveNewDir);
     connectSpectrumShift(m_ui->TargetFile, -1);
     connect(m_ui->DispFSelect, &AFileSelect::newFilePaths, this, &FourPs::receiveNewDispFiles);
     connect(m_ui->DispFSelect, &AFileSelect::newFilePath, this, [this](const QString &path) {
-        receiveNewDispFiles(path.isEmpty() ? QStringList() : QStringList(path)); // a drop, or Clear
+        receiveNewDispFiles(path.isEmpty() ? QStringList() : QStringList(path)); // a drop
+    });
+    connect(m_ui->DispFSelect, &AFileSelect::selectedFile, this, [this] {
+        if (m_ui->DispFSelect->text().isEmpty()) {
+            receiveNewDispFiles({}); // cleared, be it of one file or of several
+        }
     });
     connect(m_ui->DispFSelect, &AFileSelect::newDir, this, &FourPs::receiveNewDir);
     connect(m_ui->SaveFSelect, &AFileSelect::newDir, this, &FourPs::receiveNewDir);
@@ -316,6 +325,9 @@ void FourPs::chooseSession(bool save)
         connect(dialog, &QFileDialog::fileSelected, this,
                 save ? &FourPs::saveSession : &FourPs::openSession);
     }
+    if (!m_lastDir.isEmpty()) {
+        dialog->setDirectory(m_lastDir);
+    }
     dialog->open();
 }
 
@@ -397,7 +409,11 @@ void FourPs::receiveNewEnergy(double /*e*/)
 
 void FourPs::receiveNewRef(int n)
 {
+    if (n < 0 || n >= kReferenceRows) {
+        return;
+    }
     if (!m_references[static_cast<size_t>(n)]->selector()->isValid()) {
+        updatePlots(); // a spectrum that was cleared vanishes
         return;
     }
     for (int row = 0; row < kPointRows; ++row) {
@@ -462,6 +478,7 @@ void FourPs::changedSubBGTypeForTarget(bool /*on*/)
 
 void FourPs::receiveNewDir(const QString &dir)
 {
+    m_lastDir = dir;
     for (const ARefFile *row : m_references) {
         row->selector()->setDir(dir);
     }
@@ -476,7 +493,7 @@ void FourPs::receiveNewDir(const QString &dir)
 
 void FourPs::receiveNewPaths(const QStringList &paths)
 {
-    const int first = rowOf(sender()->parent());
+    const int first = sender() ? rowOf(sender()->parent()) : -1;
     if (first < 0 || paths.size() < 2) {
         return; // a single one comes by the row's own newFilePath
     }
@@ -514,6 +531,7 @@ void FourPs::loadDisplaySpectra()
             item->setForeground(Qt::red);
         }
     }
+    m_ui->Disps->panel(Displays::DMuts)->clearScale();
     updatePlots();
 }
 
@@ -533,12 +551,12 @@ void FourPs::updateMarkLines()
 
 void FourPs::mPressedInAllMut(MouseC *m)
 {
-    if (m_energyLines.isMoving()) {
-        return; // the press took a marker
+    const ChCoord *coord = m_ui->Disps->panel(Displays::DMuts)->coord();
+    if (m_energyLines.isMoving() || !coord->hasContent()) {
+        return; // the press took a marker, or there is no energy axis
     }
     for (AEPoint *row : m_points) {
         if (row->pickButton()->isChecked()) {
-            const ChCoord *coord = m_ui->Disps->panel(Displays::DMuts)->coord();
             row->energyEdit()->setText(QString::number(coord->rx(m->x()), 'g', 6));
             row->energyEdit()->setCursorPosition(0);
             row->inNewEnergy();

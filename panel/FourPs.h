@@ -166,6 +166,7 @@ private:
     MarkLines m_energyLines;
     bool m_wasShown = false;
     bool m_isHeld = false; ///< while a session is taken over nothing is calculated
+    QString m_lastDir;
     QFileDialog *m_openDialog = nullptr;
     QFileDialog *m_saveDialog = nullptr;
 
@@ -174,7 +175,8 @@ private:
     std::shared_ptr<const orvel::ResultMaps> m_maps; ///< null: nothing calculated yet
     mutable orvel::Column m_derived;                 ///< of a quantity that has no plane of its own
     mutable std::weak_ptr<const orvel::ResultMaps> m_derivedFrom;
-    orvel::BinCounts m_shownCounts; ///< of the quantity that the histogram shows
+    orvel::HistogramSettings m_valenceSettings; ///< of the last calculation
+    orvel::BinCounts m_shownCounts;             ///< of the quantity that the histogram shows
     std::optional<QPoint> m_markedPixel;
     double m_targetA = 0.0;
     double m_targetValence = 0.0;

@@ -8,6 +8,8 @@
 #include "spectra/AXafsFileSelect.h"
 #include "ui_FourPs.h"
 
+#include <QDir>
+
 using orvel::kPointRows;
 using orvel::kQuantities;
 using orvel::kReferenceRows;
@@ -31,12 +33,12 @@ orvel::HistogramTexts histogramTexts(const QLineEdit *from, const QLineEdit *to,
     return {from->text(), to->text(), boxes->text(), automatic->isChecked()};
 }
 
-/// A file that a session names, or none.
+/// A file that a session names, or none. What was there goes first: a file that cannot be read
+/// would leave it, under the new name.
 void choose(AFileSelect &selector, const QString &path)
 {
-    if (path.isEmpty()) {
-        selector.clearFileName();
-    } else {
+    selector.clearFileName();
+    if (!path.isEmpty()) {
         selector.newFile(path);
     }
 }
@@ -116,7 +118,11 @@ orvel::SessionTexts FourPs::texts() const
     for (int i = 0; i < kQuantities; ++i) {
         texts.record[static_cast<size_t>(i)] = recordButton(orvel::quantityAt(i))->isChecked();
     }
+    // A typed name is taken from the working directory, a session's from the session's folder.
     texts.resultFile = m_ui->SaveFSelect->text();
+    if (!texts.resultFile.isEmpty() && QDir::isRelativePath(texts.resultFile)) {
+        texts.resultFile = QDir::current().absoluteFilePath(texts.resultFile);
+    }
     return texts;
 }
 

@@ -27,6 +27,24 @@ public:
     WaitCursor &operator=(const WaitCursor &) = delete;
 };
 
+/// What the range of a histogram's plot follows from.
+std::array<double, 3> spanOf(const orvel::BinCounts &counts)
+{
+    return {counts.from(), counts.to(), static_cast<double>(counts.largest())};
+}
+
+/// Settings with the limits that "Auto" chooses for these values.
+orvel::HistogramSettings autoSettings(orvel::HistogramSettings settings,
+                                      const orvel::MapValues &values)
+{
+    const auto n = static_cast<size_t>(values.count);
+    if (const auto limits = orvel::autoLimits(values.values, n)) {
+        settings.from = limits->low;
+        settings.to = limits->high;
+    }
+    return settings;
+}
+
 void showText(QLineEdit *field, const QString &text)
 {
     field->setText(text);
@@ -40,6 +58,9 @@ void showText(QLineEdit *field, const QString &text)
 
 void FourPs::writeMessage(const QString &text)
 {
+    QTextCursor cursor = m_ui->Message->textCursor();
+    cursor.clearSelection(); // or the line would replace what is selected, to copy it for instance
+    m_ui->Message->setTextCursor(cursor);
     m_ui->Message->insertPlainText(text.simplified() + QLatin1Char('\n'));
     m_ui->Message->moveCursor(QTextCursor::End);
 }
@@ -56,6 +77,7 @@ void FourPs::calcBoth()
     if (m_isHeld) {
         return;
     }
+    const WaitCursor wait;
     const orvel::AnalysisInput input = readInput();
     runMap(input);
     runTarget(input);
@@ -94,10 +116,11 @@ void FourPs::showResults(const orvel::MapOutcome &outcome)
     const bool isNew = m_maps != outcome.maps;
     m_maps = outcome.maps;
     m_valenceHistogram->setCounts(outcome.valenceCounts);
-    m_amountHistogram->setCounts(outcome.amountCounts);
-    if (outcome.valenceHistogram.autoRange) {
-        m_valenceHistogram->showLimits(outcome.valenceHistogram.from, outcome.valenceHistogram.to);
+    m_valenceSettings = outcome.valenceHistogram;
+    if (spanOf(outcome.amountCounts) != spanOf(m_amountHistogram->counts())) {
+        m_ui->Disps->panel(Displays::DHistDMut)->clearScale();
     }
+    m_amountHistogram->setCounts(outcome.amountCounts);
     if (outcome.amountHistogram.autoRange) {
         m_amountHistogram->showLimits(outcome.amountHistogram.from, outcome.amountHistogram.to);
     }
@@ -120,19 +143,36 @@ void FourPs::showResults(const orvel::MapOutcome &outcome)
     updatePlots();
 }
 
+/// The calculation counted valences; of another quantity that is shown, count here. "Auto" shows
+/// the limits of the shown one.
 void FourPs::countShownHistogram()
 {
-    const orvel::Quantity quantity = chosenHistogram();
+    if (!m_maps) {
+        return;
+    }
+    const std::array<double, 3> oldSpan = spanOf(m_shownCounts);
+    orvel::HistogramSettings settings = m_valenceSettings;
     m_shownCounts = m_valenceHistogram->counts();
-    if (m_maps && quantity != orvel::Quantity::Valence) {
-        m_shownCounts.setUp(m_valenceHistogram->settings());
-        const orvel::MapValues values = valuesOf(quantity);
+    if (chosenHistogram() != orvel::Quantity::Valence) {
+        const orvel::MapValues values = valuesOf(chosenHistogram());
+        settings = m_valenceHistogram->settings();
+        if (settings.autoRange) {
+            settings = autoSettings(settings, values);
+        }
+        m_shownCounts.setUp(settings);
         m_shownCounts.count(values.values, static_cast<size_t>(values.count));
+    }
+    if (settings.autoRange) {
+        m_valenceHistogram->showLimits(settings.from, settings.to);
+    }
+    if (spanOf(m_shownCounts) != oldSpan) {
+        m_ui->Disps->panel(Displays::DHistA)->clearScale();
     }
 }
 
 void FourPs::runTarget(const orvel::AnalysisInput &input)
 {
+    const WaitCursor wait;
     const orvel::TargetOutcome outcome = calculateTarget(input);
     writeLines(outcome.messages);
     if (!outcome.ran) {
@@ -152,6 +192,7 @@ void FourPs::runTarget(const orvel::AnalysisInput &input)
 
 void FourPs::runLcf(const orvel::AnalysisInput &input)
 {
+    const WaitCursor wait;
     const orvel::LcfOutcome outcome = calculateLcf(input);
     writeLines(outcome.messages);
     if (!outcome.result) {

@@ -80,8 +80,12 @@ void ScatterPlot::draw(QStylePainter *p, DispABase &dab, const QString &xTitle,
     }
     const bool isNew = m_owner.owner_before(owner) || owner.owner_before(m_owner);
     if (isNew) {
+        const Range before = m_range;
         findRange(x, y, n);
         m_owner = owner;
+        if (!(m_range == before)) {
+            dab.clearScale(); // or new dots might all lie outside
+        }
     }
     dab.setInitialRange(m_range.xMin, m_range.yMin, m_range.xMax, m_range.yMax);
     const double ratio = p->device()->devicePixelRatioF();

@@ -30,6 +30,7 @@ private:
         double yMin = 0.0;
         double xMax = 1.0;
         double yMax = 1.0;
+        bool operator==(const Range &) const = default;
     };
 
     void findRange(const double *x, const double *y, std::size_t n);
