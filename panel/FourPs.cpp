@@ -77,6 +77,10 @@ FourPs::FourPs(QWidget *parent)
 
 FourPs::~FourPs()
 {
+    // A field that has the focus tells of its last edit when it goes, and later than this.
+    for (QObject *child : findChildren<QObject *>()) {
+        child->disconnect(this);
+    }
     // The surface may still ask for its lines while the widgets go.
     m_ui->Disps->panel(Displays::DMuts)->area()->setMarkLines(nullptr);
 }
