@@ -185,12 +185,12 @@ void WindowTest::sessionKeepsThePanel()
                    "click MapC1; click HgAmount; click HgTAuto; type HgABoxes 7; type HgAFrom 1; "
                    "type HgATo 2; click RecC1; click RecRatio3; click P4.ShowMapB; click ShowDAB; "
                    "type SaveFSelect.FileName out.dat");
-    panel.saveSession("first.ini");
+    panel.saveSession("results/first.ini");
     FourPs opened;
-    opened.openSession("first.ini");
-    opened.saveSession("second.ini");
-    QVERIFY(bytesOf("first.ini").size() > 1000);
-    QCOMPARE(bytesOf("second.ini"), bytesOf("first.ini"));
+    opened.openSession("results/first.ini");
+    opened.saveSession("results/second.ini");
+    QVERIFY(bytesOf("results/first.ini").size() > 1000);
+    QCOMPARE(bytesOf("results/second.ini"), bytesOf("results/first.ini"));
     // A typed name means the working directory, also when the session is opened from elsewhere.
     QCOMPARE(opened.state().texts.resultFile, QDir::current().absoluteFilePath("out.dat"));
     QCOMPARE(shown(opened, "P2.Mut1 P2.Mut2 P2.MutT"), shown(panel, "P2.Mut1 P2.Mut2 P2.MutT"));
