@@ -5,7 +5,6 @@
 #include <QLayout>
 #include <QListWidget>
 #include <QRegularExpression>
-#include <QTranslator>
 
 using namespace window;
 
@@ -384,7 +383,7 @@ void PanelTest::checkMessages()
     QFETCH(Case, one);
     FourPs english;
     QCOMPARE(provoke(english, one), one.english);
-    QTranslator translator;
+    orvel::Translators translator;
     orvel::installJapanese(translator);
     FourPs japanese;
     QCOMPARE(provoke(japanese, one), one.japanese);
@@ -433,7 +432,7 @@ DataMap.Title > Data Map # ResultMap.Title > Result Map
 
 void PanelTest::everyTextIsShown()
 {
-    QTranslator translator;
+    orvel::Translators translator;
     orvel::installJapanese(translator);
     QStringList written;
     for (const Case &one : cases()) {
