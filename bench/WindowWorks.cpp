@@ -5,6 +5,7 @@
 #include "bench/Inputs.h"
 #include "bench/PlainCopy.h"
 #include "display/DispMBase.h"
+#include "display/Displays.h"
 #include "images/AEPoint.h"
 #include "images/TDData0.h"
 #include "panel/FourPs.h"
@@ -16,6 +17,7 @@
 #include <QEvent>
 #include <QFile>
 #include <QLineEdit>
+#include <QMouseEvent>
 
 #include <cmath>
 #include <stdexcept>
@@ -231,6 +233,102 @@ private:
     int m_runs = 0;
 };
 
+/// A million dots in "dMut/v or a", painted alone: again, or after a new result.
+template <bool IsNew> class PaintScatter : public WindowWork {
+public:
+    void prepare(Inputs &inputs) override
+    {
+        show();
+        panel().setState(stateOf(inputs.sample(), inputs));
+        becomeIdle();
+        m_valence = panel().findChild<QLineEdit *>(QStringLiteral("Valence"));
+        m_area = panel().findChild<Displays *>()->panel(Displays::DDMutVorA)->area();
+    }
+
+    void ready() override
+    {
+        if (IsNew) { // its paints are still pending when the timing begins
+            m_valence->setText(QString::number(++m_runs % 2));
+            panel().calcMap();
+        }
+    }
+
+    void run() override { m_area->repaint(); }
+
+    QString check() const override
+    {
+        const QImage image = m_area->grab().toImage();
+        int marked = 0;
+        for (int y = 0; y < image.height(); ++y) {
+            for (int x = 0; x < image.width(); ++x) {
+                marked += image.pixel(x, y) == qRgb(0, 0, 255) ? 1 : 0;
+            }
+        }
+        return marked > 100 ? QString() : QStringLiteral("%1 marked pixels").arg(marked);
+    }
+
+private:
+    QLineEdit *m_valence = nullptr;
+    DispArea *m_area = nullptr;
+    int m_runs = 0;
+};
+
+/// One frame while an energy is dragged in "Muts", among five spectra of 2000 points.
+class DragEnergy : public WindowWork {
+public:
+    void prepare(Inputs &inputs) override
+    {
+        constexpr int kPoints = 2000;
+        PanelState state = stateOf(inputs.sample(), inputs);
+        for (int k = 0; k < kReferenceRows + 1; ++k) {
+            QVector<MutPoint> points;
+            for (int i = 0; i < kPoints; ++i) {
+                const double energy = 6900.0 + 0.5 * i;
+                points.append(
+                    {0.0, energy, (energy < 7120.0 ? 0.1 : 1.0) + 0.05 * std::sin(i * 0.1 + k)});
+            }
+            const QString path = inputs.path(qPrintable(QStringLiteral("drag%1.txt").arg(k)));
+            saveSpectrum(path, points);
+            (k < kReferenceRows ? state.texts.references[static_cast<size_t>(k)].file
+                                : state.texts.target.file) = path;
+        }
+        show();
+        panel().setState(state);
+        becomeIdle();
+        m_row = panel().findChild<AEPoint *>();
+        m_area = panel().findChild<Displays *>()->panel(Displays::DMuts)->area();
+        m_x = static_cast<int>(m_area->coord()->sx(m_row->energyEv()));
+        send(QEvent::MouseButtonPress, Qt::LeftButton);
+    }
+
+    void run() override
+    {
+        m_x += m_x > m_area->width() / 2 ? -1 : 1;
+        send(QEvent::MouseMove, Qt::NoButton);
+        becomeIdle();
+    }
+
+    QString check() const override
+    {
+        const double under = m_area->coord()->rx(m_x);
+        return std::fabs(m_row->energyEv() - under) < 0.01
+                   ? QString()
+                   : QStringLiteral("energy %1 instead of %2").arg(m_row->energyEv()).arg(under);
+    }
+
+private:
+    void send(QEvent::Type type, Qt::MouseButton button)
+    {
+        QMouseEvent event(type, QPointF(m_x, m_area->height() / 2), button, Qt::LeftButton,
+                          Qt::NoModifier);
+        QApplication::sendEvent(m_area, &event);
+    }
+
+    AEPoint *m_row = nullptr;
+    DispArea *m_area = nullptr;
+    int m_x = 0;
+};
+
 template <class Make> class StartWork : public Work {
 public:
     void prepare(Inputs & /*inputs*/) override
@@ -294,6 +392,21 @@ std::unique_ptr<QCoreApplication> makeApplication(int &argc, char **argv)
 std::unique_ptr<Work> makeWindowLoad()
 {
     return std::make_unique<WindowLoad>();
+}
+
+std::unique_ptr<Work> makePaintScatter()
+{
+    return std::make_unique<PaintScatter<true>>();
+}
+
+std::unique_ptr<Work> makePaintScatterAgain()
+{
+    return std::make_unique<PaintScatter<false>>();
+}
+
+std::unique_ptr<Work> makeDragEnergy()
+{
+    return std::make_unique<DragEnergy>();
 }
 
 std::unique_ptr<Work> makeWindowClick()

@@ -14,6 +14,12 @@ std::unique_ptr<QCoreApplication> makeApplication(int &argc, char **argv);
 std::unique_ptr<Work> makeWindowLoad();
 std::unique_ptr<Work> makeWindowClick();
 
+/// The scatter of amounts alone: after a new result, and unchanged.
+std::unique_ptr<Work> makePaintScatter();
+std::unique_ptr<Work> makePaintScatterAgain();
+/// A frame of a drag in the graph of all spectra, everything shown.
+std::unique_ptr<Work> makeDragEnergy();
+
 /// From nothing to the first paint: the main window, and one of as many plain widgets in the same
 /// layouts, with the same texts and none of our classes.
 std::unique_ptr<Work> makeWindowStart();

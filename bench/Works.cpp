@@ -26,6 +26,9 @@ const std::vector<NamedWork> &works()
         {"paint-graph-2x", makePaintGraph2x},
         {"window-load", makeWindowLoad},
         {"window-click", makeWindowClick},
+        {"paint-scatter", makePaintScatter},
+        {"paint-scatter-again", makePaintScatterAgain},
+        {"drag-energy", makeDragEnergy},
         {"window-start", makeWindowStart},
         {"window-empty", makeWindowEmpty},
     };

@@ -16,6 +16,7 @@ PopBase::~PopBase() = default;
 
 void PopBase::popOut(QWidget *frame, QGridLayout *home, const QString &title)
 {
+    setFont(frame->font()); // a window would not take it from the panel
     home->removeWidget(frame);
     m_ui->PopBaseLayout->addWidget(frame, 0, 0);
     setWindowTitle(title);

@@ -73,6 +73,8 @@ void PointHeader::place()
         const bool isLeft = (m_labels[i]->alignment() & Qt::AlignLeft) != 0;
         const int more = qMax(0, wanted - box.width());
         box.adjust(isLeft ? 0 : -(more + 1) / 2, 0, isLeft ? more : (more + 1) / 2, 0);
+        box.moveRight(qMin(box.right(), width() - 1));
+        box.moveLeft(qMax(box.left(), 0));
         m_labels[i]->setGeometry(box);
     }
     constexpr int kFirst = 5;
