@@ -62,7 +62,7 @@ void DispArea::keepLabelsReadable()
     m_coord.setMargins(fraction(0.1, kLeft, width()), kRight, kTop, below);
     const double frame = height() * (1.0 - below - kTop);
     // Pixels; on a narrow surface small enough for both numbers and a title side by side.
-    const double row = qBound(10.0, 0.09 * qMin<double>(1.1 * frame, 0.8 * width()), 16.0);
+    const double row = qBound(10.0, qMin(frame / 6.0, 0.07 * width()), 16.0);
     m_coord.setLabelRows(qBound(1, static_cast<int>(frame / row), kMostRows));
 }
 
