@@ -71,10 +71,10 @@ template <class Edge> Extent extentOf(int n, Edge edge, int size)
 /// Widens limits to n values; what is not comparable is left out.
 ORVEL_INLINE void widenBody(const double *values, qint64 n, ValueLimits &limits)
 {
-    constexpr int kRows = 4; // independent of each other, so that comparisons overlap
+    constexpr qint64 kRows = 4; // independent of each other, so that comparisons overlap
     Lanes low[kRows];
     Lanes high[kRows];
-    for (int r = 0; r < kRows; ++r) {
+    for (qint64 r = 0; r < kRows; ++r) {
         for (int lane = 0; lane < kLanes; ++lane) {
             low[r][lane] = limits.low;
             high[r][lane] = limits.high;
@@ -83,7 +83,7 @@ ORVEL_INLINE void widenBody(const double *values, qint64 n, ValueLimits &limits)
     constexpr qint64 kStep = kRows * kLanes;
     qint64 i = 0;
     for (; i + kStep <= n; i += kStep) {
-        for (int r = 0; r < kRows; ++r) {
+        for (qint64 r = 0; r < kRows; ++r) {
             Lanes value;
             std::memcpy(&value, values + i + r * kLanes, sizeof value);
             low[r] = value < low[r] ? value : low[r];
@@ -94,7 +94,7 @@ ORVEL_INLINE void widenBody(const double *values, qint64 n, ValueLimits &limits)
         limits.low = least < limits.low ? least : limits.low;
         limits.high = greatest > limits.high ? greatest : limits.high;
     };
-    for (int r = 0; r < kRows; ++r) {
+    for (qint64 r = 0; r < kRows; ++r) {
         for (int lane = 0; lane < kLanes; ++lane) {
             take(low[r][lane], high[r][lane]);
         }
