@@ -1,14 +1,12 @@
 #include "display/DispABase.h"
 #include "display/DispMBase.h"
 #include "display/Displays.h"
-#include "display/Histgram.h"
 #include "display/MarkLines.h"
 #include "display/PopBase.h"
 #include "display/cBar.h"
 
 #include <QAbstractButton>
 #include <QAction>
-#include <QCheckBox>
 #include <QContextMenuEvent>
 #include <QGridLayout>
 #include <QLabel>
@@ -100,70 +98,25 @@ private:
     int m_count = 0;
 };
 
-template <class Panel> QFrame *surfaceFrame(Panel &panel)
-{
-    // Not a child any more while it is popped out.
-    return qobject_cast<QFrame *>(panel.area()->parentWidget());
-}
-
-QMenu *menuOf(cBar &bar)
-{
-    const QList<QMenu *> menus = bar.findChildren<QMenu *>();
-    return menus.isEmpty() ? nullptr : menus.last();
-}
-
 } // namespace
 
 class PanelsTest : public QObject {
     Q_OBJECT
 
 private slots:
-    void forms();
     void zoomsAboutPointer_data();
     void zoomsAboutPointer();
     void dragsWithModifiers();
     void doubleClickAsksForTheRange();
     void oddSizesAndRanges();
-    void picksMarkers();
     void dragsMarkers();
-    void panelShowsPositionAndTitles();
     void popsOutAndBack();
     void restsWhenIdle();
     void displaysInTheirPlaces();
-    void displaysCarryIdentities();
-    void barLimits();
     void barLinesAreDragged();
     void barMenu();
     void mapLimitsAreTyped();
-    void histogramFields();
 };
-
-void PanelsTest::forms()
-{
-    DispABase graph;
-    DispMBase map;
-    const auto labels = [](const QWidget &panel) {
-        QStringList texts = {panel.objectName(), panel.windowTitle()};
-        for (const auto *label : panel.findChildren<QLabel *>()) {
-            texts += label->objectName() + '=' + label->text();
-        }
-        for (const auto *field : panel.findChildren<QLineEdit *>()) {
-            texts += field->objectName() + (field->styleSheet().isEmpty() ? "" : " read out");
-        }
-        texts.sort();
-        return texts.join('|');
-    };
-    QCOMPARE(labels(graph), QStringLiteral("DispABase|Frame|Title=TextLabel|XPos read out|"
-                                           "XTitle=x-title|YPos read out|YTitle=y-title|"
-                                           "label= x:|label_2=y:"));
-    QCOMPARE(labels(map), QStringLiteral("DispMBase|Frame|MaxV|MinV|Title=TextLabel|Val read out|"
-                                         "XPos read out|YPos read out|label=  x:|label_2=  y:|"
-                                         "label_3=  Val:"));
-    for (const QWidget *panel : {static_cast<QWidget *>(&graph), static_cast<QWidget *>(&map)}) {
-        QCOMPARE(panel->findChild<QPushButton *>("PopDockB")->text(), QStringLiteral("P/D"));
-        QVERIFY(panel->findChild<DispArea *>("DispA") && panel->findChild<QFrame *>("DispABFrame"));
-    }
-}
 
 void PanelsTest::zoomsAboutPointer_data()
 {
@@ -242,12 +195,6 @@ void PanelsTest::doubleClickAsksForTheRange()
     QVERIFY(!surface.area.isRangeSet());
     surface.paint();
     QCOMPARE(surface.range(), (QVector<double>{0, 4, 0, 2}));
-    // Nobody sets a range: 0 to 1.
-    DispArea lonely;
-    QVERIFY(!lonely.wasPainted());
-    lonely.grab();
-    QVERIFY(lonely.wasPainted());
-    QCOMPARE(lonely.coord()->xMax(), 1.0);
 }
 
 void PanelsTest::oddSizesAndRanges()
@@ -292,37 +239,6 @@ void PanelsTest::oddSizesAndRanges()
     }
 }
 
-void PanelsTest::picksMarkers()
-{
-    // Vertical ones at x = 100, 100, 140 and a horizontal one at y = 150; the last is never near.
-    Surface surface;
-    MarkLine markers[] = {MarkLine(nullptr, 0), MarkLine(nullptr, 0), MarkLine(nullptr, 0),
-                          MarkLine(nullptr, 1), MarkLine(nullptr, 0)};
-    const char *const texts[] = {"1", "1", "1.4", "0.5", "nan"};
-    MarkLines lines;
-    for (int i = 0; i < 5; ++i) {
-        markers[i].edit()->setText(QString(texts[i]));
-        lines.append(&markers[i]);
-    }
-    markers[1].setRelativeTo(77); // no such line: it stands on its own
-    surface.area.setMarkLines(&lines);
-    const std::pair<QPoint, int> cases[] = {
-        {{81, 20}, 0},   {{80, 20}, -1}, // 20 pixels are too far,
-        {{120, 20}, -1}, {{110, 20}, 0}, // from both sides; the first on a tie
-        {{125, 20}, 2},                  // the nearest, although later
-        {{300, 131}, 3}, {{300, 130}, -1},
-    };
-    for (const auto &[at, selected] : cases) {
-        mouse(&surface.area, QEvent::MouseButtonPress, at);
-        QCOMPARE(lines.selected(), selected);
-        QCOMPARE(lines.isMoving(), selected >= 0);
-        mouse(&surface.area, QEvent::MouseButtonRelease, {-1000, -1000});
-        for (int i = 0; i < 5; ++i) {
-            markers[i].edit()->setText(QString(texts[i]));
-        }
-    }
-}
-
 void PanelsTest::dragsMarkers()
 {
     Surface surface;
@@ -331,12 +247,9 @@ void PanelsTest::dragsMarkers()
     MarkLine base(&baseEdit);
     MarkLine relative(&offsetEdit); // at x = 2, screen 200
     relative.setRelativeTo(0);
-    MarkLine across(nullptr, 1);
-    across.setValue(1.8); // screen y 20
     MarkLines lines;
     lines.append(&base);
     lines.append(&relative);
-    lines.append(&across);
     surface.area.setMarkLines(&lines);
     QSignalSpy moving(&lines, &MarkLines::moving);
     QSignalSpy newPos(&lines, &MarkLines::newPos);
@@ -351,43 +264,10 @@ void PanelsTest::dragsMarkers()
     QVERIFY(!lines.isMoving());
     QCOMPARE(lines.selected(), -1);
 
-    drag(&surface.area, {300, 15}, {300, 133});
-    QCOMPARE(across.edit()->text(), QStringLiteral("0.67"));
-    drag(&surface.area, {250, 60}, {20, 60}); // away from every marker
-    QCOMPARE(newPos.count(), 2);
-    drag(&surface.area, {100, 60}, {20, 60}, Qt::ControlModifier);
-    QCOMPARE(baseEdit.text(), QStringLiteral("1"));
     // The release went elsewhere; the next press ends the first move.
     mouse(&surface.area, QEvent::MouseButtonPress, {100, 60});
     mouse(&surface.area, QEvent::MouseButtonPress, {100, 60});
-    QCOMPARE(newPos.count(), 3);
-    lines.clear();
-    mouse(&surface.area, QEvent::MouseButtonRelease, {100, 60});
-    QCOMPARE(newPos.count(), 3);
-}
-
-void PanelsTest::panelShowsPositionAndTitles()
-{
-    DispABase panel;
-    auto *x = panel.findChild<QLineEdit *>("XPos");
-    panel.receiveNowPos(7112.123456, -1e-7);
-    QCOMPARE(x->text() + ' ' + panel.findChild<QLineEdit *>("YPos")->text(),
-             QStringLiteral("7112.12 -1e-07"));
-    QCOMPARE(x->cursorPosition(), 0);
-    const auto titles = [&panel] {
-        return panel.findChild<QLabel *>("XTitle")->text() + '|' +
-               panel.findChild<QLabel *>("YTitle")->text();
-    };
-    panel.setTitles(QStringLiteral("Eng."), QStringLiteral("mut"));
-    QCOMPARE(titles(), QStringLiteral("Eng.|mut"));
-    panel.setTitlesPainted(true, false);
-    QCOMPARE(titles(), QStringLiteral("|mut"));
-    panel.area()->setInitialRange(1, 2, 3, 4);
-    panel.setInitialRange(5, 6, 7, 8);
-    QCOMPARE(panel.coord()->xMin(), 1.0);
-    panel.clearScale();
-    panel.setInitialRange(5, 6, 7, 8);
-    QCOMPARE(panel.coord()->xMin(), 5.0);
+    QCOMPARE(newPos.count(), 2);
 }
 
 void PanelsTest::popsOutAndBack()
@@ -398,34 +278,26 @@ void PanelsTest::popsOutAndBack()
         QFrame &panel = isMap ? static_cast<QFrame &>(map) : graph;
         DispArea *area = isMap ? map.area() : graph.area();
         PopBase *window = isMap ? map.popBase() : graph.popBase();
-        QFrame *frame = isMap ? surfaceFrame(map) : surfaceFrame(graph);
-        auto *grid = panel.findChild<QGridLayout *>("gridLayout");
+        auto *frame = qobject_cast<QFrame *>(area->parentWidget());
         auto *button = panel.findChild<QPushButton *>("PopDockB");
-        QVERIFY(window->findChild<QGridLayout *>("PopBaseLayout"));
         panel.show();
         QVERIFY(QTest::qWaitForWindowExposed(&panel));
         area->setInitialRange(0, 0, 4, 2);
         area->coord()->setRange(1, 1, 1.5, 1.25); // a zoom
         for (const bool byButton : {true, false}) {
             button->click();
-            QVERIFY(window->isVisible());
             QVERIFY(QTest::qWaitForWindowExposed(window));
             QCOMPARE(frame->window(), window);
             QTRY_VERIFY(area->isVisible());
-            QCOMPARE(grid->indexOf(frame), -1);
-            QCOMPARE(area->coord()->xMax(), 1.5);
             if (byButton) {
                 button->click();
             } else {
                 window->close();
                 window->close(); // a second request on the way
             }
-            QVERIFY(!window->isVisible());
+            QVERIFY(!window->isVisible() && area->isVisible());
             QCOMPARE(frame->window(), &panel);
-            QVERIFY(area->isVisible());
-            QCOMPARE(grid->itemAtPosition(1, 0)->widget(), frame);
-            QCOMPARE(area->coord()->xMax(), 1.5);
-            QVERIFY(area->isRangeSet());
+            QVERIFY(area->isRangeSet() && area->coord()->xMax() == 1.5);
         }
         button->click(); // and goes with its surface while popped out
     }
@@ -433,47 +305,30 @@ void PanelsTest::popsOutAndBack()
 
 void PanelsTest::restsWhenIdle()
 {
-    for (const bool isMap : {false, true}) {
-        DispABase graph;
-        DispMBase map;
-        QFrame &panel = isMap ? static_cast<QFrame &>(map) : graph;
-        DispArea *area = isMap ? map.area() : graph.area();
-        PopBase *window = isMap ? map.popBase() : graph.popBase();
-        connect(&graph, &DispABase::draw, &graph,
-                [&graph] { graph.setTitles(QStringLiteral("a"), QString()); });
-        panel.show();
-        QVERIFY(QTest::qWaitForWindowExposed(&panel));
-        const auto settle = [] { QTest::qWait(150); };
-        const auto rests = [&] {
-            settle();
-            const PaintCounter counter({&panel, area, window});
-            QTest::qWait(300);
-            return counter.count() == 0;
-        };
-        QVERIFY2(rests(), "docked");
-        panel.findChild<QPushButton *>("PopDockB")->click();
-        QVERIFY(QTest::qWaitForWindowExposed(window));
-        QVERIFY2(rests(), "popped out");
-        const PaintCounter repaints({area});
-        panel.update();
-        QTRY_VERIFY(repaints.count() > 0); // the panel repaints its window
-        QVERIFY2(rests(), "popped out, after an update");
-        panel.hide();
-        settle();
-        const PaintCounter recolours({area});
-        emit map.bar()->newScale(); // a hidden panel's window too
-        QTRY_VERIFY(!isMap || recolours.count() > 0);
-        panel.show();
-        window->close();
-        QVERIFY2(rests(), "docked again");
-    }
+    DispABase panel;
+    connect(&panel, &DispABase::draw, &panel,
+            [&panel] { panel.setTitles(QStringLiteral("a"), QString()); });
+    panel.show();
+    QVERIFY(QTest::qWaitForWindowExposed(&panel));
+    const auto rests = [&] {
+        QTest::qWait(150);
+        const PaintCounter counter({&panel, panel.area(), panel.popBase()});
+        QTest::qWait(300);
+        return counter.count() == 0;
+    };
+    QVERIFY2(rests(), "docked");
+    panel.findChild<QPushButton *>("PopDockB")->click();
+    QVERIFY(QTest::qWaitForWindowExposed(panel.popBase()));
+    QVERIFY2(rests(), "popped out");
+    const PaintCounter repaints({panel.area()});
+    panel.update();
+    QTRY_VERIFY(repaints.count() > 0); // the panel repaints its window
+    QVERIFY2(rests(), "popped out, after an update");
 }
 
 void PanelsTest::displaysInTheirPlaces()
 {
     Displays displays;
-    displays.show();
-    QVERIFY(displays.findChild<QGridLayout *>("gridLayout"));
     auto *grid = displays.findChild<QGridLayout *>("DispL");
     QStringList found;
     for (int id = 0; id < 11; ++id) {
@@ -482,61 +337,11 @@ void PanelsTest::displaysInTheirPlaces()
         if (grid->indexOf(panel) >= 0) {
             grid->getItemPosition(grid->indexOf(panel), &at[0], &at[1], &at[2], &at[3]);
         }
-        QCOMPARE(panel->isVisible(), at[0] >= 0);
-        found += QStringLiteral("%1 %2 %3 %4 %5")
-                     .arg(panel->title())
-                     .arg(at[0])
-                     .arg(at[1])
-                     .arg(at[2])
-                     .arg(at[3]);
-        panel->setTitles(QStringLiteral("painted"), QStringLiteral("painted"));
-        QCOMPARE(panel->findChild<QLabel *>("XTitle")->text(), QString());
+        found += QString("%1 %2 %3 %4").arg(panel->title()).arg(at[0]).arg(at[1]).arg(at[3]);
     }
-    QCOMPARE(found.join('|'),
-             QStringLiteral("Ref1 0 0 1 1|Ref2 0 1 1 1|Ref3 0 2 1 1|Ref4 0 3 1 1|Target 1 0 1 1|"
-                            "Muts 1 1 1 2|LCF vs MPS 1 3 1 1|Histgram of a 2 0 1 1|"
-                            "Histgram of dMut 2 1 1 1|dMut/v or a 2 2 1 1|M2/M3 -1 -1 0 0"));
-}
-
-void PanelsTest::displaysCarryIdentities()
-{
-    Displays displays;
-    QVector<QPair<int, DispABase *>> drawn;
-    connect(&displays, &Displays::draw, &displays, [&](Displays::DispId id, DispABase *panel) {
-        drawn.append({int(id), panel});
-    });
-    QSignalSpy pressed(&displays, &Displays::mPressed);
-    QSignalSpy dragging(&displays, &Displays::mDragging);
-    QSignalSpy released(&displays, &Displays::mReleased);
-    DispABase *muts = displays.panel(Displays::DMuts);
-    muts->area()->grab();
-    QCOMPARE(drawn, (QVector<QPair<int, DispABase *>>{{5, muts}}));
-    // One emission for each position in the list.
-    displays.append(muts, QStringLiteral("again"), Displays::DHistA, -1, -1, 1, 1);
-    drawn.clear();
-    muts->area()->grab();
-    QCOMPARE(drawn, (QVector<QPair<int, DispABase *>>{{5, muts}, {7, muts}}));
-    drag(muts->area(), {20, 20}, {30, 30});
-    QVERIFY(pressed.count() == 1 && dragging.count() == 1 && released.count() == 1);
-}
-
-void PanelsTest::barLimits()
-{
-    cBar bar;
-    QCOMPARE(bar.objectName() + bar.windowTitle(), QStringLiteral("cBarcBar"));
-    QCOMPARE(bar.size(), QSize(400, 300));
-    QVERIFY(bar.maxCBarTypes() == 12 && bar.scale().size() == 768 && bar.isAutoScale());
-    QSignalSpy newScale(&bar, &cBar::newScale);
-    bar.setLimits(0, 1);
-    QCOMPARE(bar.colourOf(1), QColor(Qt::white));
-    bar.setLimits(4, 2);
-    bar.setInvertCBar(true);
-    bar.setAutoScale(false);
-    QCOMPARE(newScale.count(), 0);
-    bar.checkLimits();
-    QCOMPARE(newScale.count(), 1);
-    QVERIFY(bar.scale().zMin() == 2 && bar.scale().zMax() == 4);
-    QCOMPARE(bar.colourOf(4), QColor(Qt::black));
+    QCOMPARE(found.join('|'), "Ref1 0 0 1|Ref2 0 1 1|Ref3 0 2 1|Ref4 0 3 1|Target 1 0 1|Muts 1 1 2|"
+                              "LCF vs MPS 1 3 1|Histgram of a 2 0 1|Histgram of dMut 2 1 1|"
+                              "dMut/v or a 2 2 1|M2/M3 -1 -1 0");
 }
 
 void PanelsTest::barLinesAreDragged()
@@ -576,35 +381,25 @@ void PanelsTest::barMenu()
         QVERIFY(QTest::qWaitForWindowExposed(&bar));
         QSignalSpy newScale(&bar, &cBar::newScale);
         QSignalSpy chosen(&bar, &cBar::autoScaleChosen);
-        QVERIFY(bar.focusPolicy() & Qt::TabFocus);
         if (!byKey) {
             mouse(&bar, QEvent::MouseButtonPress, {50, 50}, Qt::NoModifier, Qt::RightButton);
         }
         QContextMenuEvent request(byKey ? QContextMenuEvent::Keyboard : QContextMenuEvent::Mouse,
                                   {50, 50}, bar.mapToGlobal({50, 50}));
         QCoreApplication::sendEvent(&bar, &request);
-        QPointer<QMenu> menu = menuOf(bar);
+        QPointer<QMenu> menu = bar.findChild<QMenu *>();
         QVERIFY(menu);
         QTRY_VERIFY(menu->isVisible());
         QVERIFY(bar.rect().contains(bar.mapFromGlobal(menu->pos())) || !byKey);
         mouse(&bar, QEvent::MouseMove, {50, 90}, Qt::NoModifier, Qt::RightButton);
         QCOMPARE(newScale.count(), 0); // the press is over
-        QList<QAction *> actions = menu->actions();
+        const QList<QAction *> actions = menu->actions();
         QCOMPARE(actions.size(), 15); // palettes, separator, two more
-        QVERIFY(actions[0]->isChecked());
-        QVERIFY(!actions[11]->icon().isNull());
-        actions[11]->trigger();
-        QCOMPARE(bar.scale().type(), 11);
-        QCOMPARE(newScale.count(), 1);
-        QCOMPARE(actions[13]->text(), QStringLiteral("Invert"));
-        actions[13]->trigger();
-        QVERIFY(bar.isInverted());
-        QCOMPARE(newScale.count(), 2);
-        QCOMPARE(actions[14]->text(), QStringLiteral("Auto scale"));
-        QVERIFY(actions[14]->isChecked());
-        actions[14]->trigger();
-        QVERIFY(!bar.isAutoScale());
-        QCOMPARE(chosen.count(), 1);
+        for (const int i : {11, 13, 14}) {
+            actions[i]->trigger();
+        }
+        QVERIFY(bar.scale().type() == 11 && bar.isInverted() && !bar.isAutoScale());
+        QVERIFY(newScale.count() >= 2 && chosen.count() == 1);
         QTest::keyClick(menu, Qt::Key_Down);
         QTest::keyClick(menu, Qt::Key_Return); // the first palette, by keys alone
         QCOMPARE(bar.scale().type(), 0);
@@ -620,58 +415,21 @@ void PanelsTest::mapLimitsAreTyped()
     QSignalSpy newScale(map.bar(), &cBar::newScale);
     map.setLimits(1.23456789, 3);
     QCOMPARE(minimum->text(), QStringLiteral("1.23457"));
-    QCOMPARE(map.bar()->scale().zMin(), 1.23456789);
     QCOMPARE(newScale.count(), 0);
-    const auto type = [](QLineEdit *edit, const QString &text) {
+    const auto limitsAfter = [&](QLineEdit *edit, const QString &text) {
         edit->setText(text);
         QTest::keyClick(edit, Qt::Key_Return);
-    };
-    const auto limits = [&map] {
         return std::make_pair(map.bar()->scale().zMin(), map.bar()->scale().zMax());
     };
-    type(minimum, QStringLiteral("2"));
-    QCOMPARE(limits(), std::make_pair(2.0, 3.0));
-    type(maximum, QStringLiteral("0.5"));
-    QCOMPARE(limits(), std::make_pair(0.5, 2.0));
-    type(maximum, maximum->text()); // as on leaving the field
-    QCOMPARE(limits(), std::make_pair(0.5, 2.0));
-    type(minimum, QStringLiteral("9"));
-    QCOMPARE(limits(), std::make_pair(2.0, 9.0));
-    QCOMPARE(minimum->text(), QStringLiteral("2"));
-    QCOMPARE(maximum->text(), QStringLiteral("9"));
+    QCOMPARE(limitsAfter(minimum, "2"), std::make_pair(2.0, 3.0));
+    QCOMPARE(limitsAfter(maximum, "0.5"), std::make_pair(0.5, 2.0));
+    QCOMPARE(limitsAfter(maximum, maximum->text()), std::make_pair(0.5, 2.0)); // on leaving it
+    QCOMPARE(limitsAfter(minimum, "9"), std::make_pair(2.0, 9.0));
+    QCOMPARE(minimum->text() + maximum->text(), QStringLiteral("29"));
     QCOMPARE(newScale.count(), 4);
-    type(minimum, QStringLiteral("1,5 no number"));
-    QCOMPARE(limits(), std::make_pair(0.0, 9.0));
-    type(maximum, QStringLiteral("nan"));
-    QVERIFY(std::isnan(limits().second));
+    QCOMPARE(limitsAfter(minimum, "1,5 no number"), std::make_pair(0.0, 9.0));
+    QVERIFY(std::isnan(limitsAfter(maximum, "nan").second));
     map.bar()->grab();
-    QSignalSpy nowPos(&map, &DispMBase::nowPos);
-    map.area()->grab();
-    mouse(map.area(), QEvent::MouseMove, {0, 0});
-    QCOMPARE(nowPos.count(), 1);
-    QCOMPARE(map.findChild<QLineEdit *>("YPos")->text(), QStringLiteral("1"));
-}
-
-void PanelsTest::histogramFields()
-{
-    QLineEdit from("1");
-    QLineEdit to("3");
-    QLineEdit boxes("3.9");
-    QCheckBox automatic;
-    automatic.setChecked(true);
-    Histgram histogram(&from, &to, &boxes, &automatic);
-    QCOMPARE(histogram.boxes(), 0);
-    histogram.setUp();
-    QVERIFY(histogram.from() == 0.5 && histogram.to() == 3.5 && histogram.boxes() == 3);
-    QVERIFY(histogram.counts().counts().size() == 3 && histogram.largest() == 0);
-    automatic.setChecked(false);
-    QVERIFY(histogram.isChecked()); // as it was at set-up
-    histogram.showLimits(1.23456789, 1e7);
-    QCOMPARE(from.text() + ' ' + to.text(), QStringLiteral("1.23457 1e+07"));
-    from.setText("a");
-    to.setText("1,5"); // no numbers
-    histogram.setUp();
-    QVERIFY(histogram.from() == 0 && histogram.to() == 0);
 }
 
 QTEST_MAIN(PanelsTest)
