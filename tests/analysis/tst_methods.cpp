@@ -141,7 +141,6 @@ private slots:
     void threePointsByHand();
     void fourPointsFindTheMixture();
     void leastSquaresMinimises();
-    void fourPointsWithoutGuards();
     void mapsTakeTheFirstUsedRow();
     void nonEquivFindsTheMixture();
     void nonEquivSubtractsPostLines();
@@ -149,7 +148,6 @@ private slots:
     void nonEquivSpecialCases();
     void lcfFindsTheMixture();
     void lcfRangeTakesBothEnds();
-    void rowValuesGoThroughTexts();
 };
 
 void MethodsTest::threePointsByHand()
@@ -259,22 +257,6 @@ void MethodsTest::leastSquaresMinimises()
     }
     const double tOverTs = textNumber(calculateTarget(input).resultField, 2);
     QVERIFY(close(tOverTs, static_cast<double>(2 * tt / st), 1e-5)); // six digits
-}
-
-void MethodsTest::fourPointsWithoutGuards()
-{
-    AnalysisInput flat = FourPointsCase().input(3, 2);
-    for (EnergyPointInput &point : flat.points) {
-        point.targetMu = 1;
-    }
-    QCOMPARE(inputs::texts(calculateTarget(flat).messages), // 0 / 0
-             QStringList(QStringLiteral("3ps: a = nan, Valence = nan")));
-    AnalysisInput line = FourPointsCase().input(4, 3);
-    for (EnergyPointInput &point : line.points) {
-        point.targetMu = point.energyEv; // no curvature: g = Q(S) / 0
-    }
-    line.method.exact = true;
-    QCOMPARE(textNumber(calculateTarget(line).resultField, 2), 0.0); // 2 / inf
 }
 
 void MethodsTest::mapsTakeTheFirstUsedRow()
@@ -394,20 +376,6 @@ void MethodsTest::nonEquivSpecialCases()
     const MapOutcome without = calculateMap(none);
     QCOMPARE(without.messages.size(), size_t(1));
     QVERIFY(std::isnan(without.maps->at(Quantity::Ratio1, 0))); // 0 / 0
-
-    // Values of 0, 0.25, 0.5, 0.75 are exact, so two equal references are exactly singular.
-    AnalysisInput twins = known.input(false);
-    const AMutE spectrum = flatSpectrum(1, {{110, 0}, {120, 0.25}, {130, 0.75}, {140, 0.5}});
-    twins.references = {inputs::reference(0, 1, spectrum), inputs::reference(1, 2, spectrum)};
-    twins.points.resize(4);
-    for (size_t i = 0; i < 4; ++i) {
-        twins.points[i].energyEv = 110 + 10 * static_cast<double>(i);
-        twins.points[i].vPoint = true;
-    }
-    twins.target = spectrum;
-    const TargetOutcome target = calculateTarget(twins);
-    QVERIFY(target.ran && !target.warned);
-    QVERIFY(!std::isfinite(target.a));
 }
 
 void MethodsTest::lcfFindsTheMixture()
@@ -457,32 +425,6 @@ void MethodsTest::lcfRangeTakesBothEnds()
     const LcfOutcome empty = calculateLcf(input);
     QVERIFY(inputs::texts(empty.messages)[0].startsWith(
         QStringLiteral("Result of LCF ::    nan :    nan :    nan")));
-}
-
-void MethodsTest::rowValuesGoThroughTexts()
-{
-    AnalysisInput input;
-    input.references = {inputs::reference(2, 0, flatSpectrum(1, {{110, 1.0 / 3}, {120, 2.0 / 3}})),
-                        inputs::reference(3, 0, AMutE())};
-    input.target = flatSpectrum(2, {{110, 0.5}});
-    input.points = {inputs::point(0, 110), inputs::point(1, 0), inputs::point(2, 700)};
-    input.points[1].referenceMu = {7, 7, 7, 7}; // no energy: stays
-    input.points[2].referenceMu = {7, 7, 7, 7}; // no point reaches it: cleared, where loaded
-    fillRowValues(input);
-    QCOMPARE(input.points[0].referenceMu[2], 0.333333);
-    QCOMPARE(input.points[0].targetMu, 0.5);
-    QCOMPARE(input.points[1].referenceMu[2], 7.0);
-    QCOMPARE(input.points[2].referenceMu[2], 0.0);
-    QCOMPARE(input.points[2].referenceMu[3], 7.0);
-    input.method.subPostForRef = true; // lines are 0 before the edge, 1 and 2 behind it
-    fillRowValues(input);
-    QCOMPARE(input.points[0].referenceMu[2], -0.666667);
-    QCOMPARE(input.points[0].targetMu, 0.5);
-    input.method = MethodChoice();
-    input.method.subPostForTarget = true;
-    fillRowValues(input);
-    QCOMPARE(input.points[0].referenceMu[2], 0.333333);
-    QCOMPARE(input.points[0].targetMu, -1.5);
 }
 
 QTEST_GUILESS_MAIN(MethodsTest)

@@ -14,33 +14,14 @@ class ResultsTest : public QObject {
     Q_OBJECT
 
 private slots:
-    void truncatesToInt32();
     void countsIntoBoxes();
     void choosesLimits();
     void writesHistogramsBesideTheResult();
-    void histogramsAreTheToolkits();
     void writesFourPointsMaps();
-    void writesNonEquivMaps();
 
 private:
     TestFiles m_files;
 };
-
-void ResultsTest::truncatesToInt32()
-{
-    constexpr int kLowest = std::numeric_limits<int>::min();
-    const std::pair<double, int> cases[] = {{1.99, 1},
-                                            {-0.99, 0},
-                                            {2147483647.9, 2147483647},
-                                            {2147483648.0, kLowest},
-                                            {-1e300, kLowest},
-                                            {qQNaN(), kLowest},
-                                            {qInf(), kLowest},
-                                            {-2147483648.9, kLowest}};
-    for (const auto &[value, expected] : cases) {
-        QCOMPARE(toInt32(value), expected);
-    }
-}
 
 void ResultsTest::countsIntoBoxes()
 {
@@ -116,41 +97,6 @@ void ResultsTest::writesHistogramsBesideTheResult()
     }
 }
 
-void ResultsTest::histogramsAreTheToolkits()
-{
-    const HistogramSettings cases[] = {
-        {-1, 1, 2001, false},          // through zero
-        {1.0 / 3, -7e-5, 5000, false}, // falling, long fractions
-        {0, 1e9, 1001, false},         // large and whole
-        {-1e-310, 1e-310, 300, false}, // tiny
-        {-1e308, 1.7e308, 9, false},   // to infinity
-        {2, 2, 5, false},
-        {1, 3, 1, false},
-        {qQNaN(), 1, 3, false},
-    };
-    for (const HistogramSettings &settings : cases) {
-        BinCounts bins;
-        bins.setUp(settings);
-        for (int i = -2; i < 40; ++i) {
-            bins.count(settings.from + i % 7 * bins.step());
-        }
-        QVERIFY(bins.write(m_files.path(QStringLiteral("h.txt")), QStringLiteral("N")));
-        QByteArray expected;
-        for (int r = -1; r <= bins.boxes(); ++r) {
-            for (const double at : {r + 0.0, r + 0.5, r + 1.0}) {
-                expected += QByteArray::number(bins.from() + bins.step() * at, 'g',
-                                               QLocale::FloatingPointShortest) +
-                            ' ';
-            }
-            const qint32 counted = r < 0              ? bins.underflow()
-                                   : r < bins.boxes() ? bins.counts()[static_cast<size_t>(r)]
-                                                      : bins.overflow();
-            expected += ' ' + QByteArray::number(counted) + '\n';
-        }
-        QCOMPARE(m_files.read(QStringLiteral("h_N.txt")), expected);
-    }
-}
-
 void ResultsTest::writesFourPointsMaps()
 {
     MapColumns columns;
@@ -179,39 +125,6 @@ void ResultsTest::writesFourPointsMaps()
     QVERIFY(writeResultFile(path, nullptr, options));
     QCOMPARE(m_files.read(QStringLiteral("four.dat")), QByteArray("# klyv result map V1.0\n\n"));
     QVERIFY(!writeResultFile(m_files.path(QStringLiteral("no/four.dat")), &maps, options));
-}
-
-void ResultsTest::writesNonEquivMaps()
-{
-    ResultMaps maps(Method::NonEquivLinear, inputs::image(1, 2, {0, 0}));
-    for (int q = 0; q < kQuantities; ++q) {
-        if (quantityAt(q) != Quantity::C2) { // has no plane then: reads 0
-            double *plane = maps.addPlane(quantityAt(q));
-            plane[0] = q + 1;
-            plane[1] = -q - 0.5;
-        }
-    }
-    ResultFileOptions options = {{}, {}};
-    const QString path = m_files.path(QStringLiteral("neq.dat"));
-    QVERIFY(writeResultFile(path, &maps, options));
-    QCOMPARE(m_files.read(QStringLiteral("neq.dat")),
-             QByteArray("# klyv result map V1.0\n\n# y x\n          0          0\n"
-                        "          0          1\n"));
-    options.record.fill(true);
-    options.record[1] = options.record[12] = false;
-    QVERIFY(writeResultFile(path, &maps, options));
-    QCOMPARE(m_files.read(QStringLiteral("neq.dat")),
-             QByteArray("# klyv result map V1.0\n\n"
-                        "# y x alpha1 alpha3 alpha4 dMut1 dMut2 dMut3 dMut4 Mut0 C1 C2 Valence\n"
-                        "          0          0          1          3          4          5"
-                        "          6          7          8          9         10          0"
-                        "         12\n"
-                        "          0          1       -0.5       -2.5       -3.5       -4.5"
-                        "       -5.5       -6.5       -7.5       -8.5       -9.5          0"
-                        "      -11.5\n"));
-    QCOMPARE(QByteArray(columnName(12)), QByteArray("Total-dMut"));
-    QCOMPARE(QByteArray(columnName(13)), QByteArray("UnKnown"));
-    QCOMPARE(QByteArray(columnName(-1)), QByteArray("UnKnown"));
 }
 
 QTEST_GUILESS_MAIN(ResultsTest)
