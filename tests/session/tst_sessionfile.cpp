@@ -107,7 +107,6 @@ private slots:
     void refuses();
     void edgeOfTheSpectra();
     void inputsAreShiftedAndFilled();
-    void unreadableFilesAreListed();
 
 private:
     SessionReading read(const QByteArray &bytes) const
@@ -336,27 +335,6 @@ void SessionFileTest::inputsAreShiftedAndFilled()
     }
     const EnergyPointInput &last = input.points[7];
     QVERIFY(last.use && last.lcf && last.vPoint && !last.isUsedOnMaps());
-}
-
-void SessionFileTest::unreadableFilesAreListed()
-{
-    SessionTexts texts; // no row is used
-    texts.references[0].file = m_files->path("missing");
-    texts.references[3].file = m_files->write("comments", "# eV mu\n");
-    texts.target.file = m_files->path("folder");
-    QVERIFY(QDir().mkdir(texts.target.file));
-    texts.points[2].file = m_files->write("no grid", "0 0 1\n");
-    texts.points[3].file = m_files->write("fine", mapAt("7000"));
-    texts.points[7].file = m_files->write("no pixel", "# X-NUM 1\n# Y-NUM 1\n");
-    QStringList found;
-    for (const UnreadableFile &file : loadInput(texts).unreadable) {
-        found += QFileInfo(file.path).fileName() + ' ' + describe(file.reason);
-    }
-    QCOMPARE(found, (QStringList{"missing " + describe(ReadFailure::NotARegularFile),
-                                 "comments " + describe(ReadFailure::NoPoint),
-                                 "folder " + describe(ReadFailure::NotARegularFile),
-                                 "no grid " + describe(ReadFailure::NoGrid),
-                                 "no pixel " + describe(ReadFailure::NoPixel)}));
 }
 
 QTEST_GUILESS_MAIN(SessionFileTest)
