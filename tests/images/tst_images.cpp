@@ -8,6 +8,7 @@
 #include <QtTest>
 
 #include <algorithm>
+#include <array>
 #include <cmath>
 #include <random>
 
@@ -51,9 +52,7 @@ private slots:
     void refusesProcessedMaps_data();
     void refusesProcessedMaps();
     void refusesWhatIsLargerThanAnyMap();
-    void headerHasRoomForItsText();
     void takesItems();
-    void quotes();
 
 private:
     QByteArray processedMap(const QByteArray &size) const;
@@ -80,7 +79,6 @@ void ImagesTest::readsTextMaps_data()
         "100x1", "0 0 5 7");
     row("plain, mixed case, returns, tabs, end-of-file character, no end",
         "hello\r\n#\tx-num\t2 \r\n# Y-Num 1\r\n\t0 0\t5 7  \r\n\x1A\r\n1 0 6 8 9 9", "2x1", two);
-    row("three columns", "# X-NUM 1\n# Y-NUM 1\n0 0 5\n1 2\n", "1x1", "0 0 5 1");
     row("key against the #", "# X-NUM 1\n#X-NUM 9\n# Y-NUM 1\n3 4 5 6\n", "1x1", "3 4 5 6");
     row("byte-order mark", "\xEF\xBB\xBF# 2003901\n# I : 0\n# I0 : 1\n0 0 5 7\n1 0 6 8\n", "2x1",
         two);
@@ -96,11 +94,6 @@ void ImagesTest::readsTextMaps_data()
         "1 2 3 4\n",
         "1x1", "1 2 2 1");
     row("bad numbers are 0", "# X-NUM 2\n# Y-NUM 1\na 1,5 1e400 nan\n", "2x1", "0 0 inf nan");
-    row("the last grid number counts",
-        "# X-NUM 9\n# X-NUM 1\n# AXIS 2 a b c d 5\n# AXIS 1 a b c 5\n# Y-NUM 3\n"
-        "# Y-NUMBER 7\n1 2 3 4\n",
-        "1x3", "1 2 3 4");
-    row("2003901: columns 0 unless named", "# 2003901\n1 2 3 4\n", "1x1", "1 2 3 3");
     row("the kind stands at the very start of the line",
         " # 2003901\n# X-NUM 2\n# Y-NUM 1\n0 0 5 7\n1 0 6 8\n", "2x1", two);
 }
@@ -109,12 +102,9 @@ void ImagesTest::readsTextMaps()
 {
     QFETCH(QByteArray, bytes);
     A2DData data;
-    const LogCatcher log;
     QVERIFY(data.loadMap(m_files.write(QStringLiteral("map.txt"), bytes)));
     QTEST(QStringLiteral("%1x%2").arg(data.xNum()).arg(data.yNum()), "grid");
     QTEST(textOfPixels(data), "pixels");
-    QCOMPARE(log.lines(),
-             QStringList(QStringLiteral("size %1 %2").arg(data.xNum()).arg(data.yNum())));
 }
 
 void ImagesTest::fastAndTextWayAgree()
@@ -186,12 +176,10 @@ void ImagesTest::refusesTextMaps_data()
                         bool previousStays) {
         QTest::newRow(name) << bytes << static_cast<int>(reason) << previousStays;
     };
-    row("empty", "", ReadFailure::NoPixel, false);
     row("binary", QByteArray("\0\1\2\n\xFF\xFF\0", 7), ReadFailure::NoPixel, false);
     row("no pixel", "# X-NUM 2\n# Y-NUM 2\n", ReadFailure::NoPixel, false);
     row("no grid", "# X-NUM 2\n1 2 3 4\n", ReadFailure::NoGrid, false);
     row("negative grid", "# X-NUM -2\n# Y-NUM -2\n1 2 3 4\n", ReadFailure::NoGrid, false);
-    row("bad grid number", "# X-NUM 1\n# Y-NUM 2.0\n1 2 3 4\n", ReadFailure::NoGrid, false);
     row("too many missing", "# X-NUM 4194306\n# Y-NUM 1\n1 2 3 4\n", ReadFailure::GridTooLarge,
         true);
     row("long header", ("#" + QByteArray(1 << 19, 'x') + "\n").repeated(33),
@@ -232,14 +220,9 @@ void ImagesTest::absorption()
     QCOMPARE(image->absorption(4, 0), 0.0); // beyond its own width: on into the next rows
     QCOMPARE(image->absorption(0, 100), -1.0);
     QCOMPARE(image->absorption(-1, 0), -1.0);
-    QCOMPARE(image->pixel(5).x, 0.0);
-    QCOMPARE(image->pixel(4).reference, 3.0);
 
     const auto processed = ImageData::fromAbsorption(2, 2, {1, 2, 3, 4});
     QCOMPARE(processed->absorption(1, 1), 4.0);
-    QCOMPARE(processed->pixel(2).x, 0.0);
-    QCOMPARE(processed->pixel(2).y, 1.0);
-    QCOMPARE(processed->pixel(2).reference, 0.0);
     QVERIFY(!ImageData::fromAbsorption(0, 0, {})->isMap());
 }
 
@@ -252,7 +235,6 @@ void ImagesTest::writesProcessedMapsByteForByte()
     map.data = {1.5, -2};
     map.valid = {true, false};
     map.minVal = -2;
-    const LogCatcher log;
     QVERIFY(map.write(m_files.path(QStringLiteral("m.tdd"))));
     const QByteArray text =
         "2dData-V0.0 HeaderSize: 512" + QByteArray(37, ' ') +
@@ -261,11 +243,8 @@ void ImagesTest::writesProcessedMapsByteForByte()
         "DATA_STRUCTURE: Header of Size ( HeaderSize: ), Row Double Data Block of pixels "
         "( WIDTH: * HEIGHT ), Row Bool Valid Flag Block of pixels ( WIDTH: * HEIGHT ) \n"
         "SIZE_OF_DOUBLE: 8\nSIZE_OF_BOOL: 1\nMIN_VAL: -2\nMAX_VAL: -1e+300\nEND_OF_HEADER:\n";
-    QVERIFY(text.size() > 255);
     QCOMPARE(m_files.read(QStringLiteral("m.tdd")), text + QByteArray(512 - text.size(), '\0') +
                                                         rawBytes(map.data) + QByteArray("\1\0", 2));
-    QCOMPARE(log.lines(),
-             QStringList(QStringLiteral("2dData save: ") + m_files.path(QStringLiteral("m.tdd"))));
     QVERIFY(!map.write(m_files.path(QStringLiteral("no/m.tdd"))));
     map.data.resize(1); // would leave the file short
     QVERIFY(!map.write(m_files.path(QStringLiteral("m.tdd"))));
@@ -311,12 +290,10 @@ void ImagesTest::readsProcessedMaps()
 void ImagesTest::shortProcessedMapsAreReadAsFarAsTheyGo()
 {
     const QByteArray whole = processedMap("WIDTH: 2\nHEIGHT: 1\n");
-    const int header = 256;
-    for (int size = header; size <= whole.size(); ++size) {
+    for (int size = 256; size <= whole.size(); ++size) {
         TDData0 map;
         QVERIFY(map.read(m_files.write(QStringLiteral("cut"), whole.left(size))));
-        const int numbers = qMin(2, (size - header) / 8);
-        QCOMPARE(map.data, QVector<double>({numbers > 0 ? 1.5 : 0.0, numbers > 1 ? 2.5 : 0.0}));
+        QCOMPARE(map.data, QVector<double>({size >= 264 ? 1.5 : 0.0, size >= 272 ? 2.5 : 0.0}));
         QCOMPARE(map.valid, QVector<bool>({false, size >= whole.size()}));
     }
 }
@@ -352,19 +329,9 @@ void ImagesTest::refusesProcessedMaps()
     const QString path = m_files.write(QStringLiteral("bad.tdd"), bytes);
     TDData0 map;
     map.width = 5;
-    const LogCatcher log;
     QVERIFY(!map.read(path));
     QTEST(static_cast<int>(map.readFailure()), "reason");
     QCOMPARE(map.width, 5); // unchanged
-    if (map.readFailure() == ReadFailure::NotProcessed) {
-        QCOMPARE(log.lines(), QStringList(path + QStringLiteral(" is not a TDData0 file.")));
-    }
-    QVERIFY(log.lines().size() == 1);
-    const QString missing = m_files.path(QStringLiteral("missing"));
-    QVERIFY(!map.read(missing));
-    QCOMPARE(log.lines().mid(1),
-             QStringList({QStringLiteral("can't open ") + missing,
-                          missing + QStringLiteral(" is not a TDData0 file.")}));
 }
 
 void ImagesTest::refusesWhatIsLargerThanAnyMap()
@@ -376,71 +343,25 @@ void ImagesTest::refusesWhatIsLargerThanAnyMap()
     TDData0 map;
     QVERIFY(!map.read(path));
     QCOMPARE(map.readFailure(), ReadFailure::GridTooLarge);
-
-    // Without a grid a row has no map any more; a file that cannot be taken leaves it.
-    A2DData data;
-    QVERIFY(
-        data.loadMap(m_files.write(QStringLiteral("m"), processedMap("WIDTH: 1\nHEIGHT: 2\n"))));
-    QVERIFY(!data.loadMap(path));
-    QVERIFY(data.hasMap());
-    QVERIFY(!data.loadMap(m_files.write(QStringLiteral("m"), processedMap(""))));
-    QVERIFY(!data.hasMap());
-}
-
-void ImagesTest::headerHasRoomForItsText()
-{
-    TDData0 map;
-    map.width = map.height = 1;
-    map.data = {1};
-    map.valid = {true};
-    QSignalSpy cleared(&map, &TDData0::regionCleared);
-    for (const QRectF &region : {QRectF(), QRectF(1, 2, 3, 4), QRectF()}) {
-        QCOMPARE(cleared.count(), 0);
-        map.setRegion(region);
-        QCOMPARE(map.region(), region);
-    }
-    QCOMPARE(cleared.count(), 1);
-    QVERIFY(map.write(m_files.path(QStringLiteral("m"))));
-    const QByteArray bytes = m_files.read(QStringLiteral("m"));
-    QCOMPARE(bytes.size(), 512 + 9);
-    const int text = bytes.indexOf('\0');
-    map.dataId = QString(512 - text, QLatin1Char('i')); // now the text has exactly 512 characters
-    QVERIFY(map.write(m_files.path(QStringLiteral("m"))));
-    QCOMPARE(m_files.read(QStringLiteral("m")).size(), 768 + 9);
-    QVERIFY(map.read(m_files.path(QStringLiteral("m"))));
-    map.dataId = QString(70000, QLatin1Char('i')); // no reader would take that header
-    QVERIFY(!map.write(m_files.path(QStringLiteral("m"))));
 }
 
 void ImagesTest::takesItems()
 {
-    struct Case {
-        const char *line, *item, *rest, *faults; // c: not closed, o: not opened
-    };
-    const Case cases[] = {
+    const std::array<const char *, 4> cases[] = {
+        // line, item, rest, how it is quoted amiss
         {" \t ", "", "", ""},
         {"  a\tb", "a", "\tb", ""},
         {"\"x y\" z", "x y", " z", ""},
-        {"\"\"", "", "", ""},
-        {"\"x\"z", "x", "z", ""},
-        {"\"open end", "open", " end", "co"},
-        {"\"", "", "", "co"},
-        {"closed\"", "closed\"", "", "o"},
-        {"closed\" b", "closed\"", " b", ""},
+        {"\"open end", "open", " end", "quote but not ended by quote"},
+        {"closed\"", "closed\"", "", "not quote but ended by quote"},
         {"a b\"", "a", " b\"", ""},
     };
-    for (const Case &c : cases) {
+    for (const auto &[line, expected, rest, fault] : cases) {
         const LogCatcher log;
         QString item = QStringLiteral("before");
-        QCOMPARE(takeItem(c.line, item), c.rest);
-        QCOMPARE(item, c.item);
-        QStringList expected;
-        for (const char fault : QByteArray(c.faults)) {
-            expected << QStringLiteral("In a line [%1] item is started from %2")
-                            .arg(c.line, fault == 'c' ? "quote but not ended by quote"
-                                                      : "not quote but ended by quote");
-        }
-        QCOMPARE(log.lines(), expected);
+        QCOMPARE(takeItem(line, item), rest);
+        QCOMPARE(item, expected);
+        QCOMPARE(log.lines().value(0).section("started from ", 1), fault);
     }
     for (const char *text : {"0", " -12.5 ", "+.5", "7.", "1.2.3", "\xD9\xA3"}) { // Arabic 3
         QVERIFY2(isNumberText(text), text);
@@ -448,13 +369,6 @@ void ImagesTest::takesItems()
     for (const char *text : {"", " ", "-", ".", "1e5", "1,5", "--1", "1 2", "0x1", "nan"}) {
         QVERIFY2(!isNumberText(text), text);
     }
-}
-
-void ImagesTest::quotes()
-{
-    QCOMPARE(csvQuote("a b") + csvQuote("a,b") + csvQuote("\""), "a b\"a,b\"\"\"\"\"");
-    QCOMPARE(joinQuoted({"a", "b  c"}) + joinQuoted({}), "\"a\" \"b c\"");
-    QCOMPARE(unescapeQuotes("\\\"a\\b\\\""), "\"a\\b\"");
 }
 
 QTEST_GUILESS_MAIN(ImagesTest)
