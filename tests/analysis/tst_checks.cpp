@@ -110,25 +110,19 @@ void ChecksTest::targetsAndMaps_data()
     row("refs 0", Method::None, {count(0)});
     row("refs 1 notarget", Method::None, {count(1)}); // whatever the target
     row("refs 1 unload 1", Method::None, {count(0), first});
-    row("unload 1", Method::None, {count(1), first});
     row("refs 3 unload 2", Method::None, {second});
     row("refs 3 unload 3", Method::ExactFourPoints);
-    row("notarget", Method::None, {noTarget});
     row("NEQ refs 3 unload 3", Method::None, {second}); // the third, under the second's name
     row("NEQ refs 3 unload 3 notarget", Method::None, {noTarget});
-    row("NEQ", Method::None, {points(4, 5)});
     row("NEQ points 5", Method::NonEquivVictoreen);
     row("NEQlinear", Method::NonEquivLinear);
-    row("NEQlinear points 3", Method::None, {points(3, 4)});
 
     isMap = true;
     row("notarget", Method::ExactFourPoints);
     row("noimage 1", Method::ThreePoints); // a row without an image is not used
     row("noimage 3", Method::None, {"V Point is not selected"});
     row("LS", Method::LeastSquares);
-    row("points 3 switch 1", Method::None, {points(2, 4)});
     row("refs 0", Method::None, {count(0)});
-    row("unload 2", Method::None, {count(1), "Ref File 2 is not valid."});
     row("refs 4 unload 3 unload 4", Method::None, {"Ref File 3 is not valid."});
     row("NEQ noV refs 4", Method::None, {points(4, 7, "less than")});
     row("NEQlinear", Method::NonEquivLinear);
@@ -152,10 +146,8 @@ void ChecksTest::lcf_data()
     const QString noRange = "Energy Range is not selected, which should by selected by CB of TR.";
     QTest::newRow("") << QString();
     QTest::newRow("equal") << QString(); // equal energies are a range
-    QTest::newRow("norange 6") << noRange;
     QTest::newRow("nan") << noRange;
     QTest::newRow("norange 1 refs 0") << noRange;
-    QTest::newRow("unload 2") << "Number of Valid Reference files is 1, which is less than 2";
 }
 
 void ChecksTest::lcf()
