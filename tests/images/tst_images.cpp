@@ -87,8 +87,8 @@ void ImagesTest::readsTextMaps_data()
         "0 0 a b 7 5\n1 0 a b 8 6\n1 0 a b 8\n",
         "2x1", two);
     row("2003901: grid from the positions",
-        "# 2003901\n# I : 0\n# I0 : 0\n0 0 1\n1 0 1\n2 0 1\n0 1 1\n1 1 1\n2 1 1\n", "3x2",
-        "0 0 1 1; 1 0 1 1; 2 0 1 1; 0 1 1 1; 1 1 1 1; 2 1 1 1");
+        "# 2003901\n# I : 0\n# I0 : 0\n0 0 1\n1 0 1\n0 1 1\n1 1 1\n", "2x2",
+        "0 0 1 1; 1 0 1 1; 0 1 1 1; 1 1 1 1");
     row("2003901: impossible columns hold nothing, negative ones count back",
         "# 2003901\n# I : 2147483647\n# I0 : -3\n1 2 3 4\n# I : -1\n# I0 : -2\n"
         "1 2 3 4\n",

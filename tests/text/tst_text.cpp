@@ -11,10 +11,8 @@
 #include <csignal>
 #include <cstring>
 #include <random>
-#include <thread>
 
 #include <sys/resource.h>
-#include <sys/stat.h>
 
 using namespace orvel;
 
@@ -28,7 +26,6 @@ private slots:
     void numbersAreTheToolkits();
     void lines_data();
     void lines();
-    void refusesWhatIsNoFile();
     void outputReplacesOnlyWhenWhole();
     void outputKeepsTheOldFileOnAFullDisk();
 
@@ -187,18 +184,6 @@ void TextTest::lines()
     }
     QTEST(lines, "expected");
     QCOMPARE(file.failure(), ReadFailure::None);
-}
-
-void TextTest::refusesWhatIsNoFile()
-{
-    const QString pipe = m_files.path(QStringLiteral("pipe"));
-    QCOMPARE(mkfifo(pipe.toLocal8Bit().constData(), 0600), 0);
-    for (const QString &path : {pipe, m_files.path(QString()), m_files.path(QStringLiteral("no")),
-                                QStringLiteral("/dev/zero")}) {
-        TextFile file(path);
-        QVERIFY(!file.open());
-        QCOMPARE(file.failure(), ReadFailure::NotARegularFile);
-    }
 }
 
 void TextTest::outputReplacesOnlyWhenWhole()
