@@ -1,6 +1,5 @@
 #include "analysis/Calculations.h"
 #include "analysis/NonEquiv.h"
-#include "analysis/RowValues.h"
 #include "tests/analysis/Inputs.h"
 
 #include <QtTest>

@@ -4,10 +4,7 @@
 #include <QtTest>
 
 #include <cmath>
-#include <limits>
 #include <random>
-
-#include <unistd.h>
 
 using orvel::LinearSystem;
 

@@ -3,7 +3,6 @@
 
 #include "analysis/FourPoints.h"
 #include "analysis/NonEquiv.h"
-#include "base/Parallel.h"
 #include "base/Simd.h"
 #include "tests/Differential.h"
 #include "tests/analysis/Inputs.h"

@@ -2,11 +2,8 @@
 #include "analysis/ResultFile.h"
 #include "analysis/ToInt32.h"
 #include "tests/TestFiles.h"
-#include "tests/analysis/Inputs.h"
 
 #include <QtTest>
-
-#include <limits>
 
 using namespace orvel;
 

@@ -62,7 +62,6 @@ const QString kResult = " Output/SaveFSelect=r.dat";
 const QString k3ps = "3ps: a = 0.5, Valence = 4";
 const QString kNeq = "Result of NEQ ::  0.750 :  0.250, Valence =  3.000, t =  1.000";
 const QString kLcf = "Result of LCF ::  0.750 :  0.250, Valence =  1.500, Base =  0.250";
-const QString kNanLcf = "Result of LCF ::    nan :    nan, Valence =    nan, Base =    nan";
 /// Standard output with these lines in the message box. Result lines are fields too; one that
 /// starts with "!" is a field alone.
 QString outputOf(const QStringList &lines)

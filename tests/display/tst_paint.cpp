@@ -1,5 +1,4 @@
 #include "base/Simd.h"
-#include "display/CColors.h"
 #include "display/ChCoord.h"
 #include "display/ColourScale.h"
 #include "display/CurvePainter.h"

@@ -5,11 +5,9 @@
 #include "display/PopBase.h"
 #include "display/cBar.h"
 
-#include <QAbstractButton>
 #include <QAction>
 #include <QContextMenuEvent>
 #include <QGridLayout>
-#include <QLabel>
 #include <QLineEdit>
 #include <QMenu>
 #include <QPushButton>

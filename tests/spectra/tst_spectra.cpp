@@ -1,6 +1,5 @@
 #include "spectra/AMutE.h"
 #include "tests/Differential.h"
-#include "tests/LogCatcher.h"
 #include "tests/TestFiles.h"
 
 #include <QtTest>
