@@ -2,6 +2,7 @@
 #include "tests/panel/Window.h"
 
 #include <QLabel>
+#include <QLayout>
 #include <QListWidget>
 #include <QRegularExpression>
 
@@ -44,19 +45,21 @@ class PanelTest : public QObject {
 private slots:
     void objects_data();
     void objects();
+    void rowsAndReferences();
     void slotsInOrder();
     void runs_data();
     void runs();
     void effects_data();
     void effects();
-    void displayFiles();
     void checkMessages_data();
     void checkMessages();
+    void everyTextIsShown();
     void axisTitles();
+    void rowValues_data();
     void rowValues();
     void edgeRule();
     void shiftedSpectra();
-    void everyFieldTellsWhatItIs();
+    void messageKeepsWhatIsSelected();
 
 private:
     std::vector<Case> cases() const;
@@ -129,6 +132,27 @@ void PanelTest::objects()
                                                        : QString());
 }
 
+void PanelTest::rowsAndReferences()
+{
+    const FourPs panel;
+    QCOMPARE(panel.objectName(), QStringLiteral("FourPs"));
+    QVERIFY(panel.findChild<QLayout *>("RefFileLayout"));
+    QCOMPARE(panel.findChildren<ARefFile *>().size(), 4);
+    QCOMPARE(shown(panel, "R1.RefName R4.RefName R1.Valence R1.UseCB:checked R4.UseCB:checked"),
+             QStringLiteral("Ref 1 Ref 4 1 false false"));
+    QCOMPARE(panel.findChildren<AEPoint *>().size(), 8);
+    for (int i = 0; i < 8; ++i) {
+        const AEPoint *row = point(panel, i);
+        QCOMPARE(find(*row, "NumDisp")->property("text"), QStringLiteral("%1:  ").arg(i + 1));
+        QVERIFY(!row->isUsed() && !row->isLcf() && !row->isVPoint());
+        QCOMPARE(row->showMapButton()->isChecked(), i == 0);
+        QVERIFY(!row->pickButton()->isChecked());
+    }
+    QCOMPARE(map(panel, "ResultMap")->title(), QStringLiteral("Result Map"));
+    QCOMPARE(map(panel, "DataMap")->title(), QStringLiteral("Data Map"));
+    QCOMPARE(at<AFileSelect>(panel, "SaveFSelect")->mode(), int(AFileSelect::Save));
+}
+
 void PanelTest::slotsInOrder()
 {
     const QStringList expected =
@@ -173,6 +197,8 @@ void PanelTest::runs_data()
     user("click P8.LCFCB; click P8.VPointCB; click P7.UseCB", "MTLMTLMTL");
     user("click R4.UseCB", "MTL");
     user("type EdgeE 1", "MTL");
+    user("type PreEEndDE 1", "MTL");
+    user("type PostEStartDE 1", "MTL");
     user("type R3.DE 1", "MTL");
     user("type R1.DE 1; type TargetFile.DE 1", ""); // nothing is there to shift
     user("type P1.Energy 8400", "");
@@ -214,18 +240,24 @@ void PanelTest::effects_data()
         const QString filled = m_sample.in(steps);
         sent(steps, where, before, after, [filled](FourPs &p) { perform(p, filled); });
     };
+    const char *const kResult = "ResultMap.MinV ResultMap.MaxV";
     const char *const kData = "DataMap.MinV DataMap.MaxV";
     user("type P2.Energy 8347.5", "P2.Mut1 P2.Mut2 P2.MutT P1.Mut1", "0.8 0.2 0.5 0",
          "0.4 0.1 0.25 0");
     user("click SubPostEforRef", "P2.Mut1 P2.Mut2 P2.MutT", "0.8 0.2 0.5", "-0.2 -0.8 0.5");
     user("click SubPostEforTarget", "P2.Mut2 P2.MutT", "0.2 0.5", "0.2 -0.5");
+    user("click SubPostEforTarget; click SubPreEforTarget", "P2.MutT", "0.5", "0.5");
+    user("click MapRatio2", kResult, "2.5 3", "0.5 1");
     user("click P2.ShowMapB", kData, "0 0", "0.2 0.5");
     user("load P1.FileSelect %/edge.txt", kData, "0 0", "0.2 0.5");
+    user("clear P1.FileSelect", "DataMap.MinV", "0", "0"); // white now; the limits stay
     user("click ShowDMap", "DataMap:visible", "true", "false");
     user("click ShowMap", "ResultMap:visible", "true", "false");
     user("click ShowDAB", "Disps:visible", "true", "false");
     user("click MoreCondsCB", "FourPCondsF:visible NonEquivCondsF:visible", "false false",
          "true true");
+    user("click HgAAuto; click CalcMapB", "HgAFrom HgATo", "1.5 3.5", "2.5 3");
+    user("click HgAAuto; click HgRatio1; click CalcMapB", "HgAFrom HgATo", "1.5 3.5", "0 0.5");
     user("click HgAAuto; click CalcMapB; click HgRatio2; click HgValence", "HgAFrom HgATo",
          "1.5 3.5", "2.5 3");
     user("type P4.Energy 8250; click P4.UseCB; click TypeNonEquiv; click NonEquivBGLinear; "
@@ -236,27 +268,35 @@ void PanelTest::effects_data()
          [](FourPs &p) { emit reference(p, 3)->foundNewEdge(8333.256); });
     sent("in the map", "ResultMap.Val", "", "3",
          [](FourPs &p) { emit map(p, "ResultMap")->nowPos(1.5, 0.5); });
-}
-
-void PanelTest::displayFiles()
-{
-    FourPs panel;
-    auto *list = at<QListWidget>(panel, "SelectedFs");
-    auto *selector = at<AFileSelect>(panel, "DispFSelect");
-    selector->newFiles({m_sample.a, m_sample.b, m_sample.mix});
-    perform(panel, "click RemoveAFile"); // none is current
-    QCOMPARE(list->count(), 3);
-    list->setCurrentRow(1);
-    perform(panel, "click RemoveAFile");
-    QVERIFY(list->count() == 2 && list->item(1)->text() == m_sample.mix);
-    selector->newFile(m_sample.b); // for all
-    QCOMPARE(list->count(), 1);
+    sent("in the image", "DataMap.Val", "", "0",
+         [](FourPs &p) { emit map(p, "DataMap")->nowPos(1.5, 0.5); });
     for (const char *name : {"R4.XafsFS", "TargetFile", "P8.FileSelect", "DispFSelect"}) {
-        emit at<AFileSelect>(panel, name)->newDir(QString("/") + name);
-        for (const AFileSelect *one : panel.findChildren<AFileSelect *>()) {
-            QCOMPARE(one->dir(), QString("/") + name);
-        }
+        QTest::newRow(name) << Act([name](FourPs &p) {
+            emit at<AFileSelect>(p, name)->newDir("/some/where");
+            for (const AFileSelect *selector : p.findChildren<AFileSelect *>()) {
+                QCOMPARE(selector->dir(), QStringLiteral("/some/where"));
+            }
+        }) << "EdgeE"
+                            << "8352.5"
+                            << "8352.5";
     }
+    const auto files = [&](const char *name, const char *count, const Act &act) {
+        sent(name, "SelectedFs:count", "0", count, [this, act](FourPs &p) {
+            at<AFileSelect>(p, "DispFSelect")->newFiles({m_sample.a, m_sample.b, m_sample.mix});
+            act(p);
+        });
+    };
+    files("display files", "3", [](FourPs &) {});
+    files("none is current", "3", [](FourPs &p) { perform(p, "click RemoveAFile"); });
+    files("cleared", "0", [](FourPs &p) { perform(p, "clear DispFSelect"); });
+    files("a new one for all", "1",
+          [this](FourPs &p) { at<AFileSelect>(p, "DispFSelect")->newFile(m_sample.b); });
+    files("one removed", "2", [this](FourPs &p) {
+        auto *list = at<QListWidget>(p, "SelectedFs");
+        list->setCurrentRow(1);
+        perform(p, "click RemoveAFile");
+        QCOMPARE(list->item(1)->text(), m_sample.mix);
+    });
 }
 
 void PanelTest::effects()
@@ -349,6 +389,91 @@ void PanelTest::checkMessages()
     QCOMPARE(provoke(japanese, one), one.japanese);
 }
 
+/// Every text of the panel: where it stands > what it says. "header": the heads of the point
+/// table; "message": provoked by the cases; "painted": the axes.
+static const char *const kTexts = R"(
+message > V Point is not selected.|V Point is not selected|The 1st Ref File is not valid.
+message > The 2nd Ref File is not valid.|Target File1 is not valid.|Ref File %1 is not valid.
+message > Number of valied Ref Files is %1, which is less than 2.
+message > Number of selected data sets %1 is not %2.
+message > Number of selected data sets %1 is less than %2.
+message > Number of Valid Reference files is %1, which is less than 2|Can't open the file [%1]
+message > Energy Range is not selected, which should by selected by CB of TR.
+message > Result of LCF :: |Result of NEQ :: |, Valence = %1, t = %2|, Valence = %1, Base = %2
+message > 3ps: a = %1, Valence = %2|4ps2: a = %1, Valence = %2, t/ts = %3
+CalcRes > a = %1, Valence = %2, t/ts = %3 # P7.NumDisp > %1 # R3.RefName > Ref %1
+header > No.|Use|Non|Equiv.|LCF|Eng.|[eV]|mut|Ref.1|Ref.2|Ref.3|Ref.4|Target|Map
+header > Select 2D Map Data|Show|F.P.
+painted > Eng.[eV]|mut|LCF|Valence|Num.|Thick.|M2|M3
+:windowTitle > Frame # XafsHead > XAFS spectra # RefsTargetG:title > Refs/Target XAFS Spectra
+TargetLabel > Target # DispOnlyLabel > Disp. Only # RemoveAFile > Remove
+VicG:title > Params for Vic. Lines # EdgeLabel > Edge[eV] # PreLabel > Pre Edge End [eV]
+PostLabel > Post Edge Start [eV] # EdgeE > 8350 # PreEEndDE > -50 # PostEStartDE > 100
+HgAFrom > 1.5 # HgATo > 3.5 # HgTFrom > -0.2 # HgTTo > 1.2 # HgABoxes > 51 # HgTBoxes > 51
+NormLabel > When drawing all mut # NNone > No normalize # NBySubPre > Sub pre Vic.
+NByEJ > Normalized by edge jump # NBy2Vics > Normalized by 2 Vics | # FullRangeCB > Full Range
+ProcHead > Data Processing # MoreCondsCB > More Conds # FourPLabel > 4 Points Meth.
+TypeNonEquiv > Non Equiv. Meth. # NonEquivLabel >   Non Equiv. Meth.
+TypeTMKLabel > Calc. Type for t, mu0, and k: | # TypeTMKisExact > Exact 4 points
+TypeTMKisLS > Least Square # BGLabel > B.G.Line Type: | # NonEquivBGVic > Vic.
+NonEquivBGLinear > Linear # SubRefLabel > Refs: Sub. # SubTargetLabel > Target: Sub.
+SubPreEforRef > Pre E. Line # SubPostEforTarget > Post E. Line # HistG:title > Hist Grams
+DispSelectLabel > Disp Select : | # FromLabel > From # ToLabel > To # BoxesLabel > Boxes
+HgAAuto > Auto # HgTAuto > Auto # HgALabel > Valence # HgTLabel > Amount dMut
+MapSelectLabel > Map Select # RecordSelectLabel > Record Select : # HgMut0 > mut0 # MapMut0 > mu0
+HgC1 > C1 # MapC2 > C2 # HgDMut1 > dMut 1 # MapDMut2 > dMut 2 # RecDMut3 > dMut 3
+RecDMut4 > dMut 4 # HgAmount > Amouont # MapAmount > Amount # HgRatio1 > Ratio 1
+RecRatio1 > Rattio 1 # HgRatio2 > Ratio 2 # MapRatio2 > Ratio2 # RecRatio3 > Ratio 3
+MapRatio4 > Ratio 4 # ExecG:title > Exec. and Results # CalcTargetB > Calc. # CalcMapB > Calc.
+WriteB > Write # CalcResLabel > 4ps # FourPNote > 4 points. # TargetDMutLabel > dMut # LCFB > LCF
+ShowDMap > Show Data Map # ShowDAB > Show Graphs # ShowMap > Show Res. Map
+DataMap.Title > Data Map # ResultMap.Title > Result Map
+)";
+
+void PanelTest::everyTextIsShown()
+{
+    orvel::Translators translator;
+    orvel::installJapanese(translator);
+    QStringList written;
+    for (const Case &one : cases()) {
+        FourPs panel;
+        written += provoke(panel, one);
+    }
+    FourPs panel;
+    QStringList heads;
+    for (const QLabel *label : at(panel, "PointHead")->findChildren<QLabel *>()) {
+        heads += label->text().split('\n');
+    }
+    const QStringList painted = paintedTitles(panel);
+    FourPs exact; // its line goes to the field alone
+    m_sample.load(exact);
+    perform(exact, "type P4.Energy 8250; click P4.UseCB; click CalcTargetB");
+
+    QSet<QString> sources;
+    for (const QString &row : QString(kTexts).split(QRegularExpression(" # |\n"))) {
+        const QString place = row.section(" > ", 0, 0);
+        for (const QString &source : row.section(" > ", 1).split('|', Qt::SkipEmptyParts)) {
+            sources += source;
+            const QString wanted =
+                QCoreApplication::translate("FourPs", source.toUtf8().constData());
+            const QStringList found = place == "message"        ? written
+                                      : place == "header"       ? heads
+                                      : place == "painted"      ? painted
+                                      : place == "CalcRes"      ? QStringList(shown(exact, place))
+                                      : place == ":windowTitle" ? QStringList(panel.windowTitle())
+                                                                : QStringList(shown(panel, place));
+            // Arguments are numbers, and "7:  " is more than the number.
+            QString filled =
+                QRegularExpression::escape(place == "message" ? wanted.simplified() : wanted);
+            filled.replace(QRegularExpression("\\\\%[123]"), ".+");
+            const bool isWhole = place != "message" && place != "P7.NumDisp";
+            const QRegularExpression text(isWhole ? '^' + filled + '$' : filled);
+            QVERIFY2(!found.filter(text).isEmpty(), qPrintable(row + " / " + wanted));
+        }
+    }
+    QCOMPARE(sources.size(), 118);
+}
+
 /// Titles of the axes of the six plots, taken from their labels instead of from the pictures.
 QStringList PanelTest::paintedTitles(FourPs &panel) const
 {
@@ -370,36 +495,53 @@ void PanelTest::axisTitles()
     QCOMPARE(paintedTitles(panel),
              (QStringList{"Eng.[eV]", "mut", "LCF", "MPs", "Valence", "Num.", "Thick.", "Num.",
                           "Valence", "Thick.", "M3", "M2"}));
-    orvel::Translators translator;
-    orvel::installJapanese(translator);
-    FourPs japanese;
-    perform(japanese, "click HgAmount");
-    QCOMPARE(paintedTitles(japanese)[0] + paintedTitles(japanese)[4], "エネルギー[eV]存在量");
-    QCOMPARE(shown(japanese, "R1.RefName R1.UseCB P1.FileSelect.SelB TargetFile.DELabel"),
-             "標準1 使用 選択 ΔE[eV]");
+    perform(panel, "click HgAmount");
+    QCOMPARE(paintedTitles(panel)[4], QStringLiteral("Amouont"));
+}
+
+void PanelTest::rowValues_data()
+{
+    QTest::addColumn<QString>("energy");
+    QTest::addColumn<QString>("value");
+    QTest::newRow("between points") << "8352.5"
+                                    << "0.9";
+    QTest::newRow("at a point") << "8350"
+                                << "0.8";
+    QTest::newRow("below the first: from 0 eV") << "100"
+                                                << "0";
+    QTest::newRow("the last point") << "8760"
+                                    << "1";
+    QTest::newRow("beyond the last") << "8760.5"
+                                     << "";
+    QTest::newRow("zero leaves the field") << "0"
+                                           << "was";
+    QTest::newRow("negative") << "-8350"
+                              << "was";
+    QTest::newRow("no number") << "8350 eV"
+                               << "was";
+    QTest::newRow("not a number") << "nan"
+                                  << "was";
+    QTest::newRow("infinite") << "inf"
+                              << "";
 }
 
 void PanelTest::rowValues()
 {
-    const std::pair<const char *, const char *> cases[] = {
-        {"100", "0"}, // below the first: from 0 eV
-        {"8352.5", "0.9"}, {"8760", "1"},    {"8760.5", ""},     {"inf", ""},
-        {"0", "was"},      {"-8350", "was"}, {"8350 eV", "was"}, {"nan", "was"}}; // stays
-    for (const auto &[energy, value] : cases) {
-        FourPs panel;
-        reference(panel, 3)->selector()->newFile(m_sample.a);
-        target(panel)->newFile(m_sample.a);
-        for (const char *field : {"P6.Mut1", "P6.Mut4", "P6.MutT"}) {
-            at<QLineEdit>(panel, field)->setText("was");
-        }
-        perform(panel, QString("type P6.Energy ") + energy);
-        const QString shownValue = value;
-        QCOMPARE(shown(panel, "P6.Mut1 P6.Mut4 P6.MutT"), "was " + shownValue + ' ' + shownValue);
-        // A reference that is gone leaves its column, a target that is gone does not.
-        perform(panel, "clear R4.XafsFS; clear TargetFile");
-        QCOMPARE(shown(panel, "P6.Mut4 P6.MutT"),
-                 shownValue + ' ' + (shownValue == "was" ? "was" : ""));
+    QFETCH(QString, energy);
+    QFETCH(QString, value);
+    FourPs panel;
+    reference(panel, 3)->selector()->newFile(m_sample.a);
+    target(panel)->newFile(m_sample.a);
+    for (const char *field : {"P6.Mut1", "P6.Mut4", "P6.MutT"}) {
+        at<QLineEdit>(panel, field)->setText("was");
     }
+    perform(panel, "type P6.Energy " + energy);
+    QCOMPARE(shown(panel, "P6.Mut1 P6.Mut4 P6.MutT"), "was " + value + ' ' + value);
+    QVERIFY(value == "was" || at<QLineEdit>(panel, "P6.Mut4")->cursorPosition() == 0);
+    // A reference that is gone leaves its column, a target that is gone does not.
+    perform(panel, "clear R4.XafsFS; clear TargetFile");
+    const QString isLeft = value == "was" ? value : QString();
+    QCOMPARE(shown(panel, "P6.Mut1 P6.Mut4 P6.MutT"), "was " + value + ' ' + isLeft);
 }
 
 void PanelTest::edgeRule()
@@ -419,6 +561,14 @@ void PanelTest::edgeRule()
     perform(panel, "click SubPostEforRef");
     QVERIFY(std::fabs(a->post(8350) - 1) > 0.01);
     QCOMPARE(shown(panel, "P2.Mut1"), QString::number(0.8 - a->post(8350), 'g', 6));
+    // Display spectra follow too: the edge alone changes their normalised picture.
+    at<AFileSelect>(panel, "DispFSelect")->newFile(m_sample.mix);
+    perform(panel, "clear R1.XafsFS; clear R2.XafsFS; clear TargetFile; click NByEJ");
+    DispArea *area = graph(panel, Displays::DMuts)->area();
+    const QImage before = picture(area);
+    perform(panel, "type PostEStartDE 100");
+    area->clearRange();
+    QVERIFY(picture(area) != before);
 }
 
 void PanelTest::shiftedSpectra()
@@ -436,25 +586,19 @@ void PanelTest::shiftedSpectra()
     QCOMPARE(shown(panel, "P2.Mut1 EdgeE"), QStringLiteral("0.9 8345"));
 }
 
-/// Tool tips are attached by name, so a widget that was renamed or added would silently lack one.
-void PanelTest::everyFieldTellsWhatItIs()
+void PanelTest::messageKeepsWhatIsSelected()
 {
-    const FourPs panel;
-    QStringList silent;
-    int asked = 0;
-    for (const QWidget *widget : panel.findChildren<QWidget *>()) {
-        const QString name = widget->objectName();
-        const bool isOurs = !name.isEmpty() && !name.startsWith("qt_") && name != "FileName";
-        if (isOurs && (widget->inherits("QLineEdit") || widget->inherits("QAbstractButton") ||
-                       widget->inherits("QListWidget") || widget->inherits("AFileSelect"))) {
-            ++asked;
-            if (widget->toolTip().isEmpty() || widget->accessibleDescription().isEmpty()) {
-                silent += widget->parentWidget()->objectName() + '/' + name;
-            }
-        }
-    }
-    QCOMPARE(silent, QStringList());
-    QVERIFY(asked > 200);
+    FourPs panel;
+    auto *box = at<QPlainTextEdit>(panel, "Message");
+    perform(panel, "click LCFB");
+    box->selectAll();
+    perform(panel, "click CalcMapB");
+    QCOMPARE(messages(panel), (QStringList{kNoLcf, kNoMap}));
+    QVERIFY(box->textCursor().atEnd());
+    // Lines go to the cursor, wherever it was put, and move it to the end.
+    box->moveCursor(QTextCursor::Start);
+    perform(panel, "click CalcTargetB; click LCFB");
+    QCOMPARE(messages(panel), (QStringList{kNoTarget, kNoLcf, kNoMap, kNoLcf}));
 }
 
 QTEST_MAIN(PanelTest)

@@ -1,4 +1,8 @@
+#include "analysis/BinCounts.h"
+#include "display/CColors.h"
 #include "display/DispABase.h"
+#include "panel/plots/ComparisonPlot.h"
+#include "panel/plots/HistogramPlot.h"
 #include "panel/plots/ImageDifferences.h"
 #include "panel/plots/MutsPlot.h"
 #include "panel/plots/ScatterPlot.h"
@@ -16,44 +20,83 @@ namespace {
 constexpr double kNan = std::numeric_limits<double>::quiet_NaN();
 constexpr double kInf = std::numeric_limits<double>::infinity();
 
+bool isWhite(QRgb colour)
+{
+    return qRed(colour) > 250 && qGreen(colour) > 250 && qBlue(colour) > 250;
+}
+
+/// A spectrum of two straight pieces: 0 before its edge at 7000 eV, `step` behind it.
+AMutE stepAt7000(double step)
+{
+    QVector<MutPoint> points;
+    for (int i = 0; i <= 200; ++i) {
+        const double energy = 6900.0 + i;
+        points.append({0.0, energy, energy < 7000.0 ? 0.0 : step});
+    }
+    AMutE spectrum;
+    spectrum.setPoints(points);
+    return spectrum;
+}
+
 /// A graph panel whose surface is painted by one of the plots.
 class Graph {
 public:
     using Draw = std::function<void(QStylePainter *, DispABase &)>;
 
-    explicit Graph(const Draw &draw)
+    explicit Graph(Draw draw) : m_draw(std::move(draw))
     {
         m_panel.resize(500, 400);
         m_panel.setTitlesPainted(true, true);
         QObject::connect(&m_panel, &DispABase::draw, &m_panel,
-                         [this, draw](QStylePainter *p) { draw(p, m_panel); });
+                         [this](QStylePainter *p) { m_draw(p, m_panel); });
         m_panel.show();
     }
 
     /// Paints; pixels and coordinates are those of this painting from now on.
     void paint() { m_image = m_panel.area()->grab().toImage(); }
     DispABase &panel() { return m_panel; }
+    const ChCoord &coord() const { return *m_panel.coord(); }
 
-    /// Whether anything but white is within two pixels of a place.
-    bool isMarked(double x, double y)
+    QRgb at(double x, double y) const
     {
-        const ChCoord &c = *m_panel.coord();
-        for (int i = 0; i < 25; ++i) {
-            const QPoint at(int(c.sx(x)) + i % 5 - 2, int(c.sy(y)) + i / 5 - 2);
-            if (qGray(m_image.pixel(at)) < 250) {
-                return true;
+        return m_image.pixel(static_cast<int>(coord().sx(x)), static_cast<int>(coord().sy(y)));
+    }
+    /// Whether anything but white is within two pixels of a place.
+    bool isMarked(double x, double y) const
+    {
+        for (int dx = -2; dx <= 2; ++dx) {
+            for (int dy = -2; dy <= 2; ++dy) {
+                if (!isWhite(m_image.pixel(static_cast<int>(coord().sx(x)) + dx,
+                                           static_cast<int>(coord().sy(y)) + dy))) {
+                    return true;
+                }
             }
         }
         return false;
     }
-    QString range()
+    bool frameIsWhite() const
     {
-        const ChCoord &c = *m_panel.coord();
-        return QString("%1 %2 %3 %4").arg(c.xMin()).arg(c.xMax()).arg(c.yMin()).arg(c.yMax());
+        for (double y = coord().frameY1() + 1; y < coord().frameY0(); ++y) {
+            for (double x = coord().frameX0() + 1; x < coord().frameX1(); ++x) {
+                if (!isWhite(m_image.pixel(static_cast<int>(x), static_cast<int>(y)))) {
+                    return false;
+                }
+            }
+        }
+        return true;
+    }
+    QString range() const
+    {
+        return QStringLiteral("%1 %2 %3 %4")
+            .arg(coord().xMin())
+            .arg(coord().xMax())
+            .arg(coord().yMin())
+            .arg(coord().yMax());
     }
 
 private:
-    DispABase m_panel;
+    Draw m_draw;
+    mutable DispABase m_panel;
     QImage m_image;
 };
 
@@ -63,16 +106,71 @@ class PlotsTest : public QObject {
     Q_OBJECT
 
 private slots:
+    void histogram();
+    void comparison();
+    void comparisonOfNothing();
     void scatter();
+    void scatterIsKeptUntilItsValuesChange();
     void differencesOfImages();
     void spectra();
+    void spectraAboutTheImages();
 };
+
+void PlotsTest::histogram()
+{
+    BinCounts counts;
+    counts.setUp({1.0, 3.0, 3, false}); // boxes about 1, 2 and 3
+    const double values[] = {1.0, 2.0, 2.0, 2.0, 2.0};
+    counts.count(values, std::size(values));
+    bool hasResults = true;
+    Graph graph([&](QStylePainter *p, DispABase &dab) {
+        drawHistogramPlot(p, dab, QStringLiteral("x"), QStringLiteral("y"),
+                          {1.0, 3.0, counts, Qt::blue, hasResults});
+    });
+    graph.paint();
+    QCOMPARE(graph.range(), QStringLiteral("1 3 -0.4 4.4"));
+    QVERIFY(!isWhite(graph.at(2.0, 3.5)) && !isWhite(graph.at(1.2, 0.5)));
+    QVERIFY(isWhite(graph.at(1.23, 1.5)) && isWhite(graph.at(2.83, 0.5)));
+    QVERIFY(graph.coord().hasContent());
+
+    hasResults = false;
+    graph.paint();
+    QVERIFY(graph.frameIsWhite() && !graph.coord().hasContent());
+}
+
+void PlotsTest::comparison()
+{
+    const CColors colours;
+    const std::vector<ComparisonPoint> points = {
+        {0.4, 2.6, 0.5, 2.2, 1}, {0.1, kNan, 0.1, 2.0, 2}, {0.1, 1e300, 0.1, -kInf, 2}};
+    Graph graph([&](QStylePainter *p, DispABase &dab) {
+        drawComparisonPlot(p, dab, {}, {}, points, 1.8, 3.2, colours);
+    });
+    graph.paint();
+    QCOMPARE(graph.range(), QStringLiteral("1.8 3.2 1.8 3.2"));
+    const QPoint at(static_cast<int>(graph.coord().sx(2.2)),
+                    static_cast<int>(graph.coord().sy(2.6)));
+    const QImage image = graph.panel().area()->grab().toImage();
+    QCOMPARE(image.pixelColor(at - QPoint(2, 1)), QColor(255, 0, 0)); // the outer ellipse
+    QCOMPARE(QColor(graph.at(2.95, 2.95)), QColor(0, 200, 0));        // both methods agree
+    QCOMPARE(QColor(graph.at(1.9, 2.55)), QColor(200, 200, 255));     // a line of the grid
+}
+
+void PlotsTest::comparisonOfNothing()
+{
+    const CColors colours;
+    Graph graph([&](QStylePainter *p, DispABase &dab) {
+        drawComparisonPlot(p, dab, {}, {}, {}, -0.2, 0.2, colours);
+    });
+    graph.paint();
+    QVERIFY(graph.frameIsWhite() && !graph.coord().hasContent());
+}
 
 void PlotsTest::scatter()
 {
-    std::vector<double> x = {0.0, 10.0, 5.0, kNan, kInf, 5.0};
+    const std::vector<double> x = {0.0, 10.0, 5.0, kNan, kInf, 5.0};
     const std::vector<double> y = {0.0, 20.0, 10.0, 1.0, 2.0, -kInf};
-    std::shared_ptr<int> owner = std::make_shared<int>(0);
+    const auto owner = std::make_shared<int>(0);
     ScatterPlot plot;
     Graph graph([&](QStylePainter *p, DispABase &dab) {
         plot.draw(p, dab, {}, {}, x.data(), y.data(), x.size(), owner, Qt::blue);
@@ -81,15 +179,28 @@ void PlotsTest::scatter()
     QCOMPARE(graph.range(), QStringLiteral("-0.5 10.5 -1 21")); // of the finite values
     QVERIFY(graph.isMarked(0, 0) && graph.isMarked(10, 20) && graph.isMarked(5, 10));
     QVERIFY(!graph.isMarked(2.5, 10) && !graph.isMarked(5, 0));
-    x[2] = 8; // nobody says so: the picture stays
+}
+
+void PlotsTest::scatterIsKeptUntilItsValuesChange()
+{
+    std::vector<double> x = {0.0, 1.0, 0.2};
+    const std::vector<double> y = {0.0, 1.0, 0.8};
+    std::shared_ptr<int> owner = std::make_shared<int>(0);
+    ScatterPlot plot;
+    Graph graph([&](QStylePainter *p, DispABase &dab) {
+        plot.draw(p, dab, {}, {}, x.data(), y.data(), x.size(), owner, Qt::blue);
+    });
     graph.paint();
-    QVERIFY(graph.isMarked(5, 10) && !graph.isMarked(8, 10));
+    QVERIFY(graph.isMarked(0.2, 0.8));
+    x[2] = 0.6; // nobody says so: the picture stays
+    graph.paint();
+    QVERIFY(graph.isMarked(0.2, 0.8) && !graph.isMarked(0.6, 0.8));
     owner = std::make_shared<int>(0);
     graph.paint();
-    QVERIFY(!graph.isMarked(5, 10) && graph.isMarked(8, 10));
-    graph.panel().coord()->setXRange(7, 9); // zoomed: drawn anew for the range
+    QVERIFY(!graph.isMarked(0.2, 0.8) && graph.isMarked(0.6, 0.8));
+    graph.panel().coord()->setXRange(0.5, 0.7); // zoomed: drawn anew for the range
     graph.paint();
-    QVERIFY(graph.isMarked(8, 10));
+    QVERIFY(graph.isMarked(0.6, 0.8));
 }
 
 void PlotsTest::differencesOfImages()
@@ -112,22 +223,34 @@ void PlotsTest::differencesOfImages()
 
 void PlotsTest::spectra()
 {
-    AMutE spectrum; // 0 before its edge at 7000 eV, 2 behind it
-    QVector<MutPoint> points;
-    for (int energyEv = 6900; energyEv <= 7100; ++energyEv) {
-        points.append({0.0, double(energyEv), energyEv < 7000 ? 0.0 : 2.0});
-    }
-    spectrum.setPoints(points);
+    const AMutE high = stepAt7000(2.0);
+    const AMutE low = stepAt7000(1.0);
+    MutsPlot plot;
+    plot.spectra = {{&high, Qt::red}, {&low, Qt::blue}};
+    plot.energies = {6950.0};
+    plot.dots = {QPointF(6950.0, 0.5), QPointF(kNan, 1.0)};
+    Graph graph([&](QStylePainter *p, DispABase &dab) { drawMutsPlot(p, dab, {}, {}, plot); });
+    graph.paint();
+    QVERIFY(graph.isMarked(7050, 2.0) && graph.isMarked(7050, 1.0) && graph.isMarked(6930, 0.0));
+    QVERIFY(!graph.isMarked(7050, 1.5) && !graph.isMarked(6930, 1.0));
+    QVERIFY(graph.isMarked(6950, 1.7)); // the line of an image
+    QVERIFY(qBlue(graph.at(6950, 0.5)) < 150 && qRed(graph.at(6950, 0.5)) > 150); // the dot
+    const QString whole = graph.range();
+
+    plot.spectra.clear();
+    graph.panel().clearScale();
+    graph.paint();
+    QVERIFY(graph.frameIsWhite() && graph.range() != whole);
+}
+
+void PlotsTest::spectraAboutTheImages()
+{
+    const AMutE spectrum = stepAt7000(2.0);
     MutsPlot plot;
     plot.spectra = {{&spectrum, Qt::red}};
     plot.energies = {6960.0, 7000.0};
-    plot.dots = {QPointF(6960.0, 0.5), QPointF(kNan, 1.0)};
-    Graph graph([&](QStylePainter *p, DispABase &dab) { drawMutsPlot(p, dab, {}, {}, plot); });
-    graph.paint();
-    QVERIFY(graph.isMarked(7050, 2) && graph.isMarked(6930, 0) && !graph.isMarked(6930, 1));
-    QVERIFY(graph.isMarked(6960, 1.7) && graph.isMarked(6960, 0.5)); // an image's line, a dot
     plot.fullRange = false;
-    graph.panel().clearScale();
+    Graph graph([&](QStylePainter *p, DispABase &dab) { drawMutsPlot(p, dab, {}, {}, plot); });
     graph.paint();
     QCOMPARE(graph.range(), QStringLiteral("6950 7010 -0.1 2.1")); // a quarter wider both ways
 }

@@ -5,6 +5,7 @@
 
 #include <QContextMenuEvent>
 #include <QDrag>
+#include <QListWidget>
 #include <QProcess>
 #include <QRandomGenerator>
 #include <QWheelEvent>
@@ -18,6 +19,59 @@ QByteArray bytesOf(const QString &path)
 {
     QFile file(path);
     return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+}
+
+/// Fills an empty panel as a session says, by dialogs, clicks and keys alone.
+void fillByHand(FourPs &panel, const PanelState &state)
+{
+    const orvel::SessionTexts &texts = state.texts;
+    const auto tickAt = [&panel](const QString &path, bool on) {
+        tick(at<QAbstractButton>(panel, path), on);
+    };
+    for (int n = 0; n < 4; ++n) {
+        const orvel::ReferenceTexts &from = texts.references[static_cast<size_t>(n)];
+        const QString row = QStringLiteral("R%1.").arg(n + 1);
+        if (!from.file.isEmpty()) {
+            perform(panel, "type " + row + "Valence " + from.valence);
+            perform(panel, "type " + row + "DE " + from.dE);
+            choose(at<AFileSelect>(panel, row + "XafsFS"), {from.file});
+        }
+        tickAt(row + "UseCB", from.use);
+    }
+    choose(target(panel), {texts.target.file});
+    for (int i = 0; i < 8; ++i) {
+        const orvel::PointTexts &from = texts.points[static_cast<size_t>(i)];
+        const QString row = QStringLiteral("P%1.").arg(i + 1);
+        if (!from.file.isEmpty()) {
+            choose(at<AFileSelect>(panel, row + "FileSelect"), {from.file});
+        }
+        if (!from.energy.isEmpty()) {
+            perform(panel, "type " + row + "Energy " + from.energy);
+        }
+        tickAt(row + "UseCB", from.use);
+        tickAt(row + "LCFCB", from.lcf);
+        tickAt(row + "VPointCB", from.vPoint);
+    }
+    perform(panel, "type EdgeE " + *texts.edgeE + "; type PreEEndDE " + texts.preEdgeEndDE +
+                       "; type PostEStartDE " + texts.postEdgeStartDE);
+    tickAt("TypeNonEquiv", texts.nonEquiv);
+    const bool exact = texts.solver == orvel::FourPointsSolver::Exact;
+    perform(panel, exact ? "click TypeTMKisExact" : "click TypeTMKisLS");
+    const bool linear = texts.background == orvel::BackgroundLine::Linear;
+    perform(panel, linear ? "click NonEquivBGLinear" : "click NonEquivBGVic");
+    const auto histogram = [&](const QString &name, const orvel::HistogramTexts &from) {
+        perform(panel, QString("type %1From %2; type %1To %3; type %1Boxes %4")
+                           .arg(name, from.from, from.to, from.boxes));
+        tickAt(name + "Auto", from.autoRange);
+    };
+    histogram("HgA", texts.valenceHistogram);
+    histogram("HgT", texts.amountHistogram);
+    const QStringList quantities = QString("Ratio1 Ratio2 Ratio3 Ratio4 DMut1 DMut2 DMut3 DMut4 "
+                                           "Mut0 C1 C2 Valence Amount")
+                                       .split(' ');
+    for (int q = 0; q < quantities.size(); ++q) {
+        tickAt("Rec" + quantities[q], texts.record[static_cast<size_t>(q)]);
+    }
 }
 
 class PaintCounter : public QObject {
@@ -46,6 +100,7 @@ private slots:
     void sessionLeavesNothingBehind();
     void failedAndRepeatedLoads();
     void severalMapsAtOnce();
+    void waitCursor();
     void mapIsPainted();
     void scaleFollowsOrStays();
     void histogramShowsTheCounts();
@@ -74,16 +129,19 @@ void WindowTest::initTestCase()
 void WindowTest::sessionsGiveWhatTheBatchProgramGives_data()
 {
     QTest::addColumn<QString>("session");
+    QTest::addColumn<bool>("byHand");
     const QStringList sessions = QDir(m_folder.path()).entryList({"*.ini"});
     QVERIFY(sessions.size() >= 6);
     for (const QString &session : sessions) {
-        QTest::newRow(qPrintable(session)) << session;
+        QTest::addRow("%s opened", qPrintable(session)) << session << false;
+        QTest::addRow("%s by hand", qPrintable(session)) << session << true;
     }
 }
 
 void WindowTest::sessionsGiveWhatTheBatchProgramGives()
 {
     QFETCH(QString, session);
+    QFETCH(bool, byHand);
     QProcess batch;
     batch.start(ORVEL_BATCH, {"--result", "results/batch.dat", session});
     QVERIFY(batch.waitForFinished());
@@ -92,7 +150,14 @@ void WindowTest::sessionsGiveWhatTheBatchProgramGives()
     printed.removeLast();
 
     FourPs panel;
-    panel.openSession(m_folder.filePath(session));
+    if (byHand) {
+        const orvel::SessionReading reading = orvel::readSession(m_folder.filePath(session));
+        fillByHand(panel, reading.state);
+        newMessages(panel);
+        panel.calcBoth();
+    } else {
+        panel.openSession(m_folder.filePath(session));
+    }
     QStringList shownLines = newMessages(panel);
     for (const char *field : {"CalcRes", "TargetDMut", "LCFRes"}) {
         shownLines << QString("%1 = %2").arg(field, shown(panel, field));
@@ -134,6 +199,8 @@ void WindowTest::sessionKeepsThePanel()
     QCOMPARE(messages(opened).size(), 3);
     opened.openSession(m_sample.a);
     QVERIFY(messages(opened).last().startsWith("Can't open the file [" + m_sample.a + "]: "));
+    opened.saveSession("/no/where.ini");
+    QCOMPARE(messages(opened).last(), QStringLiteral("Can't open the file [/no/where.ini]"));
 }
 
 /// What an earlier state held must not pass for the files of a session that cannot be read.
@@ -169,8 +236,23 @@ void WindowTest::failedAndRepeatedLoads()
     QVERIFY(point(panel, 1)->fileSelect()->problem().isEmpty());
     perform(panel, m_sample.in("load P2.FileSelect %/empty.dat"));
     QVERIFY(!point(panel, 1)->map()); // opened, and nothing in it
-    // Loading the same references again calculates again, each time with a record.
+    // A spectrum likewise; the check finds it, and what was calculated stays.
+    const auto results = panel.results();
+    const QString fields = shown(panel, "CalcRes LCFRes");
+    perform(panel, m_sample.in("load R2.XafsFS %/empty.dat; load P2.FileSelect %/edge.txt"));
     newMessages(panel);
+    panel.calcBoth();
+    QCOMPARE(newMessages(panel),
+             (QStringList{"Number of valied Ref Files is 1, which is less than 2.",
+                          "Ref File 2 is not valid.",
+                          "Number of valied Ref Files is 1, which is less than 2.",
+                          "The 2nd Ref File is not valid.",
+                          "Number of Valid Reference files is 1, which is less than 2"}));
+    QCOMPARE(panel.results(), results);
+    QCOMPARE(shown(panel, "CalcRes LCFRes"), fields);
+    perform(panel, m_sample.in("load R2.XafsFS %/b.dat; click CalcTargetB"));
+    QCOMPARE(newMessages(panel).last(), QStringLiteral("3ps: a = 0.5, Valence = 2.5"));
+    // Loading the same references again calculates again, each time with a record.
     perform(panel, m_sample.in("load R2.XafsFS %/b.dat"));
     QCOMPARE(newMessages(panel).filter("LCF ::").size(), 3); // the choice, and the edge for two
     // Results are written as they are, even when a check stops the map.
@@ -203,33 +285,61 @@ void WindowTest::severalMapsAtOnce()
     QVERIFY(!point(panel, 5)->map() && point(panel, 6)->map());
 }
 
+void WindowTest::waitCursor()
+{
+    FourPs panel;
+    m_sample.load(panel);
+    QVector<int> shapes;
+    connect(at<QPlainTextEdit>(panel, "Message"), &QPlainTextEdit::textChanged, this, [&shapes] {
+        shapes << (QApplication::overrideCursor() ? QApplication::overrideCursor()->shape() : -1);
+    });
+    perform(panel, "click CalcTargetB; click LCFB; click P2.VPointCB");
+    QVERIFY(shapes.size() >= 5);
+    QCOMPARE(shapes, QVector<int>(shapes.size(), Qt::WaitCursor));
+    QVERIFY(!QApplication::overrideCursor());
+}
+
 void WindowTest::mapIsPainted()
 {
     FourPs panel;
     panel.resize(1300, 800);
     panel.show();
     DispMBase *result = map(panel, "ResultMap");
-    QCOMPARE(picture(result->area()).pixel(9, 9), QColor(Qt::white).rgb());
-    // Two columns, two rows; row 0 is at the bottom. Valences 2.5 3 / 2 2.25.
-    m_sample.load(panel, 2, {0.5, 0.2, 0.8, 0.65});
+    const QImage white = picture(result->area());
+    QCOMPARE(pixelsOf(white, Qt::white), white.width() * white.height());
+    m_sample.load(panel); // one pixel of valence 2.5
     perform(panel, "type ResultMap.MinV 2; type ResultMap.MaxV 3");
     QImage image = picture(result->area());
+    const QColor middle = result->bar()->colourOf(2.5);
+    QVERIFY(middle != result->bar()->colourOf(2.4) && middle != QColor(Qt::white));
+    QCOMPARE(pixelsOf(image, middle), image.width() * image.height());
+    // Two columns, two rows; row 0 is at the bottom. Valences 2.5 3 / 2 2.25.
+    m_sample.load(panel, 2, {0.5, 0.2, 0.8, 0.65});
+    image = picture(result->area());
     const int w = image.width();
     const int h = image.height();
     const double values[] = {2.5, 3, 2, 2.25};
     for (int i = 0; i < 4; ++i) {
-        const QPoint at(w / 4 + i % 2 * w / 2, h * 3 / 4 - i / 2 * h / 2);
-        QCOMPARE(QColor(image.pixel(at)), result->bar()->colourOf(values[i]));
-        mouse(result->area(), QEvent::MouseMove, at);
+        const int x = w / 4 + i % 2 * w / 2;
+        const int y = h * 3 / 4 - i / 2 * h / 2;
+        const QColor wanted = result->bar()->colourOf(values[i]);
+        QCOMPARE(QColor(image.pixel(x, y)), wanted);
+        mouse(result->area(), QEvent::MouseMove, QPointF(x, y));
         QCOMPARE(shown(panel, "ResultMap.Val"), QString::number(values[i]));
     }
-    mouse(result->area(), QEvent::MouseMove, QPointF(w + 1, 5)); // outside
-    QCOMPARE(shown(panel, "ResultMap.Val"), QString());
+    for (const QPointF &outside :
+         {QPointF(-1, 5), QPointF(5, -1), QPointF(w + 1, 5), QPointF(5, h + 1)}) {
+        mouse(result->area(), QEvent::MouseMove, QPointF(w / 4, h / 4));
+        mouse(result->area(), QEvent::MouseMove, outside);
+        QCOMPARE(shown(panel, "ResultMap.Val"), QString());
+    }
     perform(panel, "click MapWGrid");
     QVERIFY(pixelsOf(picture(result->area()), QColor(200, 200, 200)) >= w + h);
+    perform(panel, "click MapWGrid");
     at<QAbstractButton>(panel, "MapC1")->setChecked(true); // as by a session; four points give none
     QVERIFY(!at<QWidget>(panel, "MapC1")->isEnabled());
     QVERIFY(at<QWidget>(panel, "MapRatio2")->isEnabled());
+    QCOMPARE(pixelsOf(picture(result->area()), result->bar()->colourOf(0)), w * h);
     // The image of the chosen row.
     perform(panel, "click P2.ShowMapB; type DataMap.MaxV 1; type DataMap.MinV 0");
     const DispMBase *data = map(panel, "DataMap");
@@ -275,22 +385,31 @@ void WindowTest::histogramShowsTheCounts()
     panel.show();
     m_sample.load(panel, 4, {0.5, 0.2, 0.5, 0.5});
     DispABase *plot = graph(panel, Displays::DHistA);
+    plot->area()->grab();
     const auto range = [plot] {
-        plot->area()->grab();
         const ChCoord &c = *plot->coord();
         return QVector<double>{c.xMin(), c.xMax(), c.yMin(), c.yMax()};
     };
     QCOMPARE(range(), (QVector<double>{1.5, 3.5, -0.1 * 3, 1.1 * 3})); // three pixels of 2.5
     // Other counts, other limits: the plot follows, and shows what was counted.
     perform(panel, "click HgAAuto; type R1.Valence 1; click CalcMapB");
+    const QImage valence = picture(plot->area());
     QCOMPARE(range(), (QVector<double>{2, 3, -0.1 * 3, 1.1 * 3}));
     perform(panel, "click HgRatio1");
+    QVERIFY(picture(plot->area()) != valence);
     QCOMPARE(range(), (QVector<double>{0, 0.5, -0.1 * 3, 1.1 * 3}));
     QVERIFY(!at<QWidget>(panel, "HgC1")->isEnabled());
     // Files have the valence whatever is shown: three pixels in the first box, one in the last.
     perform(panel, "type SaveFSelect.FileName hist.dat; type HgABoxes 2; click WriteB");
     QCOMPARE(bytesOf("hist_HGAlpha.dat"), QByteArray("0.5 1 1.5  0\n1.5 2 2.5  3\n"
                                                      "2.5 3 3.5  1\n3.5 4 4.5  0\n"));
+    plot->coord()->setRange(1, 0, 2, 1); // a zoom outlives a run that counts the same
+    perform(panel, "click HgValence; click CalcMapB");
+    plot->area()->grab();
+    plot->coord()->setRange(1, 0, 2, 1);
+    perform(panel, "click CalcMapB");
+    plot->area()->grab();
+    QCOMPARE(range(), (QVector<double>{1, 2, 0, 1}));
 }
 
 void WindowTest::comparisonColours()
@@ -299,19 +418,25 @@ void WindowTest::comparisonColours()
     panel.resize(1300, 900);
     panel.show();
     DispABase *plot = graph(panel, Displays::DLCFvsMPS);
+    const CColors colours;
     const auto drawn = [&](int index) {
-        return pixelsOf(picture(plot->area()), CColors().colour(index)) > 0;
+        return pixelsOf(picture(plot->area()), colours.colour(index)) > 0;
     };
     m_sample.load(panel);
     emit plot->mReleased(nullptr);
     QVERIFY(!drawn(1)); // nothing was calculated in it yet
     perform(panel, "click LCFB");
     QVERIFY(drawn(1));
+    for (int i = 1; i < colours.count(); ++i) {
+        emit plot->mReleased(nullptr); // back to the first
+    }
+    emit plot->mReleased(nullptr);
     emit plot->mReleased(nullptr);
     perform(panel, "click LCFB"); // over the other
     QVERIFY(!drawn(1) && drawn(2));
     emit plot->mDClicked(nullptr);
-    QVERIFY(!drawn(2));
+    const QImage white = picture(plot->area());
+    QCOMPARE(pixelsOf(white, colours.colour(2)), 0);
     emit plot->mReleased(nullptr); // the release after a double click: the second colour
     perform(panel, "click LCFB");
     QVERIFY(drawn(1));
