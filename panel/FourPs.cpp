@@ -87,7 +87,9 @@ FourPs::~FourPs()
 
 QSize FourPs::minimumSizeHint() const
 {
-    return QSize(1200, 660); // scroll areas would let it open as a strip
+    // Scroll areas would let it open as a strip; and a splitter that is narrower than its two
+    // sides lays one over the other.
+    return QFrame::minimumSizeHint().expandedTo(QSize(1200, 660));
 }
 
 /// The inputs scroll up and down only: a table whose columns are out of sight is no table.
