@@ -5,6 +5,8 @@
 #include "display/cBar.h"
 #include "ui_DispMBase.h"
 
+#include <QEvent>
+
 DispMBase::DispMBase(QWidget *parent)
     : QFrame(parent), m_ui(std::make_unique<Ui::DispMBase>()),
       m_popBase(std::make_unique<PopBase>())
@@ -26,6 +28,7 @@ DispMBase::DispMBase(QWidget *parent)
     connect(m_ui->CBar, &cBar::newScale, this, QOverload<>::of(&DispMBase::update));
     // The window may be visible while the panel is not.
     connect(m_ui->CBar, &cBar::newScale, this, &DispMBase::updateSurface);
+    m_ui->CBar->installEventFilter(this);
 }
 
 DispMBase::~DispMBase()
@@ -136,4 +139,14 @@ void DispMBase::paintEvent(QPaintEvent *event)
     if (!m_isDocked) {
         updateSurface(); // they are no longer painted along with the panel
     }
+}
+
+/// A double click undoes the bar's stretch and no signal tells: the map would keep the colours of
+/// another scale.
+bool DispMBase::eventFilter(QObject *object, QEvent *event)
+{
+    if (object == m_ui->CBar && event->type() == QEvent::MouseButtonDblClick) {
+        updateSurface();
+    }
+    return QFrame::eventFilter(object, event);
 }

@@ -114,6 +114,7 @@ private slots:
     void barLinesAreDragged();
     void barMenu();
     void mapLimitsAreTyped();
+    void mapFollowsItsBar();
 };
 
 void PanelsTest::zoomsAboutPointer_data()
@@ -426,6 +427,20 @@ void PanelsTest::mapLimitsAreTyped()
     QCOMPARE(limitsAfter(minimum, "1,5 no number"), std::make_pair(0.0, 9.0));
     QVERIFY(std::isnan(limitsAfter(maximum, "nan").second));
     map.bar()->grab();
+}
+
+void PanelsTest::mapFollowsItsBar()
+{
+    DispMBase map;
+    QSignalSpy draw(&map, &DispMBase::draw);
+    map.resize(400, 300);
+    map.show();
+    QTRY_VERIFY(draw.count() > 0);
+    drag(map.bar(), {5, 60}, {5, 90});
+    QCoreApplication::processEvents();
+    draw.clear();
+    mouse(map.bar(), QEvent::MouseButtonDblClick, {5, 50});
+    QTRY_VERIFY(draw.count() > 0);
 }
 
 QTEST_MAIN(PanelsTest)
