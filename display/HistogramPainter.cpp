@@ -65,6 +65,8 @@ void drawHistogramBars(QPainter &painter, const ChCoord &coord, const HistogramB
         return;
     }
     const QColor fill = colour.lighter(160);
+    // All with an outline or none: rounded to pixels, equal bars differ in width.
+    const bool isOutlined = std::fabs(edge(1) - edge(0)) >= 4.0;
     for (std::size_t i = 0; i < bars.counts.size();) {
         const double from = edge(i);
         double to = edge(i + 1);
@@ -85,7 +87,7 @@ void drawHistogramBars(QPainter &painter, const ChCoord &coord, const HistogramB
         const QRectF bar(QPointF(x0, std::min(y0, y1)),
                          QPointF(std::max(x1, x0 + 1.0), std::max(y0, y1)));
         painter.fillRect(bar, fill);
-        if (bar.width() >= 3.0) {
+        if (isOutlined) {
             painter.setPen(colour);
             painter.setBrush(Qt::NoBrush);
             painter.drawRect(bar);
