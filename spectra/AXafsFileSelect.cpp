@@ -7,6 +7,7 @@
 #include <QDebug>
 #include <QLineEdit>
 
+#include <algorithm>
 #include <array>
 #include <cmath>
 #include <vector>
@@ -22,6 +23,20 @@ void drawVertical(QPainter &painter, const ChCoord &coord, double x,
 {
     const std::array<double, 2> xs = {x, x};
     orvel::drawCurve(painter, coord, xs.data(), ys.data(), xs.size(), colour);
+}
+
+/// A text that stays legible where lines run behind it.
+void drawOverCurves(QPainter &painter, const QRectF &box, const QString &text)
+{
+    constexpr double kPoints = 10.0;
+    QFont font = painter.font();
+    font.setPointSizeF(kPoints);
+    QRectF behind = box;
+    behind.setWidth(std::min(box.width(), QFontMetricsF(font).horizontalAdvance(text)));
+    painter.fillRect(behind, QColor(255, 255, 255, 200));
+    painter.setPen(Qt::black);
+    DrawText::drawFittedText(&painter, box, painter.font(), DrawText::kLeft, DrawText::Fit, text,
+                             kPoints);
 }
 
 } // namespace
@@ -122,12 +137,10 @@ void AXafsFileSelect::draw(QStylePainter *p)
     curve([this](int i) { return points()[i].mut; }, kSpectrumColour);
 
     m_panel->drawFrame(p, true);
-    p->setPen(Qt::black);
     const QRectF frame(QPointF(coord.frameX0(), coord.frameY1()),
                        QPointF(coord.frameX1(), coord.frameY0()));
-    DrawText::drawFittedText(p, QRectF(frame.left() + 4, frame.top() + 2, frame.width() * 0.6, 14),
-                             p->font(), DrawText::kLeft, DrawText::Fit,
-                             tr("Edge Jump : %1").arg(edgeJump()), 10.0);
+    drawOverCurves(*p, QRectF(frame.left() + 4, frame.top() + 2, frame.width() * 0.6, 14),
+                   tr("Edge Jump : %1").arg(edgeJump()));
 }
 
 // A spectrum has nothing to drag; the panel's signals lead here all the same.
