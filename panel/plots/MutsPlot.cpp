@@ -93,6 +93,13 @@ void drawMutsPlot(QStylePainter *p, DispABase &dab, const QString &xTitle, const
             }
         }
     }
+    // Measured absorptions; among normalised spectra they would be read in the wrong units.
+    const bool hasDots = plot.mode == AMutE::NoNormalization;
+    for (const QPointF &dot : plot.dots) {
+        if (hasDots && dot.x() >= shown.low && dot.x() <= shown.high) {
+            values.add(dot.y());
+        }
+    }
     if (values.isEmpty()) {
         values = {0.0, 1.0};
     }
@@ -115,7 +122,7 @@ void drawMutsPlot(QStylePainter *p, DispABase &dab, const QString &xTitle, const
     p->setBrush(QColor(255, 230, 0));
     for (const QPointF &dot : plot.dots) {
         const QPointF at(coord.sx(dot.x()), coord.sy(dot.y()));
-        if (QRectF(dab.area()->rect()).contains(at)) {
+        if (hasDots && QRectF(dab.area()->rect()).contains(at)) {
             p->drawEllipse(at, 3.5, 3.5);
         }
     }

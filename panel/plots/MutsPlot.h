@@ -22,8 +22,9 @@ struct MutsPlot {
     const AMutE *fitted = nullptr; ///< of the linear combination fit: normalised by both lines
     int mode = 0;                  ///< normalisation, AMutE::Mode
     std::vector<double> energies;  ///< [eV] of the used images
-    std::vector<QPointF> dots;     ///< energy and absorption of one pixel of the maps
-    bool fullRange = true;         ///< otherwise about the energies of the images
+    std::vector<QPointF>
+        dots; ///< energy and absorption of one pixel of the maps; shown among spectra as measured
+    bool fullRange = true; ///< otherwise about the energies of the images
 };
 
 void drawMutsPlot(QStylePainter *p, DispABase &dab, const QString &xTitle, const QString &yTitle,

@@ -236,6 +236,14 @@ void PlotsTest::spectra()
     QVERIFY(graph.isMarked(6950, 1.7)); // the line of an image
     QVERIFY(qBlue(graph.at(6950, 0.5)) < 150 && qRed(graph.at(6950, 0.5)) > 150); // the dot
     const QString whole = graph.range();
+    plot.dots = {QPointF(6950.0, 3.0)}; // as far as the axes' natural range goes
+    graph.panel().clearScale();
+    graph.paint();
+    QVERIFY(graph.isMarked(6950, 3.0));
+    plot.mode = AMutE::SubPre; // other units than the dots'
+    graph.panel().clearScale();
+    graph.paint();
+    QVERIFY(graph.coord().yMax() < 3.0);
 
     plot.spectra.clear();
     graph.panel().clearScale();
