@@ -6,6 +6,7 @@
 #include "session/Catalogue.h"
 
 #include <QLabel>
+#include <QSplitter>
 #include <QtTest>
 
 #include <sys/stat.h>
@@ -106,6 +107,8 @@ void StartUpTest::window()
     body.show();
     QVERIFY(QTest::qWaitForWindowExposed(&body));
     QVERIFY(body.height() > 121); // the panel makes it grow
+    const auto *splitter = body.findChild<QSplitter *>("MainSplitter");
+    QTRY_VERIFY(splitter->widget(0)->geometry().right() < splitter->widget(1)->x());
     QCOMPARE(body.findChild<QLabel *>("RefName")->text(), QString(japanese ? "標準1" : "Ref 1"));
 }
 
