@@ -60,6 +60,19 @@ FourPs::FourPs(QWidget *parent)
     m_ui->Disps->panel(Displays::DMuts)->area()->setMarkLines(&m_energyLines);
     makeHints();
     orvel::setToolTips(*this);
+    for (QLineEdit *field : {m_ui->CalcRes, m_ui->TargetDMut, m_ui->LCFRes}) {
+        orvel::showTextInToolTip(field);
+    }
+    for (const ARefFile *row : m_references) {
+        orvel::showTextInToolTip(row->ratioDisp());
+        orvel::showTextInToolTip(row->amountDisp());
+    }
+    for (const AEPoint *row : m_points) {
+        orvel::showTextInToolTip(row->targetEdit());
+        for (int n = 0; n < kReferenceRows; ++n) {
+            orvel::showTextInToolTip(row->referenceEdit(n));
+        }
+    }
     connectInputs();
     connectRuns();
     connectDisplays();

@@ -13,6 +13,7 @@
 #include <QApplication>
 #include <QFileInfo>
 #include <QMessageBox>
+#include <QToolTip>
 
 using orvel::kQuantities;
 
@@ -48,9 +49,6 @@ orvel::HistogramSettings autoSettings(orvel::HistogramSettings settings,
 void showText(QLineEdit *field, const QString &text)
 {
     field->setText(text);
-    // Whole, where the field cuts it off; and what it is.
-    const QString what = field->accessibleDescription();
-    field->setToolTip(text.isEmpty() ? what : text + QLatin1Char('\n') + what);
     field->setCursorPosition(0);
 }
 
@@ -251,6 +249,9 @@ void FourPs::writeResults()
     }
     m_valenceHistogram->write(path, QStringLiteral("HGAlpha"));
     m_amountHistogram->write(path, QStringLiteral("HGThick"));
+    // In passing: the message box is for what needs attention.
+    QToolTip::showText(m_ui->WriteB->mapToGlobal(QPoint(0, 0)),
+                       tr("Written: %1").arg(QFileInfo(path).absoluteFilePath()), m_ui->WriteB);
 }
 
 void FourPs::openSession(const QString &path)

@@ -1,6 +1,7 @@
 #include "panel/ToolTips.h"
 
 #include <QCoreApplication>
+#include <QLineEdit>
 #include <QMultiHash>
 #include <QWidget>
 
@@ -165,6 +166,14 @@ void setToolTips(QWidget &panel)
             }
         }
     }
+}
+
+void showTextInToolTip(QLineEdit *field)
+{
+    QObject::connect(field, &QLineEdit::textChanged, field, [field](const QString &text) {
+        const QString what = field->accessibleDescription();
+        field->setToolTip(text.isEmpty() ? what : text + QLatin1Char('\n') + what);
+    });
 }
 
 } // namespace orvel

@@ -1,5 +1,6 @@
 #pragma once
 
+class QLineEdit;
 class QWidget;
 
 namespace orvel {
@@ -9,5 +10,9 @@ namespace orvel {
 /// made later are not. Name fields of files are left to their selectors: what they show without a
 /// tool tip of their own is that of the selector around them.
 void setToolTips(QWidget &panel);
+
+/// Puts what a field shows above its tool tip, from its next change on: a field that is too narrow
+/// cuts a number's last digits, and its exponent, off.
+void showTextInToolTip(QLineEdit *field);
 
 } // namespace orvel

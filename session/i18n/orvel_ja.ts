@@ -43,6 +43,10 @@
         <source>Save session...</source>
         <translation>セッションを保存...</translation>
     </message>
+    <message>
+        <source>Written: %1</source>
+        <translation>書き出しました: %1</translation>
+    </message>
 </context>
 <context>
     <name>ToolTips</name>
