@@ -84,6 +84,7 @@ FourPs::FourPs(QWidget *parent)
     // More room goes to the plots first.
     m_ui->MainSplitter->setStretchFactor(0, 1);
     m_ui->MainSplitter->setStretchFactor(1, 3);
+    connect(m_ui->MainSplitter, &QSplitter::splitterMoved, this, [this] { m_wasSplit = true; });
     m_ui->GraphSplitter->setStretchFactor(0, 1);
     m_ui->GraphSplitter->setStretchFactor(1, 1);
 }
@@ -113,6 +114,19 @@ void FourPs::showEvent(QShowEvent *event)
         m_wasShown = true;
         // Once the splitter has its height: graphs get a little more of it than maps.
         QTimer::singleShot(0, this, [this] { m_ui->GraphSplitter->setSizes({4600, 5400}); });
+    }
+}
+
+/// Until the user says otherwise: wide enough for the absorptions' exponents, where a small share
+/// of the window suffices for that; the rest is for maps and graphs.
+void FourPs::resizeEvent(QResizeEvent *event)
+{
+    QFrame::resizeEvent(event);
+    if (!m_wasSplit) {
+        constexpr int kForExponents = 170;
+        const int least = m_ui->InputScroll->minimumWidth();
+        const int left = qBound(least, width() * 9 / 20, least + kForExponents);
+        m_ui->MainSplitter->setSizes({left, width() - left});
     }
 }
 

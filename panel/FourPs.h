@@ -96,6 +96,7 @@ public slots:
 
 protected:
     void showEvent(QShowEvent *event) override;
+    void resizeEvent(QResizeEvent *event) override;
     bool eventFilter(QObject *object, QEvent *event) override;
 
 private:
@@ -165,7 +166,8 @@ private:
     std::vector<AMutE> m_displaySpectra;
     MarkLines m_energyLines;
     bool m_wasShown = false;
-    bool m_isHeld = false; ///< while a session is taken over nothing is calculated
+    bool m_wasSplit = false; ///< by the user
+    bool m_isHeld = false;   ///< while a session is taken over nothing is calculated
     QString m_lastDir;
     QFileDialog *m_openDialog = nullptr;
     QFileDialog *m_saveDialog = nullptr;
