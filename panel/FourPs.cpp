@@ -530,8 +530,8 @@ void FourPs::receiveNewPaths(const QStringList &paths)
     if (first < 0 || paths.size() < 2) {
         return; // a single one comes by the row's own newFilePath
     }
-    for (int k = 0; k < paths.size() && first + k < kPointRows; ++k) {
-        m_points[static_cast<size_t>(first + k)]->fileSelect()->newFile(paths[k]);
+    for (int row = first, k = 0; k < paths.size() && row < kPointRows; ++row, ++k) {
+        m_points[static_cast<size_t>(row)]->fileSelect()->newFile(paths[k]);
     }
 }
 
