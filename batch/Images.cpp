@@ -2,6 +2,7 @@
 
 #include "analysis/Calculations.h"
 #include "display/Pictures.h"
+#include "session/SessionTexts.h"
 #include "text/OutputFile.h"
 
 #include <QBuffer>
@@ -12,36 +13,26 @@
 namespace orvel {
 namespace {
 
-struct Shown {
-    const char *fileTag;
-    const char *title;
+/// By Quantity.
+constexpr std::array<const char *, kQuantities> kTitles = {
+    QT_TRANSLATE_NOOP("FourPs", "Ratio 1"), QT_TRANSLATE_NOOP("FourPs", "Ratio 2"),
+    QT_TRANSLATE_NOOP("FourPs", "Ratio 3"), QT_TRANSLATE_NOOP("FourPs", "Ratio 4"),
+    QT_TRANSLATE_NOOP("FourPs", "dMut 1"),  QT_TRANSLATE_NOOP("FourPs", "dMut 2"),
+    QT_TRANSLATE_NOOP("FourPs", "dMut 3"),  QT_TRANSLATE_NOOP("FourPs", "dMut 4"),
+    QT_TRANSLATE_NOOP("FourPs", "mut0"),    QT_TRANSLATE_NOOP("FourPs", "C1"),
+    QT_TRANSLATE_NOOP("FourPs", "C2"),      QT_TRANSLATE_NOOP("FourPs", "Valence"),
+    QT_TRANSLATE_NOOP("FourPs", "Amount"),
 };
-/// By Quantity; files are named as the quantities of a session are.
-constexpr std::array<Shown, kQuantities> kShown = {{
-    {"Ratio1", QT_TRANSLATE_NOOP("FourPs", "Ratio 1")},
-    {"Ratio2", QT_TRANSLATE_NOOP("FourPs", "Ratio 2")},
-    {"Ratio3", QT_TRANSLATE_NOOP("FourPs", "Ratio 3")},
-    {"Ratio4", QT_TRANSLATE_NOOP("FourPs", "Ratio 4")},
-    {"DMut1", QT_TRANSLATE_NOOP("FourPs", "dMut 1")},
-    {"DMut2", QT_TRANSLATE_NOOP("FourPs", "dMut 2")},
-    {"DMut3", QT_TRANSLATE_NOOP("FourPs", "dMut 3")},
-    {"DMut4", QT_TRANSLATE_NOOP("FourPs", "dMut 4")},
-    {"Mut0", QT_TRANSLATE_NOOP("FourPs", "mut0")},
-    {"C1", QT_TRANSLATE_NOOP("FourPs", "C1")},
-    {"C2", QT_TRANSLATE_NOOP("FourPs", "C2")},
-    {"Valence", QT_TRANSLATE_NOOP("FourPs", "Valence")},
-    {"Amount", QT_TRANSLATE_NOOP("FourPs", "Amount")},
-}};
+const char *titleOf(Quantity quantity)
+{
+    return kTitles[static_cast<size_t>(indexOf(quantity))];
+}
+
 constexpr const char *kThickness = QT_TRANSLATE_NOOP("FourPs", "Thick.");
 constexpr const char *kNumber = QT_TRANSLATE_NOOP("FourPs", "Num.");
 
 const QString kValenceTag = QStringLiteral("HGAlpha");
 const QString kAmountTag = QStringLiteral("HGThick");
-
-const Shown &shownOf(Quantity quantity)
-{
-    return kShown[static_cast<size_t>(indexOf(quantity))];
-}
 
 QString worded(const char *text)
 {
@@ -55,7 +46,7 @@ QString pathOf(const QString &resultPath, const QString &tag)
 
 QString pathOf(const QString &resultPath, Quantity quantity)
 {
-    return pathOf(resultPath, QLatin1String(shownOf(quantity).fileTag));
+    return pathOf(resultPath, quantityNames()[indexOf(quantity)]);
 }
 
 /// Planes of references that do not take part, and of a term that a linear background lacks, hold
@@ -89,7 +80,7 @@ QImage mapImage(const ResultMaps &maps, Quantity quantity)
         values = computed.data();
     }
     MapPicture picture;
-    picture.title = worded(shownOf(quantity).title);
+    picture.title = worded(titleOf(quantity));
     picture.map.values = values;
     picture.map.count = maps.size();
     picture.map.width = maps.width();
@@ -152,11 +143,11 @@ QStringList writeImages(const QString &resultPath, const MapOutcome &outcome,
             put(pathOf(resultPath, quantity), mapImage(*outcome.maps, quantity));
         }
     }
-    const char *const valence = shownOf(Quantity::Valence).title;
+    const char *const valence = titleOf(Quantity::Valence);
     put(pathOf(resultPath, kValenceTag),
         histogramImage(valence, valence, outcome.valenceCounts, outcome.valenceHistogram));
     put(pathOf(resultPath, kAmountTag),
-        histogramImage(shownOf(Quantity::Amount).title, kThickness, outcome.amountCounts,
+        histogramImage(titleOf(Quantity::Amount), kThickness, outcome.amountCounts,
                        outcome.amountHistogram));
     return lost;
 }

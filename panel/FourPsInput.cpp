@@ -20,11 +20,8 @@ namespace {
 /// Button of a quantity in one of the three series of the form, e.g. "MapRatio1".
 template <class Button> Button *quantityButton(const QWidget *form, const char *series, Quantity q)
 {
-    static const char *const kNames[kQuantities] = {
-        "Ratio1", "Ratio2", "Ratio3", "Ratio4", "DMut1",   "DMut2", "DMut3",
-        "DMut4",  "Mut0",   "C1",     "C2",     "Valence", "Amount"};
     return form->findChild<Button *>(QLatin1String(series) +
-                                     QLatin1String(kNames[orvel::indexOf(q)]));
+                                     orvel::quantityNames()[orvel::indexOf(q)]);
 }
 
 orvel::HistogramTexts histogramTexts(const QLineEdit *from, const QLineEdit *to,

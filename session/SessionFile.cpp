@@ -16,14 +16,6 @@ const QString kVersionKey = QStringLiteral("Session/Version");
 const QString kVersion = QStringLiteral("1");
 constexpr ushort kByteOrderMark = 0xFEFF; // QSettings drops it at the start of a value
 
-const QStringList kQuantityNames = {
-    QStringLiteral("Ratio1"), QStringLiteral("Ratio2"), QStringLiteral("Ratio3"),
-    QStringLiteral("Ratio4"), QStringLiteral("DMut1"),  QStringLiteral("DMut2"),
-    QStringLiteral("DMut3"),  QStringLiteral("DMut4"),  QStringLiteral("Mut0"),
-    QStringLiteral("C1"),     QStringLiteral("C2"),     QStringLiteral("Valence"),
-    QStringLiteral("Amount"),
-};
-
 /// Names every key once, for reading and for writing: calls
 ///   field.text(key, QString &), field.given(key, optional<QString> &),
 ///   field.box(key, bool &), field.path(key, QString &), field.paths(key, QStringList &),
@@ -82,13 +74,13 @@ template <class State, class Field> void eachField(State &state, Field &field)
     histogram(QStringLiteral("HgT"), texts.amountHistogram);
 
     for (int q = 0; q < kQuantities; ++q) {
-        field.box(key("Record", QStringLiteral("Rec") + kQuantityNames[q]),
+        field.box(key("Record", QStringLiteral("Rec") + quantityNames()[q]),
                   texts.record[static_cast<size_t>(q)]);
     }
     field.path(QStringLiteral("Output/SaveFSelect"), texts.resultFile);
 
-    field.choice(QStringLiteral("View/MapQuantity"), view.mapQuantity, kQuantityNames);
-    field.choice(QStringLiteral("View/HgQuantity"), view.histogramQuantity, kQuantityNames);
+    field.choice(QStringLiteral("View/MapQuantity"), view.mapQuantity, quantityNames());
+    field.choice(QStringLiteral("View/HgQuantity"), view.histogramQuantity, quantityNames());
     field.choice(QStringLiteral("View/Normalize"), view.normalize,
                  {QStringLiteral("None"), QStringLiteral("SubPre"), QStringLiteral("EJ"),
                   QStringLiteral("2Vics")});

@@ -6,6 +6,18 @@ namespace orvel {
 
 const QString kDefaultEdge = QStringLiteral("8350");
 
+const QStringList &quantityNames()
+{
+    static const QStringList names = {
+        QStringLiteral("Ratio1"), QStringLiteral("Ratio2"), QStringLiteral("Ratio3"),
+        QStringLiteral("Ratio4"), QStringLiteral("DMut1"),  QStringLiteral("DMut2"),
+        QStringLiteral("DMut3"),  QStringLiteral("DMut4"),  QStringLiteral("Mut0"),
+        QStringLiteral("C1"),     QStringLiteral("C2"),     QStringLiteral("Valence"),
+        QStringLiteral("Amount"),
+    };
+    return names;
+}
+
 MethodChoice methodOf(const SessionTexts &texts)
 {
     MethodChoice method;

@@ -94,6 +94,9 @@ struct PanelState {
     ViewTexts view;
 };
 
+/// Names of the quantities, by Quantity: in keys and object names, and in the names of pictures.
+const QStringList &quantityNames();
+
 MethodChoice methodOf(const SessionTexts &texts);
 HistogramSettings histogramOf(const HistogramTexts &texts);
 
