@@ -23,6 +23,7 @@ public:
     void setFrameByMargins();
     /// Fractions of the area's width (left, right) and height (top, bottom).
     void setMargins(double left, double right, double top, double bottom);
+    void setTopMargin(double top) { m_topMargin = top; }
     void setRange(double xMin, double yMin, double xMax, double yMax);
     void setXRange(double min, double max);
     void setYRange(double min, double max);

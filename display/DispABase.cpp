@@ -114,10 +114,34 @@ void DispABase::clearScale()
     area()->clearRange();
 }
 
+/// In a narrow panel smaller letters keep the title whole.
+void DispABase::fitTitle()
+{
+    constexpr double kLargest = 8.0;
+    constexpr double kSmallest = 6.0;
+    constexpr double kStep = 0.5;
+    constexpr int kMargins = 12; // of the panel, its head and the gap before the button
+    const int room = width() - m_ui->PopDockB->width() - kMargins;
+    QFont font = m_ui->Title->font();
+    const auto fits = [&](double points) {
+        font.setPointSizeF(points);
+        return QFontMetrics(font).horizontalAdvance(title()) <= room;
+    };
+    double points = kLargest;
+    while (points > kSmallest && !fits(points)) {
+        points -= kStep;
+    }
+    font.setPointSizeF(points);
+    if (font != m_ui->Title->font()) {
+        m_ui->Title->setFont(font);
+    }
+}
+
 /// In a low panel the plot needs the room of the read-outs.
 void DispABase::resizeEvent(QResizeEvent *event)
 {
     QFrame::resizeEvent(event);
+    fitTitle();
     constexpr int kLow = 120;
     for (QWidget *widget :
          {static_cast<QWidget *>(m_ui->label), static_cast<QWidget *>(m_ui->XPos),

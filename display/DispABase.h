@@ -55,6 +55,8 @@ protected:
     void resizeEvent(QResizeEvent *event) override;
 
 private:
+    void fitTitle();
+
     std::unique_ptr<Ui::DispABase> m_ui;
     QString m_xTitle;
     QString m_yTitle;

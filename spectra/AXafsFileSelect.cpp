@@ -2,6 +2,7 @@
 
 #include "display/CurvePainter.h"
 #include "display/DispABase.h"
+#include "display/PlotFrame.h"
 #include "text/ReadFailure.h"
 
 #include <QDebug>
@@ -25,6 +26,8 @@ void drawVertical(QPainter &painter, const ChCoord &coord, double x,
     orvel::drawCurve(painter, coord, xs.data(), ys.data(), xs.size(), colour);
 }
 
+constexpr double kRowAbove = 11.0; ///< pixels, of a text over the frame of a small plot
+
 /// A text that stays legible where lines run behind it.
 void drawOverCurves(QPainter &painter, const QRectF &box, const QString &text)
 {
@@ -37,6 +40,16 @@ void drawOverCurves(QPainter &painter, const QRectF &box, const QString &text)
     painter.setPen(Qt::black);
     DrawText::drawFittedText(&painter, box, painter.font(), DrawText::kLeft, DrawText::Fit, text,
                              kPoints);
+}
+
+void drawAboveFrame(QPainter &painter, const QRectF &frame, const QString &text)
+{
+    constexpr double kPoints = 7.5;
+    constexpr double kLine = 13.0; // letters with much above them leave the row by that alone
+    painter.setPen(Qt::black);
+    DrawText::drawFittedText(&painter,
+                             {frame.left(), frame.top() - kLine + 0.5, frame.width(), kLine},
+                             painter.font(), DrawText::kLeft, DrawText::Fit, text, kPoints);
 }
 
 } // namespace
@@ -102,6 +115,10 @@ void AXafsFileSelect::setNewDE()
 void AXafsFileSelect::draw(QStylePainter *p)
 {
     ChCoord &coord = *m_panel->coord();
+    const bool isSmall = orvel::isSmallPlot(coord);
+    if (isSmall) { // inside the frame the text would cover the white line
+        coord.setTopMargin(kRowAbove / m_panel->area()->height());
+    }
     coord.setFrameByMargins();
     m_panel->setTitles(tr("Eng.[eV]"), tr("mut"));
     p->fillRect(m_panel->area()->rect(), Qt::white);
@@ -139,8 +156,12 @@ void AXafsFileSelect::draw(QStylePainter *p)
     m_panel->drawFrame(p, true);
     const QRectF frame(QPointF(coord.frameX0(), coord.frameY1()),
                        QPointF(coord.frameX1(), coord.frameY0()));
-    drawOverCurves(*p, QRectF(frame.left() + 4, frame.top() + 2, frame.width() * 0.6, 14),
-                   tr("Edge Jump : %1").arg(edgeJump()));
+    const QString text = tr("Edge Jump : %1").arg(edgeJump());
+    if (isSmall) {
+        drawAboveFrame(*p, frame, text);
+    } else {
+        drawOverCurves(*p, {frame.left() + 4, frame.top() + 2, frame.width() * 0.6, 14}, text);
+    }
 }
 
 // A spectrum has nothing to drag; the panel's signals lead here all the same.

@@ -2,10 +2,12 @@
 #include "display/DispMBase.h"
 #include "display/Displays.h"
 #include "display/MarkLines.h"
+#include "display/PlotFrame.h"
 #include "display/PopBase.h"
 #include "display/cBar.h"
 
 #include <QAction>
+#include <QBitmap>
 #include <QContextMenuEvent>
 #include <QGridLayout>
 #include <QLineEdit>
@@ -106,6 +108,8 @@ private slots:
     void zoomsAboutPointer();
     void dragsWithModifiers();
     void doubleClickAsksForTheRange();
+    void textsAroundSmallPlots_data();
+    void textsAroundSmallPlots();
     void oddSizesAndRanges();
     void dragsMarkers();
     void popsOutAndBack();
@@ -194,6 +198,90 @@ void PanelsTest::doubleClickAsksForTheRange()
     QVERIFY(!surface.area.isRangeSet());
     surface.paint();
     QCOMPARE(surface.range(), (QVector<double>{0, 4, 0, 2}));
+}
+
+void PanelsTest::textsAroundSmallPlots_data()
+{
+    QTest::addColumn<QSize>("size");
+    QTest::addColumn<QVector<double>>("range"); // xmin, ymin, xmax, ymax
+    QTest::addColumn<QString>("xTitle");
+    QTest::addColumn<QString>("yTitle");
+    const QVector<double> energies = {7950, 0.7104, 9050, 1.9671};
+    const QVector<double> valences = {0.32131, 0.03011, 2.92852, 1.33311};
+    const QVector<double> counts = {-0.1, -1076.6, 3.1, 11845.2};
+    const auto row = [](const char *name, const QSize &size, const QVector<double> &range,
+                        const QString &xTitle, const QString &yTitle) {
+        QTest::newRow(name) << size << range << xTitle << yTitle;
+    };
+    // Among ten graphs on screens of 1280 and 1366 pixels, one of two columns, in a low window.
+    row("spectrum", {132, 70}, energies, "Eng.[eV]", "mut");
+    row("spectrum, Japanese", {145, 68}, energies, "エネルギー[eV]", "μt");
+    row("scatter", {132, 70}, valences, "Valence", "Thick.");
+    row("scatter, Japanese", {132, 70}, valences, "価数", "膜厚");
+    row("histogram", {145, 68}, counts, "Valence", "Num.");
+    row("wide", {290, 68}, energies, "Eng.[eV]", "mut");
+    row("high", {145, 260}, valences, "Valence", "Thick.");
+}
+
+/// Where an image is not white.
+static QRegion inkOf(const QImage &image)
+{
+    return QRegion(QBitmap::fromImage(image.createMaskFromColor(qRgb(255, 255, 255))));
+}
+
+/// Numbers and titles keep apart, and the titles are no smaller than letters of 6 points.
+void PanelsTest::textsAroundSmallPlots()
+{
+    QFETCH(QSize, size);
+    QFETCH(QVector<double>, range);
+    QFETCH(QString, xTitle);
+    QFETCH(QString, yTitle);
+    DispArea area;
+    area.setMinimumSize(0, 0);
+    area.resize(size);
+    connect(&area, &DispArea::draw, &area, [&area] { area.coord()->setFrameByMargins(); });
+    area.grab();
+    ChCoord &coord = *area.coord();
+    coord.setRange(range[0], range[1], range[2], range[3]);
+    const auto ink = [&size](const std::function<void(QPainter &)> &paint) {
+        QImage image(size, QImage::Format_RGB32);
+        image.fill(Qt::white);
+        QPainter painter(&image);
+        paint(painter);
+        painter.end();
+        return inkOf(image);
+    };
+    const QRect frame(QPoint(int(coord.frameX0()), int(coord.frameY1())),
+                      QPoint(int(coord.frameX1()), int(coord.frameY0())));
+    const QRegion numbers = ink([&](QPainter &p) { orvel::drawPlotFrame(p, coord, false); }) -
+                            QRegion(frame.adjusted(-1, -1, 1, 1));
+    const QRegion x = ink([&](QPainter &p) { orvel::drawAxisTitles(p, coord, xTitle, {}); });
+    const QRegion y = ink([&](QPainter &p) { orvel::drawAxisTitles(p, coord, {}, yTitle); });
+    QVERIFY(!numbers.isEmpty());
+    const auto least = [&ink](const QString &text) {
+        return ink([&text](QPainter &p) {
+                   QFont font = p.font();
+                   font.setPointSizeF(6.0);
+                   p.setFont(font);
+                   p.drawText(QRect(0, 0, 130, 60), Qt::AlignCenter, text);
+               })
+            .boundingRect()
+            .size();
+    };
+    const QSize xLeast = least(xTitle);
+    const QSize yLeast = least(yTitle).transposed();
+    for (const auto &[title, wanted] : {std::pair(x, xLeast), std::pair(y, yLeast)}) {
+        const QRect box = title.boundingRect();
+        QVERIFY2(box.width() >= wanted.width() && box.height() >= wanted.height(),
+                 qPrintable(QStringLiteral("%1 x %2 instead of %3 x %4")
+                                .arg(box.width())
+                                .arg(box.height())
+                                .arg(wanted.width())
+                                .arg(wanted.height())));
+        QVERIFY(!title.intersects(frame));
+        QVERIFY((title.translated(1, 0) & numbers).isEmpty());
+        QVERIFY((title.translated(-1, 0) & numbers).isEmpty());
+    }
 }
 
 void PanelsTest::oddSizesAndRanges()
