@@ -5,7 +5,13 @@
 #include "display/PopBase.h"
 #include "ui_DispABase.h"
 
+#include <QTimer>
+
+#include <cmath>
+
 namespace {
+
+constexpr int kLow = 120; ///< below, the plot needs the room of the read-outs
 
 void showTitle(QLabel *label, const QString &text)
 {
@@ -123,30 +129,35 @@ void DispABase::fitTitle()
     constexpr int kMargins = 12; // of the panel, its head and the gap before the button
     const int room = width() - m_ui->PopDockB->width() - kMargins;
     QFont font = m_ui->Title->font();
-    const auto fits = [&](double points) {
-        font.setPointSizeF(points);
-        return QFontMetrics(font).horizontalAdvance(title()) <= room;
-    };
-    double points = kLargest;
-    while (points > kSmallest && !fits(points)) {
-        points -= kStep;
+    font.setPointSizeF(kLargest);
+    const int wanted = QFontMetrics(font).horizontalAdvance(title());
+    if (wanted > room) {
+        const double fitting = std::floor(kLargest * room / wanted / kStep) * kStep;
+        font.setPointSizeF(qBound(kSmallest, fitting, kLargest));
     }
-    font.setPointSizeF(points);
     if (font != m_ui->Title->font()) {
         m_ui->Title->setFont(font);
     }
 }
 
-/// In a low panel the plot needs the room of the read-outs.
 void DispABase::resizeEvent(QResizeEvent *event)
 {
     QFrame::resizeEvent(event);
     fitTitle();
-    constexpr int kLow = 120;
+    // Once the window is laid out: each of its steps on the way would do it all over again.
+    QTimer::singleShot(0, this, [this] { showReadOuts(height() >= kLow); });
+}
+
+void DispABase::showReadOuts(bool on)
+{
+    if (m_hasReadOuts == on) {
+        return;
+    }
+    m_hasReadOuts = on;
     for (QWidget *widget :
          {static_cast<QWidget *>(m_ui->label), static_cast<QWidget *>(m_ui->XPos),
           static_cast<QWidget *>(m_ui->label_2), static_cast<QWidget *>(m_ui->YPos)}) {
-        widget->setVisible(height() >= kLow);
+        widget->setVisible(on);
     }
 }
 

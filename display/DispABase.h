@@ -33,6 +33,9 @@ public:
     void setTitles(const QString &xTitle, const QString &yTitle);
     void setInitialRange(double xMin, double yMin, double xMax, double yMax);
     void drawFrame(QStylePainter *p, bool clearMargins);
+    /// The fields with the pointer's position. Until events are done after the next resize: a low
+    /// panel has none then, a higher one has them.
+    void showReadOuts(bool on);
     /// Repaints the surface, wherever it is.
     void updateSurface() { area()->update(); }
 
@@ -63,5 +66,6 @@ private:
     bool m_paintsXTitle = false;
     bool m_paintsYTitle = false;
     bool m_isPoppedOut = false;
+    bool m_hasReadOuts = true;
     std::unique_ptr<PopBase> m_popBase; ///< without a parent, or it could not be a window
 };

@@ -42,6 +42,8 @@ void Displays::append(DispABase *panel, const QString &title, DispId id, int col
                       int columnSpan, int rowSpan)
 {
     panel->setTitlesPainted(true, true);
+    panel->showReadOuts(
+        false); // in a window of usual size the panels are low: no need to lay out twice
     panel->setTitle(title);
     if (column >= 0 && row >= 0) {
         m_ui->DispL->addWidget(panel, row, column, rowSpan, columnSpan);
