@@ -61,7 +61,7 @@ constexpr Tip kTips[] = {
     {"AEPoint", "Mut4", QT_TRANSLATE_NOOP("ToolTips", "mut of reference 4 at this energy, minus the chosen line")},
     {"AEPoint", "MutT", QT_TRANSLATE_NOOP("ToolTips", "mut of the target at this energy, minus the chosen line")},
     {"AEPoint", "ShowMapB", QT_TRANSLATE_NOOP("ToolTips", "Show this image as the data map")},
-    {"AEPoint", "FPB", QT_TRANSLATE_NOOP("ToolTips", "A press in the graph of all spectra sets this energy; press again to end")},
+    {"AEPoint", "FPB", QT_TRANSLATE_NOOP("ToolTips", "A press in the graph of all spectra sets this energy; within 20 pixels of a marker it moves the marker instead. Press again to end")},
 
     // histograms
     {"FourPs", "HgAFrom", QT_TRANSLATE_NOOP("ToolTips", "Valence at the centre of the first box")},

@@ -195,8 +195,8 @@
         <translation>この画像をデータマップに表示します</translation>
     </message>
     <message>
-        <source>A press in the graph of all spectra sets this energy; press again to end</source>
-        <translation>全μtのグラフを押した位置をこのエネルギーにします。もう一度押すと解除します</translation>
+        <source>A press in the graph of all spectra sets this energy; within 20 pixels of a marker it moves the marker instead. Press again to end</source>
+        <translation>全μtのグラフを押した位置をこのエネルギーにします。マーカーから20ピクセル未満ではマーカーの移動になります。もう一度押すと解除します</translation>
     </message>
     <message>
         <source>Valence at the centre of the first box</source>
