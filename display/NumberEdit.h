@@ -11,4 +11,14 @@ inline void showNumber(QLineEdit *edit, double value)
     edit->setCursorPosition(0);
 }
 
+/// The width at which a field shows this text whole.
+inline int widthForText(const QLineEdit &edit, const QString &text)
+{
+    constexpr int kLettersOfHint = 17; // the toolkit's hint is so many x, and what is around them
+    constexpr int kCursor = 2;
+    const QFontMetrics metrics = edit.fontMetrics();
+    return edit.sizeHint().width() - kLettersOfHint * metrics.horizontalAdvance(QLatin1Char('x')) +
+           metrics.horizontalAdvance(text) + kCursor;
+}
+
 } // namespace orvel

@@ -2,6 +2,7 @@
 
 #include "display/DispMBase.h"
 #include "display/Histgram.h"
+#include "display/NumberEdit.h"
 #include "display/cBar.h"
 #include "images/AEPoint.h"
 #include "panel/PointHeader.h"
@@ -23,13 +24,15 @@ using orvel::kReferenceRows;
 namespace {
 
 constexpr double kPointSize = 9.0;
+constexpr double kSmallPointSize = 8.0; ///< of what stands side by side by the dozen
 
 /// Gives buttons the width of their texts; a style's least width would cost the fields theirs.
 void shrinkButtons(QWidget *form)
 {
     for (QPushButton *button : form->findChildren<QPushButton *>()) {
         const int text = button->fontMetrics().horizontalAdvance(button->text());
-        button->setFixedWidth(text + button->fontMetrics().height() + 2);
+        constexpr int kAround = 12;
+        button->setFixedWidth(text + kAround);
     }
 }
 
@@ -53,6 +56,7 @@ FourPs::FourPs(QWidget *parent)
     m_amountHistogram =
         std::make_unique<Histgram>(m_ui->HgTFrom, m_ui->HgTTo, m_ui->HgTBoxes, m_ui->HgTAuto);
     makeRows();
+    fitFields();
     m_ui->ResultMap->setTitle(tr("Result Map"));
     m_ui->DataMap->setTitle(tr("Data Map"));
     m_ui->SaveFSelect->setMode(AFileSelect::Save);
@@ -117,17 +121,10 @@ void FourPs::showEvent(QShowEvent *event)
     }
 }
 
-/// Until the user says otherwise: wide enough for the absorptions' exponents, where a small share
-/// of the window suffices for that; the rest is for maps and graphs.
 void FourPs::resizeEvent(QResizeEvent *event)
 {
     QFrame::resizeEvent(event);
-    if (!m_wasSplit) {
-        constexpr int kForExponents = 170;
-        const int least = m_ui->InputScroll->minimumWidth();
-        const int left = qBound(least, width() * 9 / 20, least + kForExponents);
-        m_ui->MainSplitter->setSizes({left, width() - left});
-    }
+    shareWidth();
 }
 
 bool FourPs::eventFilter(QObject *object, QEvent *event)
@@ -136,8 +133,25 @@ bool FourPs::eventFilter(QObject *object, QEvent *event)
         m_ui->InputScroll->setMinimumWidth(
             m_ui->Inputs->minimumSizeHint().width() +
             m_ui->InputScroll->verticalScrollBar()->sizeHint().width());
+        shareWidth();
     }
     return QFrame::eventFilter(object, event);
+}
+
+/// Until the user says otherwise: wide enough for the absorptions' six digits if maps and graphs
+/// can do with the rest, and for their exponents where a small share of the window suffices.
+void FourPs::shareWidth()
+{
+    if (m_wasSplit) {
+        return;
+    }
+    const QLineEdit *field = m_points[0]->targetEdit();
+    const auto widthFor = [&](const char *number) {
+        const int more = orvel::widthForText(*field, QLatin1String(number)) - field->minimumWidth();
+        return m_ui->InputScroll->minimumWidth() + (kReferenceRows + 1) * qMax(0, more);
+    };
+    const int left = qBound(widthFor("-0.0123457"), width() * 9 / 20, widthFor("-1.23457e-05"));
+    m_ui->MainSplitter->setSizes({left, width() - left});
 }
 
 void FourPs::makeRows()
@@ -177,6 +191,43 @@ void FourPs::makeRows()
     m_ui->PointLayout->addWidget(header);
     for (AEPoint *row : m_points) {
         m_ui->PointLayout->addWidget(row);
+    }
+}
+
+/// Smaller letters where there are many, and result lines that show the longest result.
+void FourPs::fitFields()
+{
+    QFont small = font();
+    small.setPointSizeF(qMin(small.pointSizeF(), kSmallPointSize));
+    QList<QWidget *> crowded = {m_ui->HgSelectF, m_ui->MapSelectF, m_ui->CalcRes, m_ui->LCFRes,
+                                findChild<PointHeader *>()};
+    for (int i = 0; i < orvel::kQuantities; ++i) {
+        crowded.append(recordButton(orvel::quantityAt(i)));
+    }
+    for (const ARefFile *row : m_references) {
+        crowded << row->ratioDisp() << row->amountDisp();
+    }
+    for (const AEPoint *row : m_points) {
+        crowded.append(row->targetEdit());
+        for (int n = 0; n < kReferenceRows; ++n) {
+            crowded.append(row->referenceEdit(n));
+        }
+    }
+    for (QWidget *widget : crowded) {
+        widget->setFont(small);
+    }
+    const QString number = QStringLiteral("-0.000");
+    QString ratios = number;
+    for (int n = 1; n < kReferenceRows; ++n) {
+        ratios += QStringLiteral(" : ") + number;
+    }
+    const QString nonEquiv =
+        tr("Result of NEQ :: ") + ratios + tr(", Valence = %1, t = %2").arg(number, number);
+    const QString combination =
+        tr("Result of LCF :: ") + ratios + tr(", Valence = %1, Base = %2").arg(number, number);
+    for (QLineEdit *field : {m_ui->CalcRes, m_ui->LCFRes}) {
+        field->setMinimumWidth(
+            qMax(orvel::widthForText(*field, nonEquiv), orvel::widthForText(*field, combination)));
     }
 }
 

@@ -102,6 +102,8 @@ protected:
 private:
     // construction and wiring (FourPs.cpp)
     void makeRows();
+    void fitFields();
+    void shareWidth();
     void makeHints();
     void enableWhatCounts();
     void connectInputs();

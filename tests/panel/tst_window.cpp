@@ -1,11 +1,13 @@
 #include "display/CColors.h"
 #include "display/cBar.h"
+#include "session/Catalogue.h"
 #include "session/SessionFile.h"
 #include "tests/panel/Window.h"
 
 #include <QContextMenuEvent>
 #include <QDrag>
 #include <QListWidget>
+#include <QMimeData>
 #include <QProcess>
 #include <QRandomGenerator>
 #include <QWheelEvent>
@@ -107,6 +109,9 @@ private slots:
     void comparisonColours();
     void picksEnergies();
     void dragsEnergies();
+    void fitsScreens_data();
+    void fitsScreens();
+    void dropsOnTheWindow();
     void marksAPixel();
     void closesWithFocus();
     void randomHands();
@@ -492,6 +497,79 @@ void WindowTest::dragsEnergies()
     const QString energy = shown(panel, "P3.Energy");
     mouse(area, QEvent::MouseButtonPress, QPointF(area->coord()->sx(8600), 40));
     QVERIFY(shown(panel, "P3.Energy") == energy && !shown(panel, "P8.Energy").isEmpty());
+}
+
+void WindowTest::fitsScreens_data()
+{
+    QTest::addColumn<bool>("japanese");
+    QTest::newRow("English") << false;
+    QTest::newRow("Japanese") << true;
+}
+
+void WindowTest::fitsScreens()
+{
+    QFETCH(bool, japanese);
+    orvel::Translators translators;
+    if (japanese) {
+        orvel::installJapanese(translators);
+    }
+    FourPs panel;
+    panel.show();
+    panel.resize(100, 100);
+    const auto least = [&panel] { return panel.minimumSizeHint(); };
+    QTRY_VERIFY(least().width() <= 1210 && least().height() <= 680); // once it is laid out
+    panel.resize(1262, 700); // on a screen of 1280 x 768 with bars and borders
+    panel.openSession(m_folder.filePath("nonequiv-linear.ini"));
+    const auto isWhole = [](const QLineEdit *field, const QString &text) {
+        constexpr int kFrames = 2 * 4; // of the field and around its text
+        return field->fontMetrics().horizontalAdvance(text) + kFrames <= field->width();
+    };
+    const auto *number = at<QLineEdit>(panel, "P1.MutT");
+    QTRY_VERIFY(isWhole(number, "-0.123457"));
+    for (const char *name : {"CalcRes", "LCFRes"}) {
+        const auto *field = at<QLineEdit>(panel, name);
+        QVERIFY(!field->text().isEmpty());
+        QVERIFY(isWhole(field, field->text() + ": -0.000")); // of four references
+    }
+}
+
+/// Through the window, which looks for whoever takes a drop at that place.
+void WindowTest::dropsOnTheWindow()
+{
+    FourPs panel;
+    panel.resize(1300, 900);
+    panel.show();
+    m_sample.map("drop.txt", 1, "8350", {0.5});
+    const auto drop = [&panel](const QString &path, const QList<QUrl> &urls) {
+        QMimeData data;
+        data.setUrls(urls);
+        QWidget *at = window::at(panel, path);
+        const QPoint where = at->mapTo(&panel, at->rect().center());
+        QDragEnterEvent enter(where, Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
+        QCoreApplication::sendEvent(panel.windowHandle(), &enter);
+        QDragMoveEvent move(where, Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
+        move.setDropAction(enter.dropAction());
+        move.setAccepted(enter.isAccepted()); // as the toolkit does before it sends one
+        QCoreApplication::sendEvent(panel.windowHandle(), &move);
+        QDropEvent event(where, Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
+        QCoreApplication::sendEvent(panel.windowHandle(), &event);
+        return move.isAccepted() && event.isAccepted();
+    };
+    const auto file = [this](const QString &name) {
+        return QList<QUrl>{QUrl::fromLocalFile(m_sample.path(name))};
+    };
+    QVERIFY(drop("R2.XafsFS.FileName", file("a.dat")));
+    QVERIFY(drop("TargetFile.FileName", file("mix.dat")));
+    QVERIFY(drop("DispFSelect.SelB", file("b.dat")));
+    QVERIFY(drop("P3.FileSelect.FileName", file("drop.txt") + file("a.dat"))); // the first one
+    QVERIFY(drop("SaveFSelect.FileName", file("drop.txt")));
+    QVERIFY(!drop("P2.FileSelect.FileName", {QUrl("http://host/a.dat")}));
+    QVERIFY(reference(panel, 1)->selector()->isValid() && target(panel)->isValid());
+    QVERIFY(!reference(panel, 0)->selector()->isValid());
+    QCOMPARE(at<QListWidget>(panel, "SelectedFs")->count(), 1);
+    QCOMPARE(shown(panel, "P3.Energy P3.Mut2 P3.MutT P2.Energy"), QStringLiteral("8350 0.8 0.5 "));
+    QVERIFY(point(panel, 2)->map() && !point(panel, 3)->map());
+    QCOMPARE(shown(panel, "SaveFSelect.FileName"), m_sample.path("drop.txt") + ".dat");
 }
 
 void WindowTest::marksAPixel()
