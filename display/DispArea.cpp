@@ -31,6 +31,7 @@ void DispArea::setInitialRange(double xMin, double yMin, double xMax, double yMa
     if (!m_isRangeSet) {
         m_coord.setRange(xMin, yMin, xMax, yMax);
         m_isRangeSet = true;
+        m_isZoomed = false;
     }
 }
 
@@ -102,6 +103,7 @@ void DispArea::pan()
     const double dy = m_coord.ry(m_mouse.previous().y()) - m_coord.ry(m_mouse.y());
     m_coord.setRange(m_coord.xMin() + dx, m_coord.yMin() + dy, m_coord.xMax() + dx,
                      m_coord.yMax() + dy);
+    m_isZoomed = true;
     update();
 }
 
@@ -141,6 +143,7 @@ void DispArea::wheelEvent(QWheelEvent *event)
     if (nearX == nearY || nearX) {
         m_coord.setYRange(scaled(m_coord.yMin(), py), scaled(m_coord.yMax(), py));
     }
+    m_isZoomed = true;
     event->accept(); // or a scroll area around would scroll as well
     update();
 }

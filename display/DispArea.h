@@ -34,6 +34,8 @@ public:
     /// with 0 to 1 on both axes.
     bool isRangeSet() const { return m_isRangeSet; }
     void clearRange() { m_isRangeSet = false; }
+    /// Whether the user zoomed or moved what the owner had set.
+    bool isZoomed() const { return m_isRangeSet && m_isZoomed; }
     /// Sets the range, unless it is set already: so a zoom outlives repaints.
     void setInitialRange(double xMin, double yMin, double xMax, double yMax);
 
@@ -66,6 +68,7 @@ private:
     ChCoord m_coord;
     bool m_wasPainted = false;
     bool m_isRangeSet = false;
+    bool m_isZoomed = false;
     DrawText m_drawText;
     MarkLines *m_markLines = nullptr;
 };

@@ -336,6 +336,9 @@ void FourPs::connectDisplays()
         }
     });
 
+    connect(m_ui->Disps->panel(Displays::DMuts), &DispABase::mReleased, this,
+            &FourPs::followUsedEnergies);
+
     connect(m_ui->MapGroup, QOverload<QAbstractButton *, bool>::of(&QButtonGroup::buttonToggled),
             this, &FourPs::selectedNewMap);
     connect(m_ui->HgGroup, QOverload<QAbstractButton *, bool>::of(&QButtonGroup::buttonToggled),
@@ -488,6 +491,7 @@ void FourPs::receiveNewEnergy(double /*e*/)
         refreshReference(row, n);
     }
     refreshTarget(row);
+    followUsedEnergies();
     updatePlots();
 }
 
@@ -630,7 +634,19 @@ void FourPs::updateMarkLines()
             m_energyLines.append(new MarkLine(row->energyEdit(), 0, this));
         }
     }
+    followUsedEnergies();
     m_ui->Disps->panel(Displays::DMuts)->updateSurface();
+}
+
+/// The range about the used energies changes with them, unless the user zoomed. A line that is
+/// being dragged would run away from the pointer: its range follows when it is let go.
+void FourPs::followUsedEnergies()
+{
+    DispABase *muts = m_ui->Disps->panel(Displays::DMuts);
+    if (!m_ui->FullRangeCB->isChecked() && !m_energyLines.isMoving() && !muts->area()->isZoomed()) {
+        muts->clearScale();
+        muts->updateSurface();
+    }
 }
 
 void FourPs::mPressedInAllMut(MouseC *m)

@@ -133,6 +133,7 @@ private:
     void refreshTarget(int row);
     void loadDisplaySpectra();
     void updateMarkLines();
+    void followUsedEnergies();
 
     // runs (FourPsRun.cpp)
     void writeMessage(const QString &text);

@@ -109,6 +109,7 @@ private slots:
     void comparisonColours();
     void picksEnergies();
     void dragsEnergies();
+    void rangeFollowsUsedEnergies();
     void fitsScreens_data();
     void fitsScreens();
     void dropsOnTheWindow();
@@ -497,6 +498,46 @@ void WindowTest::dragsEnergies()
     const QString energy = shown(panel, "P3.Energy");
     mouse(area, QEvent::MouseButtonPress, QPointF(area->coord()->sx(8600), 40));
     QVERIFY(shown(panel, "P3.Energy") == energy && !shown(panel, "P8.Energy").isEmpty());
+}
+
+void WindowTest::rangeFollowsUsedEnergies()
+{
+    FourPs panel;
+    panel.resize(1300, 900);
+    panel.show();
+    m_sample.load(panel); // 8200, 8350, 8600 in use
+    DispArea *area = graph(panel, Displays::DMuts)->area();
+    const auto range = [area] {
+        area->grab();
+        return QString("%1 %2").arg(area->coord()->xMin()).arg(area->coord()->xMax());
+    };
+    perform(panel, "click FullRangeCB");
+    QCOMPARE(range(), QStringLiteral("8100 8700")); // a quarter of 400 more both ways
+    perform(panel, "click P1.UseCB");
+    QCOMPARE(range(), QStringLiteral("8287.5 8662.5"));
+    perform(panel, "type P3.Energy 8450");
+    QCOMPARE(range(), QStringLiteral("8325 8475"));
+    // A dragged line stays under the pointer; the range follows when it is let go.
+    const QPointF from(area->coord()->sx(8450), 40);
+    mouse(area, QEvent::MouseButtonPress, from);
+    mouse(area, QEvent::MouseMove, QPointF(area->coord()->sx(8400), 40));
+    QCOMPARE(range(), QStringLiteral("8325 8475"));
+    mouse(area, QEvent::MouseButtonRelease, QPointF(area->coord()->sx(8400), 40));
+    range();
+    QVERIFY(std::fabs(area->coord()->xMax() - 8412.5) < 2); // a pixel and a quarter
+    // What the user zoomed stays until a double click.
+    QWheelEvent wheel({60, 40}, area->mapToGlobal(QPoint(60, 40)), QPoint(), QPoint(0, 120),
+                      Qt::NoButton, Qt::NoModifier, Qt::NoScrollPhase, false);
+    QCoreApplication::sendEvent(area, &wheel);
+    const QString zoomed = range();
+    perform(panel, "click P1.UseCB; type P3.Energy 8600");
+    QCOMPARE(range(), zoomed);
+    mouse(area, QEvent::MouseButtonDblClick, {60, 40});
+    QCOMPARE(range(), QStringLiteral("8100 8700"));
+    perform(panel, "click FullRangeCB");
+    const QString whole = range();
+    perform(panel, "click P1.UseCB");
+    QCOMPARE(range(), whole);
 }
 
 void WindowTest::fitsScreens_data()
