@@ -1,7 +1,10 @@
 // Renders the main window to a picture: what docs/shots calls for the pictures of the documents.
 //
-//   orvel-shots [-j] [--size WxH] [--pop] OUT.png [SESSION]
+//   orvel-shots [-j] [--size WxH] [--conditions] [--pop NAME] OUT.png [SESSION]
+//
+// --pop  the window of a map ("ResultMap", "DataMap") or of a graph (e.g. "DMuts", "DM2M3")
 #include "app/Body.h"
+#include "display/DispABase.h"
 #include "display/DispMBase.h"
 #include "panel/FourPs.h"
 #include "session/Catalogue.h"
@@ -34,14 +37,14 @@ int main(int argc, char **argv)
     const QCommandLineOption size(QStringLiteral("size"), QString(), QStringLiteral("WxH"),
                                   QStringLiteral("1366x736"));
     const QCommandLineOption conditions(QStringLiteral("conditions"));
-    const QCommandLineOption pop(QStringLiteral("pop"));
+    const QCommandLineOption pop(QStringLiteral("pop"), QString(), QStringLiteral("NAME"));
     parser.addOptions({japanese, size, conditions, pop});
     parser.process(app);
     const QStringList paths = parser.positionalArguments();
     const QStringList sides = parser.value(size).split(QLatin1Char('x'));
     if (paths.isEmpty() || sides.size() != 2) {
         std::fputs(
-            "usage: orvel-shots [-j] [--size WxH] [--conditions] [--pop] OUT.png [SESSION]\n",
+            "usage: orvel-shots [-j] [--size WxH] [--conditions] [--pop NAME] OUT.png [SESSION]\n",
             stderr);
         return 2;
     }
@@ -62,10 +65,16 @@ int main(int argc, char **argv)
     settle();
     QWidget *shown = &body;
     if (parser.isSet(pop)) {
-        auto *map = body.panel()->findChild<DispMBase *>(QStringLiteral("ResultMap"));
-        map->popDock();
+        const QString name = parser.value(pop);
+        auto *map = body.panel()->findChild<DispMBase *>(name);
+        auto *graph = body.panel()->findChild<DispABase *>(name);
+        if (!map && !graph) {
+            std::fprintf(stderr, "orvel-shots: no map or graph %s\n", qPrintable(name));
+            return 2;
+        }
+        map ? map->popDock() : graph->popDock();
         settle();
-        shown = map->area()->window();
+        shown = (map ? map->area() : graph->area())->window();
     }
     if (!shown->grab().save(paths[0])) {
         std::fprintf(stderr, "orvel-shots: cannot write %s\n", qPrintable(paths[0]));
