@@ -1,15 +1,11 @@
-#include "analysis/LinearSystem.h"
 #include "analysis/MTools.h"
 
 #include <QtTest>
 
 #include <cmath>
 #include <limits>
-#include <random>
 
 #include <unistd.h>
-
-using orvel::LinearSystem;
 
 namespace {
 
@@ -88,13 +84,11 @@ class MToolsTest : public QObject {
 private slots:
     void decompositionKeepsRowsInPlace();
     void pivotTiesKeepTheEarlierRowAndNaNNeverWins();
-    void solvesAsCramersRule();
     void singularSystemsGiveNonFiniteUnknowns();
     void eliminates();
     void elementwiseOperations();
     void nothingHappensBelowOneUnknown();
     void prints();
-    void linearSystemFitsSamples();
 };
 
 void MToolsTest::decompositionKeepsRowsInPlace()
@@ -126,46 +120,6 @@ void MToolsTest::pivotTiesKeepTheEarlierRowAndNaNNeverWins()
     QCOMPARE(firstPivot(2, {-3, 1, 3, 1}), 0);
     QCOMPARE(firstPivot(3, {1, 0, 0, qQNaN(), 1, 0, 2, 0, 1}), 2);
     QCOMPARE(firstPivot(2, {qQNaN(), 1, qQNaN(), 1}), 0);
-}
-
-void MToolsTest::solvesAsCramersRule()
-{
-    // Small integers: the determinants are exact. Elimination loses a few digits of 16 where they
-    // nearly vanish.
-    std::mt19937 random(20);
-    std::uniform_int_distribution<int> digit(-9, 9);
-    int solved = 0;
-    for (int round = 0; round < 500; ++round) {
-        Storage s(3);
-        LinearSystem system(3);
-        double a[3][4];
-        for (int i = 0; i < 3; ++i) {
-            for (int j = 0; j < 4; ++j) {
-                a[i][j] = digit(random);
-                (j < 3 ? s.a[i][j] : s.b[i]) = a[i][j];
-                (j < 3 ? system.matrix(i, j) : system.rightSide(i)) = a[i][j];
-            }
-        }
-        const auto determinant = [&a](int c0, int c1, int c2) {
-            return a[0][c0] * (a[1][c1] * a[2][c2] - a[1][c2] * a[2][c1]) -
-                   a[0][c1] * (a[1][c0] * a[2][c2] - a[1][c2] * a[2][c0]) +
-                   a[0][c2] * (a[1][c0] * a[2][c1] - a[1][c1] * a[2][c0]);
-        };
-        const double d = determinant(0, 1, 2);
-        if (d == 0.0) {
-            continue;
-        }
-        ++solved;
-        const double expected[] = {determinant(3, 1, 2) / d, determinant(0, 3, 2) / d,
-                                   determinant(0, 1, 3) / d};
-        s.solve();
-        system.solve();
-        for (int k = 0; k < 3; ++k) {
-            QVERIFY(std::fabs(s.unknown(k) - expected[k]) < 1e-10 * (1 + std::fabs(expected[k])));
-            QCOMPARE(system.unknown(k), s.unknown(k));
-        }
-    }
-    QVERIFY(solved > 400);
 }
 
 void MToolsTest::singularSystemsGiveNonFiniteUnknowns()
@@ -258,24 +212,6 @@ void MToolsTest::prints()
              }),
              QByteArray("# A = \n# 1 2.5 \n# -3 1e-09 \n# \n# PA = \n# -3 1e-09 \n# 1 2.5 \n# \n"
                         "# b = \n# 4 5 \n# \n# Pb = \n# 5 4 \n# \n# p = \n# 1 0 \n# \n"));
-}
-
-void MToolsTest::linearSystemFitsSamples()
-{
-    // Regression through (0, 1), (1, 3), (2, 4): slope 3/2, intercept 7/6; then twice as steep
-    // and high through doubled values, which must not remember the first round.
-    LinearSystem system(2);
-    for (const double factor : {1.0, 2.0}) {
-        system.clear();
-        const double ys[] = {factor, 3 * factor, 4 * factor};
-        for (int i = 0; i < 3; ++i) {
-            const double basis[] = {1.0, static_cast<double>(i)};
-            system.addSample(basis, ys[i]);
-        }
-        system.solve();
-        QVERIFY(std::fabs(system.unknown(0) - factor * 7.0 / 6) < 1e-14);
-        QVERIFY(std::fabs(system.unknown(1) - factor * 1.5) < 1e-14);
-    }
 }
 
 QTEST_GUILESS_MAIN(MToolsTest)
