@@ -17,6 +17,13 @@ extern "C" int LLVMFuzzerInitialize(int *argc, char ***argv);
 
 namespace orvel::fuzz {
 
+/// Whether this is a program that searches for inputs; otherwise it replays given ones.
+#ifdef ORVEL_FUZZ
+inline constexpr bool kSearching = true;
+#else
+inline constexpr bool kSearching = false;
+#endif
+
 /// Prints the relation and aborts when it does not hold. Not an assert: it holds in every build.
 void require(bool holds, const char *relation);
 

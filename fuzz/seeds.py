@@ -1,8 +1,10 @@
 #!/usr/bin/env python3
 """Writes the hand-made inputs into fuzz/corpus: one oddity a file, named after it.
 
-Run it after a change here; inputs that a fuzzer found lie beside them and are left alone.
+Run it after a change here. The beginnings of the example data lie beside them, for which it needs
+`orvel-phantom make examples/data`; without that they are left as they are.
 """
+import glob
 import os
 import struct
 
@@ -358,3 +360,31 @@ save("lineitems", {
     "empty": "",
     "white-only": " \t\r\n\x0b\x0c",
 })
+
+# ---- the beginnings of the example data --------------------------------------------------------
+
+EXAMPLES = os.path.join(os.path.dirname(HERE), "examples")
+
+
+def beginnings(pattern, step=1, limit=2000):
+    """Of each file the header, and then every so many lines while they fit."""
+    cut = {}
+    for path in sorted(glob.glob(os.path.join(EXAMPLES, "data", pattern))):
+        lines = open(path, "rb").read().splitlines(keepends=True)
+        kept = b""
+        for line in lines[:10] + lines[10::step]:
+            if len(kept) + len(line) > limit:
+                break
+            kept += line
+        cut["example-" + os.path.basename(path)] = kept
+    return cut
+
+
+save("session", {"example-" + os.path.basename(path): open(path, "rb").read()
+                 for path in glob.glob(os.path.join(EXAMPLES, "*.ini"))})
+save("spectrum", beginnings("refs/*.dat", 15))
+save("spectrum", beginnings("film/target.dat", 20))
+save("textmap", beginnings("film/f83*.txt"))
+save("textmap", beginnings("film/f8446.txt"))
+save("processed", {"example-p8350.tdd": open(path, "rb").read()[:2000]
+                   for path in glob.glob(os.path.join(EXAMPLES, "data", "*", "p8350.tdd"))})
