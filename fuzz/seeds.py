@@ -361,6 +361,27 @@ save("lineitems", {
     "white-only": " \t\r\n\x0b\x0c",
 })
 
+# ---- numbers of the fast way -----------------------------------------------------------------
+
+FAST_HEADER = "# X-NUM 6\n# Y-NUM 5\n# I : 1\n# I0 : 0\n"
+FAST_NUMBERS = ("8000 -2.5 +.5 . 7. -0 1e3 1E-3 1e 1e+ e5 nan -nan inf 1e400 -1e-400 4.9e-324 1,5 0x10 "
+                "1_0 --1 +-1 12345678901234567890 0.1234567890123456789 9007199254740993 "
+                "2.2250738585072011e-308 1.7976931348623159e308 #1 1# \x1a \u0663 8000\u00a0-1 1\r2").split(" ")
+FAST_LINES = "".join("%s 1\n2 %s\r\n%s\n3 %s\t4 5 6\n" % (n, n, n, n) for n in FAST_NUMBERS)
+
+save("fasttext", {
+    "numbers.dat": FAST_LINES,
+    "numbers-scanner.txt": "# 1306\n" + FAST_HEADER + FAST_LINES,
+    "numbers-beamline.txt": "# 2003901\n" + FAST_HEADER + FAST_LINES,
+    "numbers-scan.dat": SCAN_MODES + "Offset\n" + "".join("9 %s 1 7 %s\n" % (n, n) for n in FAST_NUMBERS),
+    "blanks.dat": "".join("%s1%s2%s3%s4\n%s\n" % (b, b, b, b, b)
+                          for b in (" ", "\t", "  \t ", "\f", "\v", "\u00a0", "\u3000", "\u2028")),
+    "comments.dat": "# 1 2\n #3 4\n\t# 5\n6 # 7\n8 9 # 10\n11#12 13\n#",
+    "line-ends.dat": "1 2\r\r\n\r3\r 4\r\n\n5 6\r7\n\r\n8 9",
+    "marks-within.txt": FAST_HEADER + "\ufeff1 2 3 4\n1 \ufeff2 3\n\ufeff# X-NUM 7\n1 2 3 4\ufeff\n",
+    "zero-bytes.txt": FAST_HEADER + "1 2 3 4\0 5\n1 2\0 3\n\0\n1 2 3 \0\n",
+})
+
 # ---- the beginnings of the example data --------------------------------------------------------
 
 EXAMPLES = os.path.join(os.path.dirname(HERE), "examples")

@@ -107,11 +107,13 @@ QString TextFile::textOf(const Bytes &line)
 {
     // With a line feed behind it, a character that is cut short reads alike with and without one.
     QByteArray bytes(line.begin, static_cast<int>(line.end - line.begin));
-    bytes.append('\n').replace('\r', QByteArray());
+    bytes.append('\n');
     // By pointer and size: a NUL is a character, not the end. The decoder swallows a mark at the
     // start of what it gets; inside a file that is an ordinary character.
     QString text = QString::fromUtf8(bytes.constData(), bytes.size());
     text.chop(1);
+    // Only now: between the bytes of one character a return splits it into undecodable ones.
+    text.remove(QLatin1Char('\r'));
     return bytes.startsWith("\xEF\xBB\xBF") ? QChar(0xFEFF) + text : text;
 }
 
