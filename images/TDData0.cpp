@@ -5,10 +5,10 @@
 #include "images/LineItems.h"
 #include "images/TextMap.h"
 #include "text/OutputFile.h"
+#include "text/RegularFile.h"
 
 #include <QDebug>
 #include <QFile>
-#include <QFileInfo>
 
 #include <algorithm>
 
@@ -32,7 +32,7 @@ const char *const kStructure =
 QString firstLineOf(const QString &path, bool *opened = nullptr)
 {
     QFile file(path);
-    const bool ok = QFileInfo(path).isFile() && file.open(QIODevice::ReadOnly);
+    const bool ok = orvel::openRegular(file) == ReadFailure::None;
     if (opened != nullptr) {
         *opened = ok;
     }
@@ -72,7 +72,7 @@ bool TDData0::readHeader(const QString &path, Header &header) const
     }
 
     QFile file(path);
-    if (!file.open(QIODevice::ReadOnly)) {
+    if (orvel::openRegular(file) != ReadFailure::None) {
         qDebug().noquote() << "can't open" << path;
         return false;
     }
@@ -116,9 +116,9 @@ bool TDData0::read(const QString &path)
         return false;
     }
     QFile file(path);
-    if (!file.open(QIODevice::ReadOnly | QIODevice::Unbuffered)) {
+    m_readFailure = orvel::openRegular(file, QIODevice::ReadOnly | QIODevice::Unbuffered);
+    if (m_readFailure != ReadFailure::None) {
         qDebug().noquote() << "can't open" << path;
-        m_readFailure = ReadFailure::CannotOpen;
         return false;
     }
     constexpr qint64 kDouble = sizeof(double);

@@ -1,6 +1,7 @@
 #include "session/SessionFile.h"
 
 #include "text/OutputFile.h"
+#include "text/RegularFile.h"
 
 #include <QDir>
 #include <QFile>
@@ -350,8 +351,7 @@ bool hasSessionLine(const QByteArray &ini)
 bool isSession(const QString &path)
 {
     QFile file(path);
-    if (!QFileInfo(path).isFile() || file.size() > kLargestSession ||
-        !file.open(QIODevice::ReadOnly)) {
+    if (openRegular(file) != ReadFailure::None || file.size() > kLargestSession) {
         return false;
     }
     const QStringList lines = QString::fromUtf8(file.readAll()).split(QLatin1Char('\n'));
@@ -369,8 +369,9 @@ SessionReading readSession(const QString &path)
     SessionReading reading;
     QFile file(path);
     const QFileInfo info(path);
-    if (!info.isFile() || !file.open(QIODevice::ReadOnly)) {
-        reading.error = QStringLiteral("there is no such readable file");
+    const ReadFailure failure = openRegular(file);
+    if (failure != ReadFailure::None) {
+        reading.error = describe(failure);
         return reading;
     }
     QByteArray ini = file.read(kLargestSession + 1);

@@ -1,6 +1,7 @@
 #include "text/TextFile.h"
 
-#include <QFileInfo>
+#include "text/RegularFile.h"
+
 #include <QStringList>
 
 #include <cstring>
@@ -16,15 +17,10 @@ TextFile::TextFile(const QString &path) : m_file(path) {}
 
 bool TextFile::open()
 {
-    if (!QFileInfo(m_file.fileName()).isFile()) {
-        m_failure = ReadFailure::NotARegularFile;
+    m_failure = openRegular(m_file);
+    if (m_failure != ReadFailure::None) {
         return false;
     }
-    if (!m_file.open(QIODevice::ReadOnly)) {
-        m_failure = ReadFailure::CannotOpen;
-        return false;
-    }
-    m_failure = ReadFailure::None;
     const QByteArray start = m_file.peek(4);
     m_wide = start.startsWith("\xFF\xFE") || start.startsWith("\xFE\xFF") ||
              start == QByteArray("\0\0\xFE\xFF", 4);
