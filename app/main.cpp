@@ -6,8 +6,13 @@
 #include <QApplication>
 #include <QLoggingCategory>
 
+#include <csignal>
+
 int main(int argc, char **argv)
 {
+#ifdef Q_OS_UNIX
+    std::signal(SIGPIPE, SIG_IGN); // a result written to a pipe whose reader went is a failed write
+#endif
     QApplication::setAttribute(Qt::AA_EnableHighDpiScaling);
     QApplication::setAttribute(Qt::AA_UseHighDpiPixmaps);
     const QApplication app(argc, argv);

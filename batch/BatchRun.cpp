@@ -5,6 +5,7 @@
 #include "batch/Images.h"
 #include "session/InputLoader.h"
 #include "session/MessageText.h"
+#include "session/ResultPaths.h"
 #include "session/SessionFile.h"
 #include "text/OutputFile.h"
 
@@ -12,6 +13,7 @@
 #include <QDir>
 #include <QFileInfo>
 
+#include <algorithm>
 #include <cstdio>
 #ifdef Q_OS_WIN
 #include <io.h>
@@ -23,8 +25,6 @@ namespace orvel {
 namespace {
 
 constexpr const char *kCannotOpen = QT_TRANSLATE_NOOP("FourPs", "Can't open the file [%1]");
-const QString kRatioTag = QStringLiteral("HGAlpha");
-const QString kThicknessTag = QStringLiteral("HGThick");
 
 bool stderrIsTerminal()
 {
@@ -61,39 +61,6 @@ public:
 private:
     bool m_shown;
 };
-
-QStringList outputPaths(const QString &resultPath, bool images)
-{
-    QStringList paths = {resultPath, BinCounts::pathBeside(resultPath, kRatioTag),
-                         BinCounts::pathBeside(resultPath, kThicknessTag)};
-    return images ? paths + imagePaths(resultPath) : paths;
-}
-
-QStringList inputPaths(const QString &sessionPath, const SessionTexts &texts)
-{
-    QStringList paths = {sessionPath, texts.target.file};
-    for (const ReferenceTexts &reference : texts.references) {
-        paths.append(reference.file);
-    }
-    for (const PointTexts &point : texts.points) {
-        paths.append(point.file);
-    }
-    paths.removeAll(QString());
-    return paths;
-}
-
-/// The first output that would overwrite an input; empty when there is none.
-QString overwrittenInput(const QStringList &outputs, const QStringList &inputs)
-{
-    for (const QString &output : outputs) {
-        for (const QString &input : inputs) {
-            if (realPath(output) == realPath(input)) {
-                return input;
-            }
-        }
-    }
-    return QString();
-}
 
 /// Whether a path names a standard stream that leads to a file: result and messages would
 /// overwrite each other there. (Into a pipe or a terminal they go one after the other.)
@@ -180,8 +147,12 @@ ExitStatus runSession(const CommandLine &commandLine)
         return WrongUsage;
     }
     if (!resultPath.isEmpty()) {
-        QStringList outputs = outputPaths(resultPath, commandLine.images);
-        const QString input = overwrittenInput(outputs, inputPaths(commandLine.sessionPath, texts));
+        QStringList outputs = resultPaths(resultPath);
+        if (commandLine.images) {
+            outputs += imagePaths(resultPath);
+        }
+        const QStringList inputs = inputPaths(session.state) + QStringList(commandLine.sessionPath);
+        const QString input = overwrittenInput(outputs, inputs);
         if (!input.isEmpty()) {
             complain(QStringLiteral("the result file %1 would overwrite the input %2")
                          .arg(resultPath, input));
@@ -191,8 +162,11 @@ ExitStatus runSession(const CommandLine &commandLine)
             complain(QStringLiteral("the result file %1 is where the messages go").arg(resultPath));
             return WrongUsage;
         }
-        if (outputs.removeDuplicates() > 0) { // the histograms of a result named .png
-            complain(QStringLiteral("with --images the result file %1 must not end in .png")
+        // The histograms of a result named .png, or one output that is a link to another.
+        std::transform(outputs.begin(), outputs.end(), outputs.begin(), realPath);
+        if (outputs.removeDuplicates() > 0) {
+            complain(QStringLiteral("the result file %1 and those written beside it must be "
+                                    "different files (with --images it must not end in .png)")
                          .arg(resultPath));
             return WrongUsage;
         }

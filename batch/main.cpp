@@ -6,6 +6,7 @@
 #include <QLoggingCategory>
 #include <QTextCodec>
 
+#include <csignal>
 #include <cstdio>
 #include <memory>
 #include <new>
@@ -76,6 +77,9 @@ int run(int argc, char **argv)
 
 int main(int argc, char **argv)
 {
+#ifdef Q_OS_UNIX
+    std::signal(SIGPIPE, SIG_IGN); // a reader that went is a failed write, with its status
+#endif
     try {
         return run(argc, argv);
     } catch (const std::bad_alloc &) {

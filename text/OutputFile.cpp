@@ -4,6 +4,15 @@
 #include <QFileInfo>
 #include <QSaveFile>
 
+#ifdef Q_OS_UNIX
+#include <cerrno>
+#include <chrono>
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <thread>
+#include <unistd.h>
+#endif
+
 namespace orvel {
 namespace {
 
@@ -22,6 +31,40 @@ bool mustBeWrittenInPlace(const QString &path)
     return target.isWritable() && !folder.isWritable();
 }
 
+#ifdef Q_OS_UNIX
+bool isPipe(const QString &path)
+{
+    struct stat info = {};
+    return stat(QFile::encodeName(path).constData(), &info) == 0 && S_ISFIFO(info.st_mode);
+}
+
+/// A pipe opens when it has a reader, who may come a little late; but none may ever come.
+bool openPipe(QFile &file)
+{
+    constexpr std::chrono::seconds kPatience(2);
+    const auto end = std::chrono::steady_clock::now() + kPatience;
+    const QByteArray name = QFile::encodeName(file.fileName());
+    int descriptor = -1;
+    for (;;) {
+        descriptor = ::open(name.constData(), O_WRONLY | O_NONBLOCK | O_CLOEXEC);
+        if (descriptor >= 0 || errno != ENXIO || std::chrono::steady_clock::now() > end) {
+            break;
+        }
+        std::this_thread::sleep_for(std::chrono::milliseconds(20));
+    }
+    if (descriptor < 0) {
+        return false;
+    }
+    const int flags = fcntl(descriptor, F_GETFL);
+    const bool waits = flags != -1 && fcntl(descriptor, F_SETFL, flags & ~O_NONBLOCK) != -1;
+    if (!waits || !file.open(descriptor, QIODevice::WriteOnly, QFileDevice::AutoCloseHandle)) {
+        ::close(descriptor);
+        return false;
+    }
+    return true;
+}
+#endif
+
 } // namespace
 
 QString realPath(const QString &path)
@@ -34,19 +77,41 @@ QString realPath(const QString &path)
     return (folder.isEmpty() ? info.absolutePath() : folder) + QLatin1Char('/') + info.fileName();
 }
 
+bool isSameFile(const QString &path, const QString &other)
+{
+    if (realPath(path) == realPath(other)) {
+        return true;
+    }
+#ifdef Q_OS_UNIX
+    struct stat one = {};
+    struct stat two = {};
+    return stat(QFile::encodeName(path).constData(), &one) == 0 &&
+           stat(QFile::encodeName(other).constData(), &two) == 0 && one.st_dev == two.st_dev &&
+           one.st_ino == two.st_ino;
+#else
+    return QFileInfo::exists(path) && QFileInfo(path) == QFileInfo(other);
+#endif
+}
+
 OutputFile::OutputFile(const QString &path) : m_path(path) {}
 
 OutputFile::~OutputFile() = default; // an uncommitted QSaveFile removes its temporary file
 
 bool OutputFile::open()
 {
-    if (mustBeWrittenInPlace(m_path)) {
-        m_device = std::make_unique<QFile>(m_path);
-    } else {
-        m_device = std::make_unique<QSaveFile>(m_path);
-    }
     m_block.reserve(kBlock);
-    m_failed = !m_device->open(QIODevice::WriteOnly);
+    if (!mustBeWrittenInPlace(m_path)) {
+        m_device = std::make_unique<QSaveFile>(m_path);
+        m_failed = !m_device->open(QIODevice::WriteOnly);
+        return !m_failed;
+    }
+    auto file = std::make_unique<QFile>(m_path);
+#ifdef Q_OS_UNIX
+    m_failed = isPipe(m_path) ? !openPipe(*file) : !file->open(QIODevice::WriteOnly);
+#else
+    m_failed = !file->open(QIODevice::WriteOnly);
+#endif
+    m_device = std::move(file);
     return !m_failed;
 }
 

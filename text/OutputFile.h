@@ -11,10 +11,14 @@ namespace orvel {
 /// not exist yet; two paths of one file give the same text.
 QString realPath(const QString &path);
 
+/// Whether writing to a path would change the file that another path leads to: links of either kind
+/// followed. False while one of them does not exist, unless the paths lead to one place.
+bool isSameFile(const QString &path, const QString &other);
+
 /// A file that is either written whole or not at all: until commit() succeeds, an older file of
 /// that name stays as it was. Two kinds of target cannot be replaced by renaming and are opened
 /// and written directly: what exists and is no regular file (a pipe, /dev/stdout), and a writable
-/// file in a folder that is not.
+/// file in a folder that is not. A pipe that nobody reads within two seconds cannot be opened.
 ///
 /// Writes are collected in blocks; nothing is reported before commit().
 class OutputFile {

@@ -2,20 +2,19 @@
 // are in the "C" locale with blanks and Japanese letters in their paths.
 
 #include "tests/TestFiles.h"
+#include "tests/batch/Program.h"
 
 #include <QCryptographicHash>
 #include <QDir>
 #include <QImage>
 #include <QMap>
-#include <QProcess>
 #include <QTextCodec>
 #include <QtTest>
 
 #include <cmath>
-#include <csignal>
 
-#include <sys/resource.h>
 #include <sys/stat.h>
+#include <unistd.h>
 
 namespace {
 
@@ -128,27 +127,6 @@ QByteArray mapAt(int row, const Pixels &pixels, bool victoreen)
     return text;
 }
 
-struct Run {
-    int status = -1; ///< -1: it did not start or did not end by itself
-    QString out;
-    QString err;
-};
-
-class Program : public QProcess {
-public:
-    rlim_t mostBytes = RLIM_INFINITY; ///< in any file it writes: a full disk
-
-protected:
-    void setupChildProcess() override
-    {
-        const rlimit limit = {mostBytes, RLIM_INFINITY};
-        if (mostBytes != RLIM_INFINITY) {
-            signal(SIGXFSZ, SIG_IGN);
-            setrlimit(RLIMIT_FSIZE, &limit);
-        }
-    }
-};
-
 } // namespace
 
 Q_DECLARE_METATYPE(Pixel)
@@ -181,12 +159,11 @@ private:
     QByteArray read(const QString &name) const { return m_files->read(kFolder + name); }
     void writeMaps(const Pixels &pixels, bool victoreen) const;
     QString session(const QString &changes = QString()) const;
-    Run run(const QStringList &arguments) const
+    static Run run(const QStringList &arguments)
     {
         Program program;
-        return run(program, arguments);
+        return program.run(arguments);
     }
-    Run run(Program &program, const QStringList &arguments) const;
     QStringList filesAndSums() const;
 
     std::unique_ptr<TestFiles> m_files; // new ones for every row
@@ -231,25 +208,6 @@ QString BatchTest::session(const QString &changes) const
                 QString(value.value()).replace('~', ' ') + '\n';
     }
     return write("解析 s.ini", text.toUtf8());
-}
-
-Run BatchTest::run(Program &program, const QStringList &arguments) const
-{
-    if (program.workingDirectory().isEmpty()) {
-        program.setWorkingDirectory("/"); // not where the session is
-    }
-    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
-    environment.insert("LC_ALL", "C");
-    program.setProcessEnvironment(environment);
-    program.start(ORVEL_BATCH, arguments);
-    Run result;
-    if (program.waitForFinished(60000) && program.exitStatus() == QProcess::NormalExit) {
-        result.status = program.exitCode();
-    }
-    program.kill();
-    result.out = QString::fromUtf8(program.readAllStandardOutput());
-    result.err = QString::fromUtf8(program.readAllStandardError());
-    return result;
 }
 
 QStringList BatchTest::filesAndSums() const
@@ -339,7 +297,7 @@ void BatchTest::resultPathOfTheCommandLine()
     const QStringList before = filesAndSums();
     Program program;
     program.setWorkingDirectory(path("sub"));
-    QCOMPARE(run(program, {"--threads", "2", "--result", "../sub/結 x.dat", "--", file}).status, 0);
+    QCOMPARE(program.run({"--threads", "2", "--result", "../sub/結 x.dat", "--", file}).status, 0);
     QCOMPARE(filesAndSums(), before); // no r.dat
     QCOMPARE(QDir(path("sub")).entryList(QDir::Files),
              (QStringList{"結 x.dat", "結 x_HGAlpha.dat", "結 x_HGThick.dat"}));
@@ -435,7 +393,10 @@ void BatchTest::leavesEveryFileAlone_data()
     row("--result /here/b.dat S", 2, missing); // through a linked folder
     for (const char *inputs :
          {"sub/../t.dat", "m3.txt", "解析~s.ini", "here/b.dat", "b.dat Ref2/XafsFS=link.dat",
-          "new.txt Ref3/XafsFS=sub/new_HGAlpha.txt"}) { // beside a link's future file
+          "new.txt Ref3/XafsFS=sub/new_HGAlpha.txt", // beside a link's future file
+          "hard.dat", "x.dat Ref3/XafsFS=x2.dat",    // further names of the file itself
+          "new.dat View/DispFiles=new_HGAlpha.dat",  // measured too, though only shown
+          "two.dat"}) {                              // whose histogram is a link to it
         row("S", 2, missing + kNoRange + " Output/SaveFSelect=" + inputs);
     }
 }
@@ -447,9 +408,16 @@ void BatchTest::leavesEveryFileAlone()
     QFETCH(int, status);
     QVERIFY(QFile::link("b.dat", path("link.dat")) && QFile::link(".", path("here")));
     QVERIFY(QFile::link("sub/new.txt", path("new.txt")));
-    for (const char *input : {"r_Valence.png", "sub/new_HGAlpha.txt"}) {
+    QVERIFY(QFile::link("two.dat", path("two_HGThick.dat")));
+    for (const char *input :
+         {"r_Valence.png", "sub/new_HGAlpha.txt", "new_HGAlpha.dat", "x_HGThick.dat"}) {
         write(input, spectrum(1, 1, 1, 1));
     }
+    const auto linkHard = [this](const char *file, const char *name) {
+        return link(QFile::encodeName(path(file)).constData(),
+                    QFile::encodeName(path(name)).constData()) == 0;
+    };
+    QVERIFY(linkHard("b.dat", "hard.dat") && linkHard("x_HGThick.dat", "x2.dat"));
     QStringList words = arguments.split(' ', Qt::SkipEmptyParts);
     for (QString &word : words) {
         word = word == "S"            ? session(changes)
@@ -505,7 +473,7 @@ void BatchTest::keepsWhatItCannotReplace()
     Program program;
     program.mostBytes = tag == QLatin1String("full disk") ? 1500 : RLIM_INFINITY;
     const bool images = lost.endsWith(".png");
-    const Run result = run(program, images ? QStringList{"--images", file} : QStringList{file});
+    const Run result = program.run(images ? QStringList{"--images", file} : QStringList{file});
     QCOMPARE(result.out, outputOf({k3ps, kLcf, "Can't open the file [" + path(lost) + ']'}));
     QCOMPARE(result.status, 4);
     QCOMPARE(others(), before); // and nothing is left behind

@@ -1,0 +1,45 @@
+#include "session/ResultPaths.h"
+
+#include "analysis/BinCounts.h"
+#include "session/SessionTexts.h"
+#include "text/OutputFile.h"
+
+namespace orvel {
+
+const QString kRatioTag = QStringLiteral("HGAlpha");
+const QString kThicknessTag = QStringLiteral("HGThick");
+
+QStringList resultPaths(const QString &resultPath)
+{
+    return {resultPath, BinCounts::pathBeside(resultPath, kRatioTag),
+            BinCounts::pathBeside(resultPath, kThicknessTag)};
+}
+
+QStringList inputPaths(const PanelState &state)
+{
+    const SessionTexts &texts = state.texts;
+    QStringList paths = state.view.displayFiles;
+    paths.append(texts.target.file);
+    for (const ReferenceTexts &reference : texts.references) {
+        paths.append(reference.file);
+    }
+    for (const PointTexts &point : texts.points) {
+        paths.append(point.file);
+    }
+    paths.removeAll(QString());
+    return paths;
+}
+
+QString overwrittenInput(const QStringList &outputs, const QStringList &inputs)
+{
+    for (const QString &output : outputs) {
+        for (const QString &input : inputs) {
+            if (isSameFile(output, input)) {
+                return input;
+            }
+        }
+    }
+    return QString();
+}
+
+} // namespace orvel
