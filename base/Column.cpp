@@ -77,7 +77,10 @@ void ColumnPool::give(Column column)
     if (!m_kept.empty() && m_kept.back().size() != column.size()) {
         m_kept.clear();
     }
-    m_kept.push_back(std::move(column));
+    try {
+        m_kept.push_back(std::move(column));
+    } catch (const std::bad_alloc &) { // no room to keep it: it is freed
+    }
 }
 
 } // namespace orvel

@@ -2,6 +2,7 @@
 
 #include "analysis/Calculations.h"
 #include "display/Pictures.h"
+#include "session/ResultPaths.h"
 #include "session/SessionTexts.h"
 #include "text/OutputFile.h"
 
@@ -9,6 +10,7 @@
 #include <QCoreApplication>
 
 #include <array>
+#include <new>
 
 namespace orvel {
 namespace {
@@ -30,9 +32,6 @@ const char *titleOf(Quantity quantity)
 
 constexpr const char *kThickness = QT_TRANSLATE_NOOP("FourPs", "Thick.");
 constexpr const char *kNumber = QT_TRANSLATE_NOOP("FourPs", "Num.");
-
-const QString kValenceTag = QStringLiteral("HGAlpha");
-const QString kAmountTag = QStringLiteral("HGThick");
 
 QString worded(const char *text)
 {
@@ -121,7 +120,7 @@ bool writePng(const QString &path, const QImage &image)
 
 QStringList imagePaths(const QString &resultPath)
 {
-    QStringList paths = {pathOf(resultPath, kValenceTag), pathOf(resultPath, kAmountTag)};
+    QStringList paths = {pathOf(resultPath, kRatioTag), pathOf(resultPath, kThicknessTag)};
     for (int q = 0; q < kQuantities; ++q) {
         paths.append(pathOf(resultPath, quantityAt(q)));
     }
@@ -132,23 +131,29 @@ QStringList writeImages(const QString &resultPath, const MapOutcome &outcome,
                         const AnalysisInput &input)
 {
     QStringList lost;
-    const auto put = [&lost](const QString &path, const QImage &image) {
-        if (!writePng(path, image)) {
-            lost.append(path);
+    const auto put = [&lost](const QString &path, const auto &picture) {
+        try {
+            if (writePng(path, picture())) {
+                return;
+            }
+        } catch (const std::bad_alloc &) { // the other files are written all the same
         }
+        lost.append(path);
     };
     for (int q = 0; q < kQuantities; ++q) {
         const Quantity quantity = quantityAt(q);
         if (isWorthAPicture(outcome, input, quantity)) {
-            put(pathOf(resultPath, quantity), mapImage(*outcome.maps, quantity));
+            put(pathOf(resultPath, quantity), [&] { return mapImage(*outcome.maps, quantity); });
         }
     }
     const char *const valence = titleOf(Quantity::Valence);
-    put(pathOf(resultPath, kValenceTag),
-        histogramImage(valence, valence, outcome.valenceCounts, outcome.valenceHistogram));
-    put(pathOf(resultPath, kAmountTag),
-        histogramImage(titleOf(Quantity::Amount), kThickness, outcome.amountCounts,
-                       outcome.amountHistogram));
+    put(pathOf(resultPath, kRatioTag), [&] {
+        return histogramImage(valence, valence, outcome.valenceCounts, outcome.valenceHistogram);
+    });
+    put(pathOf(resultPath, kThicknessTag), [&] {
+        return histogramImage(titleOf(Quantity::Amount), kThickness, outcome.amountCounts,
+                              outcome.amountHistogram);
+    });
     return lost;
 }
 

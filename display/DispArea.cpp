@@ -6,6 +6,8 @@
 #include <QMouseEvent>
 #include <QWheelEvent>
 
+#include <new>
+
 namespace {
 
 constexpr int kNoModifier = 0;
@@ -44,7 +46,11 @@ void DispArea::paintEvent(QPaintEvent * /*event*/)
     if (!m_isRangeSet) {
         m_coord.setRange(0, 0, 1, 1);
     }
-    emit draw(&painter);
+    try {
+        emit draw(&painter);
+    } catch (const std::bad_alloc &) { // may not pass through the event loop
+        qWarning("there is not enough memory to paint a plot");
+    }
 }
 
 /// On a small surface a twentieth of the frame and a tenth of the width hold no readable number:

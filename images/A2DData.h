@@ -40,6 +40,8 @@ public:
     orvel::ReadFailure loadFailure() const { return m_loadFailure; }
 
 private:
+    template <class Load> bool loadIfThereIsMemory(Load load);
+
     std::shared_ptr<const orvel::ImageData> m_image;
     orvel::ReadFailure m_loadFailure = orvel::ReadFailure::None;
 };

@@ -9,6 +9,7 @@
 #include <QFileInfo>
 
 #include <cmath>
+#include <new>
 
 using orvel::itemsOf;
 using orvel::ReadFailure;
@@ -102,7 +103,11 @@ bool AMutE::readFile(const QString &path)
     }
     m_filePath = path;
     m_fileName = info.fileName();
-    return is9809(path) ? read9809(path) : readColumns(path);
+    try {
+        return is9809(path) ? read9809(path) : readColumns(path);
+    } catch (const std::bad_alloc &) {
+        return readingDone(false, ReadFailure::NotEnoughMemory);
+    }
 }
 
 bool AMutE::is9809(const QString &path) const

@@ -25,6 +25,8 @@ QString describe(ReadFailure failure)
         return QStringLiteral("it holds no pixel");
     case ReadFailure::GridTooLarge:
         return QStringLiteral("its header promises more pixels than it holds or than can be taken");
+    case ReadFailure::NotEnoughMemory:
+        return QStringLiteral("there is not enough memory for it");
     case ReadFailure::NotProcessed:
         return QStringLiteral("its header is not that of a processed map");
     }

@@ -16,6 +16,7 @@ enum class ReadFailure {
     NoGrid,       ///< a map whose width or height is not given, or below 1
     NoPixel,      ///< a map without a single data line
     GridTooLarge, ///< more pixels than a map may have, or far more than the file holds
+    NotEnoughMemory,
     NotProcessed, ///< not a processed map: its header is missing or damaged
 };
 

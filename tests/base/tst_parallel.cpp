@@ -1,0 +1,67 @@
+#include "base/Parallel.h"
+
+#include <QtTest>
+
+#include <atomic>
+#include <new>
+
+using orvel::inParallel;
+
+class ParallelTest : public QObject {
+    Q_OBJECT
+
+private slots:
+    void everyItemOnce();
+    void exceptionsComeBack_data();
+    void exceptionsComeBack();
+};
+
+void ParallelTest::everyItemOnce()
+{
+    for (const int threads : {-1, 1, 2, 3, 7, 100}) {
+        for (const std::size_t n : {0, 1, 2, 7, 1000}) {
+            for (const std::size_t grain : {0, 1, 3, 5000}) {
+                std::vector<int> visits(n, 0); // parts share no item: no lock
+                inParallel(n, grain, threads, [&visits](std::size_t begin, std::size_t end) {
+                    for (std::size_t i = begin; i < end; ++i) {
+                        ++visits[i];
+                    }
+                });
+                QCOMPARE(std::count(visits.begin(), visits.end(), 1), static_cast<long>(n));
+            }
+        }
+    }
+}
+
+void ParallelTest::exceptionsComeBack_data()
+{
+    QTest::addColumn<int>("from"); // item whose part throws
+    QTest::addColumn<int>("to");
+    QTest::newRow("this thread's, the last") << 29 << 29;
+    QTest::newRow("another's") << 0 << 0;
+    QTest::newRow("all") << 0 << 29;
+}
+
+/// Memory that one part does not get must not end the program.
+void ParallelTest::exceptionsComeBack()
+{
+    QFETCH(int, from);
+    QFETCH(int, to);
+    std::atomic<int> parts = 0;
+    int caught = 0;
+    try {
+        inParallel(30, 10, 3, [&](std::size_t begin, std::size_t end) {
+            ++parts;
+            if (static_cast<int>(begin) <= to && static_cast<int>(end) > from) {
+                throw std::bad_alloc();
+            }
+        });
+    } catch (const std::bad_alloc &) {
+        ++caught;
+    }
+    QCOMPARE(caught, 1);
+    QCOMPARE(parts.load(), 3); // the others were not given up
+}
+
+QTEST_APPLESS_MAIN(ParallelTest)
+#include "tst_parallel.moc"
