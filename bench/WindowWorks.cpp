@@ -9,6 +9,7 @@
 #include "images/AEPoint.h"
 #include "images/TDData0.h"
 #include "panel/FourPs.h"
+#include "panel/plots/ComparisonPlot.h"
 #include "spectra/AFileSelect.h"
 
 #include <QAbstractEventDispatcher>
@@ -18,6 +19,7 @@
 #include <QFile>
 #include <QLineEdit>
 #include <QMouseEvent>
+#include <QSet>
 
 #include <cmath>
 #include <stdexcept>
@@ -273,6 +275,69 @@ private:
     int m_runs = 0;
 };
 
+/// A hundred thousand runs in "LCF vs MPS", painted alone: at another zoom, or with one more run.
+template <bool IsZoomed> class PaintComparison : public Work {
+public:
+    void prepare(Inputs & /*inputs*/) override
+    {
+        m_panel = std::make_unique<DispABase>();
+        m_panel->resize(300, 250);
+        QObject::connect(m_panel.get(), &DispABase::draw, m_panel.get(), [this](QStylePainter *p) {
+            m_plot.draw(p, *m_panel, {}, {}, 1.8, 3.2, m_colours);
+        });
+        for (int i = 0; i < kRuns; ++i) {
+            add();
+        }
+        m_panel->show();
+        becomeIdle();
+    }
+
+    void ready() override
+    {
+        if (IsZoomed) {
+            m_panel->coord()->setXRange(1.8, 3.2 + 0.001 * (m_runs++ % 2));
+        } else {
+            add();
+        }
+    }
+
+    void run() override { m_panel->area()->repaint(); }
+
+    QString check() const override
+    {
+        const QImage image = m_panel->area()->grab().toImage();
+        QSet<QRgb> seen;
+        for (int y = 0; y < image.height(); ++y) {
+            for (int x = 0; x < image.width(); ++x) {
+                seen.insert(image.pixel(x, y));
+            }
+        }
+        for (int i = 0; i < kColours; ++i) {
+            if (!seen.contains(m_colours.colour(i).rgb())) {
+                return QStringLiteral("no dot of colour %1").arg(i);
+            }
+        }
+        return {};
+    }
+
+private:
+    static constexpr int kRuns = 100000;
+    static constexpr int kColours = 8;
+
+    void add() // all over the plot, their colours in steps
+    {
+        const double x = 2.0 + std::fmod(m_added * 0.618033988749895, 1.0);
+        const double y = 2.0 + std::fmod(m_added * 0.754877666246693, 1.0);
+        m_plot.add({0.5, y, 0.5, x, m_added++ % kColours});
+    }
+
+    CColors m_colours;
+    ComparisonPlot m_plot;
+    std::unique_ptr<DispABase> m_panel;
+    int m_added = 0;
+    int m_runs = 0;
+};
+
 /// One frame while an energy is dragged in "Muts", among five spectra of 2000 points.
 class DragEnergy : public WindowWork {
 public:
@@ -402,6 +467,16 @@ std::unique_ptr<Work> makePaintScatter()
 std::unique_ptr<Work> makePaintScatterAgain()
 {
     return std::make_unique<PaintScatter<false>>();
+}
+
+std::unique_ptr<Work> makePaintComparison()
+{
+    return std::make_unique<PaintComparison<true>>();
+}
+
+std::unique_ptr<Work> makePaintComparisonAgain()
+{
+    return std::make_unique<PaintComparison<false>>();
 }
 
 std::unique_ptr<Work> makeDragEnergy()

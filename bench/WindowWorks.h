@@ -18,6 +18,8 @@ std::unique_ptr<Work> makeWindowClick();
 std::unique_ptr<Work> makePaintScatter();
 std::unique_ptr<Work> makePaintScatterAgain();
 /// A frame of a drag in the graph of all spectra, everything shown.
+std::unique_ptr<Work> makePaintComparison();
+std::unique_ptr<Work> makePaintComparisonAgain();
 std::unique_ptr<Work> makeDragEnergy();
 
 /// From nothing to the first paint: the main window, and one of as many plain widgets in the same

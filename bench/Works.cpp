@@ -28,6 +28,8 @@ const std::vector<NamedWork> &works()
         {"window-click", makeWindowClick},
         {"paint-scatter", makePaintScatter},
         {"paint-scatter-again", makePaintScatterAgain},
+        {"paint-comparison", makePaintComparison},
+        {"paint-comparison-again", makePaintComparisonAgain},
         {"drag-energy", makeDragEnergy},
         {"window-start", makeWindowStart},
         {"window-empty", makeWindowEmpty},

@@ -8,6 +8,7 @@
 #include "panel/PointHeader.h"
 #include "panel/TabOrder.h"
 #include "panel/ToolTips.h"
+#include "session/ResultPaths.h"
 #include "spectra/ARefFile.h"
 #include "spectra/AXafsFileSelect.h"
 #include "ui_FourPs.h"
@@ -265,6 +266,12 @@ void FourPs::connectInputs()
     });
     connect(m_ui->DispFSelect, &AFileSelect::newDir, this, &FourPs::receiveNewDir);
     connect(m_ui->SaveFSelect, &AFileSelect::newDir, this, &FourPs::receiveNewDir);
+    // Whatever an input is called, and whatever the result is to be called.
+    for (const AFileSelect *selector : findChildren<AFileSelect *>()) {
+        connect(selector, &AFileSelect::selectedFile, this, &FourPs::warnOfOverwriting);
+    }
+    connect(m_ui->SaveFSelect->nameEdit(), &QLineEdit::textChanged, this,
+            &FourPs::warnOfOverwriting);
     connect(m_ui->RemoveAFile, &QPushButton::clicked, this, &FourPs::removeAFile);
 
     for (AEPoint *row : m_points) {
@@ -620,7 +627,37 @@ void FourPs::loadDisplaySpectra()
         }
     }
     m_ui->Disps->panel(Displays::DMuts)->clearScale();
+    warnOfOverwriting();
     updatePlots();
+}
+
+/// Every file that is read, those that are shown alone too.
+QStringList FourPs::inputPaths() const
+{
+    QStringList paths = {m_ui->TargetFile->path()};
+    for (const ARefFile *row : m_references) {
+        paths.append(row->selector()->path());
+    }
+    for (const AEPoint *row : m_points) {
+        paths.append(row->fileSelect()->path());
+    }
+    for (int i = 0; i < m_ui->SelectedFs->count(); ++i) {
+        paths.append(m_ui->SelectedFs->item(i)->text());
+    }
+    paths.removeAll(QString());
+    return paths;
+}
+
+/// Nothing asks before a file is overwritten: a warning at its name, beforehand, where that file
+/// is an input.
+void FourPs::warnOfOverwriting()
+{
+    const QString result = m_ui->SaveFSelect->text();
+    const QString input = result.isEmpty()
+                              ? QString()
+                              : orvel::overwrittenInput(orvel::resultPaths(result), inputPaths());
+    m_ui->SaveFSelect->showProblem(
+        input.isEmpty() ? QString() : tr("Writing replaces the input %1").arg(input));
 }
 
 /// Every used row with its energy is a line in the graph of all spectra.

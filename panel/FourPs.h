@@ -105,6 +105,8 @@ private:
     void fitFields();
     void shareWidth();
     void makeHints();
+    QStringList inputPaths() const;
+    void warnOfOverwriting();
     void enableWhatCounts();
     void connectInputs();
     void connectRuns();
@@ -185,7 +187,7 @@ private:
     std::optional<QPoint> m_markedPixel;
     double m_targetA = 0.0;
     double m_targetValence = 0.0;
-    std::vector<orvel::ComparisonPoint> m_comparison; ///< LCF against the maps' methods
+    orvel::ComparisonPlot m_comparison; ///< LCF against the maps' methods
     int m_comparisonColour = 0;
     std::optional<AMutE> m_fittedCurve;
 

@@ -262,8 +262,8 @@ void FourPs::drawComparison(DispABase *dab, QStylePainter *p)
             valences[found++] = row->valence();
         }
     }
-    orvel::drawComparisonPlot(p, *dab, tr("LCF"), QStringLiteral("MPs"), m_comparison,
-                              valences[0] - 0.2, valences[1] + 0.2, m_colours);
+    m_comparison.draw(p, *dab, tr("LCF"), QStringLiteral("MPs"), valences[0] - 0.2,
+                      valences[1] + 0.2, m_colours);
 }
 
 void FourPs::drawAmounts(DispABase *dab, QStylePainter *p)

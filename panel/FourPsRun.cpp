@@ -5,6 +5,7 @@
 #include "display/DispMBase.h"
 #include "display/Histgram.h"
 #include "session/MessageText.h"
+#include "session/ResultPaths.h"
 #include "session/SessionFile.h"
 #include "spectra/ARefFile.h"
 #include "spectra/AXafsFileSelect.h"
@@ -14,6 +15,8 @@
 #include <QFileInfo>
 #include <QMessageBox>
 #include <QToolTip>
+
+#include <new>
 
 using orvel::kQuantities;
 
@@ -100,10 +103,14 @@ void FourPs::lcf()
 void FourPs::runMap(const orvel::AnalysisInput &input)
 {
     const WaitCursor wait;
-    const orvel::MapOutcome outcome = calculateMap(input, {0, m_pool}, &m_memory);
-    writeLines(outcome.messages);
-    if (outcome.maps) {
-        showResults(outcome);
+    try {
+        const orvel::MapOutcome outcome = calculateMap(input, {0, m_pool}, &m_memory);
+        writeLines(outcome.messages);
+        if (outcome.maps) {
+            showResults(outcome);
+        }
+    } catch (const std::bad_alloc &) {
+        writeMessage(tr("There is not enough memory for these maps"));
     }
 }
 
@@ -197,8 +204,8 @@ void FourPs::runLcf(const orvel::AnalysisInput &input)
         return;
     }
     showText(m_ui->LCFRes, orvel::textOf(outcome.resultField));
-    m_comparison.push_back({m_targetA, m_targetValence, outcome.result->ratios.front(),
-                            outcome.result->valence, m_comparisonColour});
+    m_comparison.add({m_targetA, m_targetValence, outcome.result->ratios.front(),
+                      outcome.result->valence, m_comparisonColour});
     m_fittedCurve = outcome.result->curve;
     m_ui->Disps->panel(Displays::DMuts)->updateSurface();
     m_ui->Disps->panel(Displays::DLCFvsMPS)->updateSurface();
@@ -247,8 +254,8 @@ void FourPs::writeResults()
         writeMessage(tr("Can't open the file [%1]").arg(path));
         return;
     }
-    m_valenceHistogram->write(path, QStringLiteral("HGAlpha"));
-    m_amountHistogram->write(path, QStringLiteral("HGThick"));
+    m_valenceHistogram->write(path, orvel::kRatioTag);
+    m_amountHistogram->write(path, orvel::kThicknessTag);
     // In passing: the message box is for what needs attention.
     QToolTip::showText(m_ui->WriteB->mapToGlobal(QPoint(0, 0)),
                        tr("Written: %1").arg(QFileInfo(path).absoluteFilePath()), m_ui->WriteB);

@@ -105,6 +105,11 @@ void AFileSelect::setText(const QString &text)
     showName(text);
 }
 
+QLineEdit *AFileSelect::nameEdit() const
+{
+    return m_ui->FileName;
+}
+
 QLineEdit *AFileSelect::deEdit() const
 {
     return m_ui->DE;

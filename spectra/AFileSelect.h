@@ -41,7 +41,8 @@ public:
     QString dir() const { return m_dir; }           ///< of the last choice
     QString text() const;                           ///< of the name field
     void setText(const QString &text);              ///< as if typed
-    QLineEdit *deEdit() const;                      ///< energy shift [eV]
+    QLineEdit *nameEdit() const;
+    QLineEdit *deEdit() const; ///< energy shift [eV]
     double enteredDE() const;
     /// The dialog, made at its first use.
     QFileDialog *dialog();

@@ -1,8 +1,12 @@
 #pragma once
 
+#include <QImage>
+
+#include <array>
 #include <vector>
 
 class CColors;
+class ChCoord;
 class DispABase;
 class QString;
 class QStylePainter;
@@ -18,10 +22,25 @@ struct ComparisonPoint {
     int colour; ///< index in the plot's colours
 };
 
-/// Valences by both methods against each other, with the line where they are equal.
-/// low, high  the range of both axes
-void drawComparisonPlot(QStylePainter *p, DispABase &dab, const QString &xTitle,
-                        const QString &yTitle, const std::vector<ComparisonPoint> &points,
-                        double low, double high, const CColors &colours);
+/// The list of runs, and valences by both methods against each other with the line where they are
+/// equal. Every calculation adds a run, over days some hundred thousand: dots are rasterised into a
+/// picture that is kept until coordinates or size change, and new ones are added to it.
+class ComparisonPlot {
+public:
+    void add(const ComparisonPoint &point) { m_points.push_back(point); }
+    void clear();
+
+    /// low, high  the range of both axes
+    void draw(QStylePainter *p, DispABase &dab, const QString &xTitle, const QString &yTitle,
+              double low, double high, const CColors &colours);
+
+private:
+    void addDots(const ChCoord &coord, double devicePixelRatio, const CColors &colours);
+
+    std::vector<ComparisonPoint> m_points;
+    std::size_t m_pictured = 0;              ///< points that are in the picture
+    std::array<double, 7> m_picturedAt = {}; ///< coordinates and pixel ratio of the picture
+    QImage m_picture;                        ///< the dots alone
+};
 
 } // namespace orvel

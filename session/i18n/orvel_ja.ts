@@ -4,6 +4,14 @@
 <context>
     <name>FourPs</name>
     <message>
+        <source>There is not enough memory for these maps</source>
+        <translation>マップを計算するためのメモリが足りません</translation>
+    </message>
+    <message>
+        <source>Writing replaces the input %1</source>
+        <translation>書き込むと入力ファイル %1 が上書きされます</translation>
+    </message>
+    <message>
         <source>1. References: spectrum, valence, Use</source>
         <translation>1. 標準試料: スペクトル、価数、「使用」</translation>
     </message>

@@ -10,6 +10,7 @@
 
 #include <QtTest>
 
+#include <cmath>
 #include <functional>
 #include <limits>
 
@@ -55,6 +56,7 @@ public:
     /// Paints; pixels and coordinates are those of this painting from now on.
     void paint() { m_image = m_panel.area()->grab().toImage(); }
     DispABase &panel() { return m_panel; }
+    const QImage &image() const { return m_image; }
     const ChCoord &coord() const { return *m_panel.coord(); }
 
     QRgb at(double x, double y) const
@@ -109,6 +111,7 @@ private slots:
     void histogram();
     void comparison();
     void comparisonOfNothing();
+    void comparisonIsThatOfCircles();
     void scatter();
     void scatterIsKeptUntilItsValuesChange();
     void differencesOfImages();
@@ -141,11 +144,12 @@ void PlotsTest::histogram()
 void PlotsTest::comparison()
 {
     const CColors colours;
-    const std::vector<ComparisonPoint> points = {
-        {0.4, 2.6, 0.5, 2.2, 1}, {0.1, kNan, 0.1, 2.0, 2}, {0.1, 1e300, 0.1, -kInf, 2}};
-    Graph graph([&](QStylePainter *p, DispABase &dab) {
-        drawComparisonPlot(p, dab, {}, {}, points, 1.8, 3.2, colours);
-    });
+    ComparisonPlot plot;
+    plot.add({0.4, 2.6, 0.5, 2.2, 1});
+    plot.add({0.1, kNan, 0.1, 2.0, 2});
+    plot.add({0.1, 1e300, 0.1, -kInf, 2});
+    Graph graph(
+        [&](QStylePainter *p, DispABase &dab) { plot.draw(p, dab, {}, {}, 1.8, 3.2, colours); });
     graph.paint();
     QCOMPARE(graph.range(), QStringLiteral("1.8 3.2 1.8 3.2"));
     const QPoint at(static_cast<int>(graph.coord().sx(2.2)),
@@ -159,11 +163,63 @@ void PlotsTest::comparison()
 void PlotsTest::comparisonOfNothing()
 {
     const CColors colours;
-    Graph graph([&](QStylePainter *p, DispABase &dab) {
-        drawComparisonPlot(p, dab, {}, {}, {}, -0.2, 0.2, colours);
-    });
+    ComparisonPlot plot;
+    Graph graph(
+        [&](QStylePainter *p, DispABase &dab) { plot.draw(p, dab, {}, {}, -0.2, 0.2, colours); });
     graph.paint();
     QVERIFY(graph.frameIsWhite() && !graph.coord().hasContent());
+}
+
+/// The picture that is kept, added to, moved and cleared is what painting every circle gives.
+void PlotsTest::comparisonIsThatOfCircles()
+{
+    const CColors colours;
+    std::vector<ComparisonPoint> points;
+    ComparisonPlot plot;
+    Graph graph(
+        [&](QStylePainter *p, DispABase &dab) { plot.draw(p, dab, {}, {}, 0.0, 1.0, colours); });
+    Graph plain([&](QStylePainter *p, DispABase &dab) {
+        ComparisonPlot grid; // a dot far outside: all but the dots is painted
+        grid.add({0.0, 1e9, 0.0, 1e9, 0});
+        grid.draw(p, dab, {}, {}, 0.0, 1.0, colours);
+        const ChCoord &coord = *dab.coord();
+        for (const ComparisonPoint &point : points) {
+            const QPoint pixel(static_cast<int>(coord.sx(point.lcfValence)),
+                               static_cast<int>(coord.sy(point.valence)));
+            p->setPen(colours.colour(point.colour));
+            p->drawEllipse(QRect(pixel - QPoint(1, 1), pixel));
+            p->drawEllipse(QRect(pixel - QPoint(2, 2), pixel + QPoint(1, 1)));
+        }
+        dab.drawFrame(p, true);
+    });
+    const auto add = [&](int n) {
+        for (int i = 0; i < n; ++i) { // also at and beyond the borders
+            const auto k = static_cast<double>(points.size());
+            const ComparisonPoint point = {0, std::fmod(k * 0.61803, 1.4) - 0.2, 0,
+                                           std::fmod(k * 0.75488, 1.4) - 0.2,
+                                           static_cast<int>(points.size() / 7) % 40};
+            points.push_back(point);
+            plot.add(point);
+        }
+    };
+    const auto same = [&] {
+        graph.paint();
+        plain.paint();
+        return graph.image() == plain.image();
+    };
+    add(300);
+    QVERIFY(same());
+    QVERIFY(graph.isMarked(points[1].lcfValence, points[1].valence));
+    add(1);
+    QVERIFY(same());
+    for (Graph *each : {&graph, &plain}) {
+        each->panel().coord()->setRange(0.2, -0.1, 0.7, 2.5);
+    }
+    QVERIFY(same());
+    plot.clear();
+    points.clear();
+    add(300);
+    QVERIFY(same());
 }
 
 void PlotsTest::scatter()
