@@ -1,0 +1,484 @@
+// What disks, folders, links and other processes can do to the batch program: it ends by itself,
+// with a status and a reason, and what was there before is whole. Disks are mounted where only this
+// process and its children see them.
+
+#include "tests/TestFiles.h"
+#include "tests/batch/Program.h"
+
+#include <QDir>
+#include <QRandomGenerator>
+#include <QtTest>
+
+#include <atomic>
+#include <thread>
+
+#include <fcntl.h>
+#include <grp.h>
+#include <sched.h>
+#include <sys/mount.h>
+#include <sys/socket.h>
+#include <sys/stat.h>
+#include <sys/un.h>
+#include <unistd.h>
+
+namespace {
+
+constexpr uid_t kNobody = 65534;
+
+bool writeText(const char *path, const QByteArray &text)
+{
+    const int file = open(path, O_WRONLY | O_CLOEXEC);
+    const bool isWritten = file >= 0 && write(file, text.constData(), size_t(text.size())) > 0;
+    return file >= 0 && close(file) == 0 && isWritten;
+}
+
+/// Makes mounts of this process its own, as root or as an ordinary user. Why not; empty: done.
+/// Only while there is one thread.
+QString g_noMounts;
+QString ownMounts()
+{
+    const QByteArray user = QByteArray::number(getuid());
+    const QByteArray group = QByteArray::number(getgid());
+    if (unshare(CLONE_NEWNS) != 0) {
+        if (unshare(CLONE_NEWUSER | CLONE_NEWNS) != 0) {
+            return QStringLiteral("this system lets this user mount nothing: %1")
+                .arg(QLatin1String(strerror(errno)));
+        }
+        if (!writeText("/proc/self/setgroups", "deny") ||
+            !writeText("/proc/self/uid_map", user + ' ' + user + " 1") ||
+            !writeText("/proc/self/gid_map", group + ' ' + group + " 1")) {
+            return QStringLiteral("a user of its own cannot be set up");
+        }
+    }
+    if (mount("none", "/", nullptr, MS_REC | MS_PRIVATE, nullptr) != 0) {
+        return QStringLiteral("mounts cannot be kept from others");
+    }
+    return QString();
+}
+
+QByteArray encoded(const QString &path)
+{
+    return QFile::encodeName(path);
+}
+
+const QByteArray kSpectrum = "8000 0\n8100 0\n8200 0\n8345 0\n8350 0.5\n8355 1\n8460 1\n8560 1\n";
+
+/// A map that promises a square of pixels and holds one: small to read, large to write.
+QByteArray mapOf(int side)
+{
+    const QByteArray n = QByteArray::number(side);
+    return "# X-NUM " + n + "\n# Y-NUM " + n + "\n0 0 0.5 0\n";
+}
+
+const QStringList kResults = {"r.dat", "r_HGAlpha.dat", "r_HGThick.dat"};
+
+} // namespace
+
+class FaultsTest : public QObject {
+    Q_OBJECT
+
+private slots:
+    void init();
+    void cleanup();
+    void fullDisk_data();
+    void fullDisk();
+    void fullDiskForMessages();
+    void readOnlyFolder();
+    void readOnlyInputs();
+    void foldersOfOthers_data();
+    void foldersOfOthers();
+    void whatIsNoFile_data();
+    void whatIsNoFile();
+    void filesThatBecomePipes();
+    void killedWhileWriting_data();
+    void killedWhileWriting();
+    void pipes();
+
+private:
+    QString path(const QString &name) const { return m_files->path(name); }
+    QString session(const QByteArray &more = QByteArray()) const;
+    void makeDisk(const char *options);
+    QStringList oldResults() const;
+    QStringList resultsIn(const QString &folder) const;
+
+    std::unique_ptr<TestFiles> m_files;
+    QString m_disk; ///< a mount, empty: none
+};
+
+void FaultsTest::init()
+{
+    m_files = std::make_unique<TestFiles>();
+    m_files->write("a.dat", kSpectrum);
+    m_files->write("t.dat", kSpectrum);
+    m_files->write("m.txt", mapOf(1));
+}
+
+void FaultsTest::cleanup()
+{
+    if (!m_disk.isEmpty()) {
+        QCOMPARE(umount(encoded(m_disk).constData()), 0);
+        m_disk.clear();
+    }
+    m_files.reset();
+}
+
+/// Two references, three points, a result on the disk; later keys win.
+QString FaultsTest::session(const QByteArray &more) const
+{
+    QByteArray text = "[Session]\nVersion=1\n[Edge]\nEdgeE=8350\n[Target]\nTargetFile=t.dat\n"
+                      "[Output]\nSaveFSelect=disk/r.dat\n";
+    for (const char *n : {"1", "2"}) {
+        text += QByteArray("[Ref") + n + "]\nUseCB=true\nXafsFS=a.dat\nValence=" + n + "\n";
+    }
+    for (const char *n : {"1", "2", "3"}) {
+        text += QByteArray("[Point") + n +
+                "]\nUseCB=true\nLCFCB=true\nFileSelect=m.txt\nEnergy=83" + n + "0\n";
+    }
+    return m_files->write("s.ini", text + "[Point2]\nVPointCB=true\n" + more);
+}
+
+/// The folder "disk" with three old results, as a file system of its own.
+void FaultsTest::makeDisk(const char *options)
+{
+    const QString disk = path("disk");
+    QVERIFY(QDir().mkpath(disk));
+    if (options != nullptr) {
+        QCOMPARE(mount("tmpfs", encoded(disk).constData(), "tmpfs", 0, options), 0);
+        m_disk = disk;
+    }
+    for (const QString &name : kResults) {
+        m_files->write("disk/" + name, "old " + name.toLatin1());
+    }
+}
+
+QStringList FaultsTest::oldResults() const
+{
+    QStringList list;
+    for (const QString &name : kResults) {
+        list += name + " old " + name;
+    }
+    return list;
+}
+
+/// Names and contents of all files of a folder, hidden ones too.
+QStringList FaultsTest::resultsIn(const QString &folder) const
+{
+    QStringList list;
+    for (const QString &name : QDir(path(folder)).entryList(QDir::Files | QDir::Hidden)) {
+        list += name + ' ' + QString::fromLatin1(m_files->read(folder + '/' + name));
+    }
+    return list;
+}
+
+void FaultsTest::fullDisk_data()
+{
+    QTest::addColumn<int>("side");
+    QTest::addColumn<QByteArray>("more");
+    QTest::addColumn<int>("kept"); // old results that stay; those before it fit
+    QTest::newRow("result") << 200 << QByteArray() << 0;
+    QTest::newRow("histogram") << 1 << QByteArray("[Histogram]\nHgABoxes=100000\nHgTBoxes=3\n")
+                               << 1;
+    QTest::newRow("second histogram")
+        << 1 << QByteArray("[Histogram]\nHgABoxes=3\nHgTBoxes=100000\n") << 2;
+}
+
+void FaultsTest::fullDisk()
+{
+    if (!g_noMounts.isEmpty()) {
+        QSKIP(qPrintable(g_noMounts));
+    }
+    QFETCH(int, side);
+    QFETCH(QByteArray, more);
+    QFETCH(int, kept);
+    makeDisk("size=256k");
+    m_files->write("m.txt", mapOf(side));
+    Program program;
+    const Run run = program.run({session(more)});
+    QCOMPARE(run.status, 4);
+    QVERIFY(run.out.contains("Can't open the file [" + path("disk/" + kResults[kept]) + "]\n"));
+    const QStringList left = resultsIn("disk");
+    QCOMPARE(left.size(), kResults.size()); // and no piece of a new one
+    for (int i = 0; i < left.size(); ++i) {
+        // The other histogram is written where the first does not fit.
+        const bool isOld = i == kept || kept == 0;
+        QVERIFY2((left[i] == oldResults()[i]) == isOld, qPrintable(left[i].left(200)));
+    }
+}
+
+void FaultsTest::fullDiskForMessages()
+{
+    if (!g_noMounts.isEmpty()) {
+        QSKIP(qPrintable(g_noMounts));
+    }
+    makeDisk("size=64k");
+    QFile filler(path("disk/filler"));
+    QVERIFY(filler.open(QIODevice::WriteOnly | QIODevice::Unbuffered));
+    while (filler.write(QByteArray(4096, 'x')) == 4096) {
+    }
+    const QString result = path("elsewhere.dat");
+    Program program;
+    program.setStandardOutputFile(path("disk/messages"));
+    const Run run = program.run({"--result", result, session()});
+    QCOMPARE(run.status, 4);
+    QVERIFY(run.err.contains("standard output"));
+    QVERIFY(QFileInfo(result).size() > 50);
+}
+
+void FaultsTest::readOnlyFolder()
+{
+    if (!g_noMounts.isEmpty()) {
+        QSKIP(qPrintable(g_noMounts));
+    }
+    makeDisk("size=1m");
+    QCOMPARE(mount("none", encoded(m_disk).constData(), nullptr, MS_REMOUNT | MS_RDONLY, nullptr),
+             0);
+    Program program;
+    const Run run = program.run({"--images", session()});
+    QCOMPARE(run.status, 4);
+    QVERIFY(run.out.contains("Can't open the file [" + path("disk/r.dat") + "]\n"));
+    QCOMPARE(resultsIn("disk"), oldResults());
+}
+
+/// Nothing needs to be written where inputs are.
+void FaultsTest::readOnlyInputs()
+{
+    if (!g_noMounts.isEmpty()) {
+        QSKIP(qPrintable(g_noMounts));
+    }
+    makeDisk("size=1m");
+    for (const char *name : {"a.dat", "t.dat", "m.txt"}) {
+        QVERIFY(QFile::copy(path(name), path(QLatin1String("disk/") + name)));
+    }
+    QVERIFY(QFile::copy(session(), path("disk/s.ini")));
+    QCOMPARE(mount("none", encoded(m_disk).constData(), nullptr, MS_REMOUNT | MS_RDONLY, nullptr),
+             0);
+    Program program;
+    const Run run = program.run({"--result", path("new.dat"), path("disk/s.ini")});
+    QCOMPARE(run.status, 0);
+    QVERIFY(QFileInfo(path("new.dat")).size() > 50);
+}
+
+void FaultsTest::foldersOfOthers_data()
+{
+    QTest::addColumn<int>("folderMode");
+    QTest::addColumn<int>("fileMode");
+    QTest::addColumn<int>("status");
+    QTest::newRow("neither") << 0755 << 0644 << 4;
+    QTest::newRow("the files alone: in place") << 0755 << 0666 << 0;
+    QTest::newRow("the folder alone: files that may not be written are not replaced")
+        << 0777 << 0644 << 4;
+    QTest::newRow("both: replaced") << 0777 << 0666 << 0;
+}
+
+/// An ordinary user among files of another one.
+void FaultsTest::foldersOfOthers()
+{
+    if (geteuid() != 0) {
+        QSKIP("only root can become another user");
+    }
+    QFETCH(int, folderMode);
+    QFETCH(int, fileMode);
+    QFETCH(int, status);
+    makeDisk(nullptr);
+    const QByteArray file = encoded(session());
+    QCOMPARE(chmod(encoded(path("")).constData(), 0755), 0);
+    for (const QString &name : kResults) {
+        QCOMPARE(chmod(encoded(path("disk/" + name)).constData(), mode_t(fileMode)), 0);
+    }
+    QCOMPARE(chmod(encoded(path("disk")).constData(), mode_t(folderMode)), 0);
+    Program program;
+    program.atStart = [] {
+        if (setgroups(0, nullptr) != 0 || setgid(kNobody) != 0 || setuid(kNobody) != 0) {
+            _exit(99);
+        }
+    };
+    const Run run = program.run({QFile::decodeName(file)});
+    QCOMPARE(run.status, status);
+    const QStringList now = resultsIn("disk");
+    QCOMPARE(now.size(), kResults.size());
+    QCOMPARE(now == oldResults(), status == 4);
+}
+
+void FaultsTest::whatIsNoFile_data()
+{
+    QTest::addColumn<QString>("file");
+    for (const char *file : {"missing", "folder", "pipe", "socket", "/dev/zero", "/dev/tty",
+                             "dangling", "circle", "toPipe", "a.dat/x"}) {
+        QTest::newRow(file) << QString(file);
+    }
+}
+
+/// In the place of any input: refused at once.
+void FaultsTest::whatIsNoFile()
+{
+    QFETCH(QString, file);
+    QVERIFY(QDir(path("")).mkdir("folder"));
+    QCOMPARE(mkfifo(encoded(path("pipe")).constData(), 0644), 0);
+    QVERIFY(QFile::link("nowhere", path("dangling")) && QFile::link("circle", path("circle")) &&
+            QFile::link("pipe", path("toPipe")));
+    sockaddr_un address = {};
+    address.sun_family = AF_UNIX;
+    qstrncpy(address.sun_path, encoded(path("socket")).constData(), sizeof address.sun_path);
+    const int listener = socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0);
+    QCOMPARE(bind(listener, reinterpret_cast<const sockaddr *>(&address), sizeof address), 0);
+    const QString whole = QDir(path("")).absoluteFilePath(file);
+    for (const char *key : {"[Ref1]\nXafsFS=", "[Ref4]\nXafsFS=", "[Target]\nTargetFile=",
+                            "[Point1]\nFileSelect=", "[Point8]\nFileSelect="}) {
+        Program program;
+        const Run run = program.run({session(key + file.toLatin1())});
+        QVERIFY2(run.status == 3, key);
+        QCOMPARE(run.out, QString());
+        QVERIFY(run.err.endsWith(whole + ": there is no such readable file\n"));
+    }
+    Program program;
+    const Run run = program.run({whole});
+    QCOMPARE(run.status, 2);
+    QVERIFY(run.err.contains("there is no such readable file"));
+    close(listener);
+}
+
+/// A file that is replaced over and over, also between the look at it and its opening.
+void FaultsTest::filesThatBecomePipes()
+{
+    const QByteArray target = encoded(path("t.dat"));
+    const QByteArray map = encoded(path("m.txt"));
+    const QString file = session("[Output]\nSaveFSelect=\n");
+    std::atomic<bool> isOver = false;
+    std::thread replacer([&] {
+        while (!isOver) {
+            for (const QByteArray &name : {target, map}) {
+                const QByteArray other = name + ".next";
+                if (mkfifo(other.constData(), 0644) != 0 ||
+                    std::rename(other.constData(), name.constData()) != 0) {
+                    return;
+                }
+                std::this_thread::yield();
+                QFile plain(QFile::decodeName(other));
+                if (!plain.open(QIODevice::WriteOnly) ||
+                    plain.write(name == map ? mapOf(1) : kSpectrum) < 0) {
+                    return;
+                }
+                plain.close(); // which stays for a moment
+                if (std::rename(other.constData(), name.constData()) != 0) {
+                    return;
+                }
+                std::this_thread::sleep_for(std::chrono::microseconds(200));
+            }
+        }
+    });
+    int hung = 0;
+    int taken = 0;
+    constexpr int kRuns = 60;
+    for (int i = 0; i < kRuns && hung == 0; ++i) {
+        Program program;
+        program.begin({file});
+        const int status = program.end(20000).status;
+        hung += status != 0 && status != 3 && status != 1 ? 1 : 0;
+        taken += status == 3 ? 0 : 1;
+    }
+    isOver = true;
+    replacer.join();
+    qInfo("%d of %d runs took the files", taken, kRuns);
+    QCOMPARE(hung, 0);
+}
+
+void FaultsTest::killedWhileWriting_data()
+{
+    QTest::addColumn<QByteArray>("more");
+    QTest::addColumn<int>("side");
+    QTest::addColumn<int>("file");
+    QTest::newRow("result") << QByteArray() << 700 << 0;
+    QTest::newRow("histogram") << QByteArray("[Histogram]\nHgABoxes=900000\n") << 1 << 1;
+}
+
+/// The old result or the whole new one, whenever the kill comes.
+void FaultsTest::killedWhileWriting()
+{
+    QFETCH(QByteArray, more);
+    QFETCH(int, side);
+    QFETCH(int, file);
+    m_files->write("m.txt", mapOf(side));
+    const QString name = session(more);
+    makeDisk(nullptr);
+    Program whole;
+    QCOMPARE(whole.run({name}).status, 0);
+    const QByteArray fresh = m_files->read("disk/" + kResults[file]);
+    QVERIFY(fresh.size() > (1 << 22));
+    QRandomGenerator random(1);
+    int during = 0;
+    int attempts = 0;
+    for (; during < 8 && attempts < 60; ++attempts) {
+        QVERIFY(QDir(path("disk")).removeRecursively());
+        makeDisk(nullptr);
+        Program program;
+        program.begin({name});
+        QVERIFY(program.waitForStarted());
+        // Until the new file is open, named or not yet, and then a little more.
+        const QDir opened(QStringLiteral("/proc/%1/fd").arg(program.processId()));
+        const auto isWriting = [&] { // the one before is in place
+            const bool isNext =
+                file == 0 || !m_files->read("disk/" + kResults[file - 1]).startsWith("old");
+            const QStringList numbers = opened.entryList(QDir::System | QDir::Files);
+            return isNext && std::any_of(numbers.begin(), numbers.end(), [&](const QString &n) {
+                       return QFile::symLinkTarget(opened.filePath(n)).startsWith(path("disk/"));
+                   });
+        };
+        QElapsedTimer timer;
+        timer.start();
+        while (!isWriting() && timer.elapsed() < 20000) {
+            QThread::usleep(100);
+        }
+        QThread::usleep(random.bounded(20000));
+        program.kill();
+        program.waitForFinished();
+        const QByteArray left = m_files->read("disk/" + kResults[file]);
+        const bool isOld = left == "old " + kResults[file].toLatin1();
+        QVERIFY2(isOld || left == fresh, "a part of the new file");
+        during += isOld ? 1 : 0;
+    }
+    qInfo("%d of %d kills came while the file was being written", during, attempts);
+    QVERIFY(during > 0); // else nothing was tried
+}
+
+void FaultsTest::pipes()
+{
+    m_files->write("m.txt", mapOf(300)); // more than a pipe holds
+    const QString file = session("[Output]\nSaveFSelect=pipe\n");
+    const QByteArray pipe = encoded(path("pipe"));
+    QCOMPARE(mkfifo(pipe.constData(), 0644), 0);
+    {
+        Program program; // nobody reads
+        const Run run = program.run({file});
+        QCOMPARE(run.status, 4);
+        QVERIFY(run.out.contains("Can't open the file [" + path("pipe") + "]\n"));
+    }
+    for (const bool leaves : {true, false}) {
+        std::atomic<qint64> taken = 0;
+        std::thread reader([&] {
+            const int end = open(pipe.constData(), O_RDONLY | O_CLOEXEC);
+            char block[4096];
+            ssize_t got = 0;
+            while ((got = read(end, block, sizeof block)) > 0) {
+                taken += got;
+                if (leaves) {
+                    break;
+                }
+            }
+            close(end);
+        });
+        Program program;
+        const Run run = program.run({file});
+        reader.join();
+        QCOMPARE(run.status, leaves ? 4 : 0);
+        QVERIFY(leaves || taken > 300 * 300 * 50);
+    }
+}
+
+int main(int argc, char **argv)
+{
+    g_noMounts = ownMounts();
+    const QCoreApplication app(argc, argv);
+    FaultsTest test;
+    return QTest::qExec(&test, argc, argv);
+}
+#include "tst_faults.moc"

@@ -1,0 +1,223 @@
+// Small files that claim to be huge. The program runs within a gibibyte of addresses, and must end
+// by itself with a status and a reason, whatever the files say.
+
+#include "tests/TestFiles.h"
+#include "tests/batch/Program.h"
+
+#include <QDir>
+#include <QtTest>
+
+namespace {
+
+constexpr rlim_t kMostAddresses = rlim_t(1) << 30;
+constexpr int kMostMs = 60000;
+
+QByteArray processedMap(const QByteArray &headerSize, const QByteArray &width,
+                        const QByteArray &height)
+{
+    const QByteArray first = "2dData-V0.0 HeaderSize: " + headerSize;
+    QByteArray bytes = first.leftJustified(64) + "\nWIDTH: " + width + "\nHEIGHT: " + height +
+                       "\nDATA_ID: x\nMIN_VAL: 0\nMAX_VAL: 1\nEND_OF_HEADER:\n";
+    return bytes.leftJustified(512, '\0');
+}
+
+QByteArray textMap(const QByteArray &header)
+{
+    return header + "\n0 0 0.5 0\n";
+}
+
+const QByteArray kSpectrum = "8000 0\n8100 0\n8200 0\n8345 0\n8350 0.5\n8355 1\n8460 1\n8560 1\n";
+
+/// A session of two references, three maps in use and a result; `more` comes last and wins.
+QByteArray sessionOf(const QByteArray &more)
+{
+    QByteArray text = "[Session]\nVersion=1\n[Edge]\nEdgeE=8350\n[Target]\nTargetFile=target\n"
+                      "[Output]\nSaveFSelect=result.dat\n";
+    for (const char *n : {"1", "2"}) {
+        text += QByteArray("[Ref") + n + "]\nUseCB=true\nXafsFS=spectrum\nValence=" + n + "\n";
+    }
+    for (const char *n : {"1", "2", "3", "4", "5", "6", "7", "8"}) {
+        text += QByteArray("[Point") + n + "]\nUseCB=true\nFileSelect=map\nEnergy=83" + n + "0\n";
+    }
+    return text +
+           "[Method]\nTypeTMK=LS\n[Point2]\nVPointCB=true\nLCFCB=true\n[Point8]\nLCFCB=true\n" +
+           more;
+}
+
+} // namespace
+
+class LimitsTest : public QObject {
+    Q_OBJECT
+
+private slots:
+    void smallFiles_data();
+    void smallFiles();
+    void boxes_data();
+    void boxes();
+    void wideGridOfFewPixels_data();
+    void wideGridOfFewPixels();
+};
+
+void LimitsTest::smallFiles_data()
+{
+    QTest::addColumn<QString>("name"); // of the file that is not as it should be
+    QTest::addColumn<QByteArray>("bytes");
+    QTest::addColumn<qint64>("size"); // of a file with a hole behind these bytes; 0: just them
+    QTest::addColumn<int>("status");
+    QTest::addColumn<QString>("reason");
+    const auto row = [](const char *title, const char *name, const QByteArray &bytes, int status,
+                        const char *reason, qint64 size = 0) {
+        QTest::newRow(title) << name << bytes << size << status << reason;
+    };
+    constexpr qint64 kMiB = 1 << 20;
+    const char *const grid = "its header promises more pixels";
+    const char *const memory = "there is not enough memory for it";
+    const char *const lines = "it has lines far too long";
+    const char *const noGrid = "its header gives no width or no height";
+    const char *const header = "its header is not that of a processed map";
+    row("processed, 2^31 - 1 squared", "map", processedMap("512", "2147483647", "2147483647"), 3,
+        grid);
+    row("processed, 2^32 pixels", "map", processedMap("512", "65536", "65536"), 3, grid);
+    row("processed, 2^27 pixels", "map", processedMap("512", "16384", "8192"), 3, grid);
+    row("processed, 2^27 pixels of a hole", "map", processedMap("512", "16384", "8192"), 3, memory,
+        1300 * kMiB);
+    row("processed, 2^31 columns", "map", processedMap("512", "2147483648", "1"), 3, noGrid);
+    row("processed, -1 columns", "map", processedMap("512", "-1", "-1"), 3, noGrid);
+    row("processed, header of 2 GiB", "map", processedMap("2147483647", "1", "1"), 3, header);
+    row("processed, header of -1", "map", processedMap("-1", "1", "1"), 3, header);
+    row("text, 2^31 - 1 squared", "map", textMap("# X-NUM 2147483647\n# Y-NUM 2147483647"), 3,
+        grid);
+    row("text, last index 2^31 - 1", "map",
+        textMap("# AXIS 0 a b c d 2147483647\n# AXIS 1 a b c d 2147483647"), 3, grid);
+    row("text, 2^31 columns", "map", textMap("# X-NUM 2147483648\n# Y-NUM 1"), 3, noGrid);
+    row("text, -2 columns", "map", textMap("# X-NUM -2\n# Y-NUM -2147483648"), 3, noGrid);
+    row("text, signal in column 2^31 - 1", "map",
+        "# 2003901\n# I : 2147483647\n# I0 : 2147483647\n0 0 1 2 3\n", 3, "it holds no pixel");
+    row("text, header of 10^5 lines", "map", QByteArray("# x\n").repeated(100000) + "0 0 1\n", 3,
+        "it holds more data than can be taken");
+    row("spectrum, half a million columns", "spectrum",
+        "9809\nMode 1 2" + QByteArray(" 3").repeated(500000) + "\nOffset\n", 3,
+        "it holds no data point");
+    for (const char *name : {"spectrum", "target", "map"}) {
+        QTest::addRow("%s, one line of 4 GiB", name)
+            << name << QByteArray("# x") << 4096 * kMiB << 3 << lines;
+    }
+    row("session, one line of 4 GiB", "s.ini", "[Session]\nx=", 2,
+        "it is far too large for a session", 4096 * kMiB);
+    row("session, serialised object", "s.ini", "[Session]\nx=@Variant(\\0\\0\\0\\t\\x7f\\xff)", 2,
+        "it has a serialised object");
+    const QByteArray nines(900000, '9');
+    row("session, energy of 900000 digits", "s.ini", sessionOf("[Point1]\nEnergy=" + nines), 0, "");
+    row("session, path of 900000 letters", "s.ini", sessionOf("[Ref3]\nXafsFS=" + nines), 3,
+        "there is no such readable file");
+    row("session, list of 450000 items", "s.ini",
+        sessionOf("[Ref3]\nDE=" + QByteArray("9,").repeated(450000)), 0, "");
+    QByteArray keys = "[Junk]\n";
+    for (int i = 0; i < 90000; ++i) {
+        keys += QByteArray::number(i, 36) + "=1\n";
+    }
+    row("session, 90000 keys", "s.ini", sessionOf(keys), 0, "unknown key Junk/zz");
+    row("session, 200000 groups", "s.ini",
+        sessionOf(QByteArray("[a]\n").repeated(200000) + "b=1\n"), 0, "unknown key a/b");
+}
+
+void LimitsTest::smallFiles()
+{
+    QFETCH(QString, name);
+    QFETCH(QByteArray, bytes);
+    QFETCH(qint64, size);
+    QFETCH(int, status);
+    QFETCH(QString, reason);
+    const TestFiles files;
+    files.write("spectrum", kSpectrum);
+    files.write("target", kSpectrum);
+    files.write("map", textMap("# X-NUM 1\n# Y-NUM 1"));
+    const QString session = files.write("s.ini", sessionOf(""));
+    const QString hostile = files.write(name, bytes);
+    QVERIFY(size == 0 || QFile::resize(hostile, size));
+    files.write("result.dat", "old");
+    Program program;
+    program.mostAddresses = kMostAddresses;
+    program.begin({"--threads", "2", session});
+    const Run run = program.end(kMostMs);
+    QVERIFY2(run.status == status, qPrintable(run.err.left(500) + run.out.left(500)));
+    QVERIFY2(run.err.contains(reason), qPrintable(run.err.left(500)));
+    QCOMPARE(QFile(files.path("result.dat")).size() == 3, status >= 2);
+}
+
+/// Text fields take any number of boxes.
+void LimitsTest::boxes_data()
+{
+    QTest::addColumn<QByteArray>("entered");
+    QTest::addColumn<int>("boxes");
+    constexpr int kMost = 1 << 20;
+    QTest::newRow("2^31") << QByteArray("2147483648") << kMost;
+    QTest::newRow("2^64") << QByteArray("18446744073709551616") << kMost;
+    QTest::newRow("1e300") << QByteArray("1e300") << kMost;
+    QTest::newRow("inf") << QByteArray("inf") << kMost;
+    QTest::newRow("-2^31") << QByteArray("-2147483648") << 2;
+    QTest::newRow("nan") << QByteArray("nan") << 2;
+}
+
+void LimitsTest::boxes()
+{
+    QFETCH(QByteArray, entered);
+    QFETCH(int, boxes);
+    const TestFiles files;
+    files.write("spectrum", kSpectrum);
+    files.write("target", kSpectrum);
+    files.write("map", textMap("# X-NUM 1\n# Y-NUM 1"));
+    const QString session = files.write(
+        "s.ini", sessionOf("[Histogram]\nHgABoxes=" + entered + "\nHgTBoxes=" + entered + "\n"));
+    Program program;
+    program.mostAddresses = kMostAddresses;
+    const Run run = program.run({"--images", session});
+    QVERIFY2(run.status == 0, qPrintable(run.err + run.out));
+    for (const char *name : {"result_HGAlpha.dat", "result_HGThick.dat"}) {
+        QCOMPARE(files.read(name).count('\n'), boxes + 2); // under- and overflow
+    }
+}
+
+/// As many missing pixels as are allowed, in all rows: computed, or refused for want of memory.
+void LimitsTest::wideGridOfFewPixels_data()
+{
+    QTest::addColumn<QByteArray>("map");
+    QTest::addColumn<QByteArray>("more");
+    const QByteArray text = textMap("# X-NUM 4194305\n# Y-NUM 1");
+    const QByteArray processed = processedMap("512", "2048", "2048");
+    QTest::newRow("text, least squares") << text << QByteArray();
+    QTest::newRow("processed, non-equivalent")
+        << processed
+        << QByteArray(
+               "[Method]\nTypeNonEquiv=true\n[Record]\nRecRatio1=0\nRecRatio2=0\nRecDMut1=0\n"
+               "RecDMut2=0\nRecRatio3=0\nRecDMut3=0\nRecRatio4=0\nRecDMut4=0\n");
+}
+
+void LimitsTest::wideGridOfFewPixels()
+{
+    QFETCH(QByteArray, map);
+    QFETCH(QByteArray, more);
+    for (const rlim_t most : {kMostAddresses, kMostAddresses / 2}) {
+        const TestFiles files;
+        files.write("spectrum", kSpectrum);
+        files.write("target", kSpectrum);
+        files.write("map", map);
+        files.write("result.dat", "old");
+        const QString session = files.write("s.ini", sessionOf(more));
+        Program program;
+        program.mostAddresses = most;
+        const Run run = program.run({session});
+        const QString said = run.err + run.out;
+        qInfo("status %d", run.status);
+        QVERIFY2(run.status == 0 || run.status == 3 || run.status == 4, qPrintable(said));
+        QVERIFY2(run.status != 3 || run.err.contains("not enough memory"), qPrintable(said));
+        QVERIFY2(run.status != 4 || run.out.contains("Can't open the file"), qPrintable(said));
+        // All of it, or none.
+        const qint64 size = QFileInfo(files.path("result.dat")).size();
+        QCOMPARE(size > (1 << 25), run.status != 3);
+        QVERIFY(run.status != 3 || size == 3);
+    }
+}
+
+QTEST_GUILESS_MAIN(LimitsTest)
+#include "tst_limits.moc"
