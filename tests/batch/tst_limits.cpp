@@ -152,8 +152,6 @@ void LimitsTest::boxes_data()
     QTest::addColumn<int>("boxes");
     constexpr int kMost = 1 << 20;
     QTest::newRow("2^31") << QByteArray("2147483648") << kMost;
-    QTest::newRow("2^64") << QByteArray("18446744073709551616") << kMost;
-    QTest::newRow("1e300") << QByteArray("1e300") << kMost;
     QTest::newRow("inf") << QByteArray("inf") << kMost;
     QTest::newRow("-2^31") << QByteArray("-2147483648") << 2;
     QTest::newRow("nan") << QByteArray("nan") << 2;
