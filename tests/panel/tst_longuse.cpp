@@ -176,7 +176,7 @@ void LongUseTest::nothingElseGrows()
     }
     const qint64 filled = residentSize();
     const qint64 grown = lines() - linesBefore + m_records;
-    QVERIFY(grown > 5 * n); // else nothing was calculated
+    QVERIFY(grown > qint64(5) * n); // else nothing was calculated
     const double perLine = double(filled - emptied) / double(grown);
     qInfo("%d cycles: %.1f KiB more when emptied; then %lld lines and comparisons at %.0f bytes; "
           "%d objects, %d connections",
