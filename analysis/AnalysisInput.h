@@ -38,6 +38,20 @@ struct EnergyPointInput {
     bool isUsedOnMaps() const { return use && map != nullptr; }
 };
 
+/// Constraints on the non-equivalent fit of a map or of the target.
+enum class NonEquivBounds {
+    Free,
+    NonNegative, ///< no reference's coefficient below 0; the background stays free
+};
+
+/// Constraints on the linear combination fit; its base stays free.
+enum class LcfBounds {
+    Free,
+    NonNegative,
+    SumToOne,
+    NonNegativeSumToOne,
+};
+
 /// What is to be computed, and how.
 struct MethodChoice {
     bool nonEquiv = false;         ///< otherwise the four-points method
@@ -45,6 +59,24 @@ struct MethodChoice {
     bool subPostForRef = false;    ///< references minus their post-edge line; otherwise pre-edge
     bool subPostForTarget = false; ///< the same for the target
     bool linearBackground = false; ///< otherwise a Victoreen background
+    NonEquivBounds nonEquivBounds = NonEquivBounds::Free;
+    LcfBounds lcfBounds = LcfBounds::Free;
+};
+
+/// Where the standard deviation s of one measured absorption is taken from. Noise is taken as
+/// independent from energy to energy and from pixel to pixel.
+enum class NoiseSource {
+    Pooled, ///< from the residuals of all pixels of the map together
+    Pixel,  ///< from the residuals of the pixel itself: with 1 or 2 degrees of freedom a guess
+    Given,  ///< a number
+    Counts, ///< variance 1/I + 1/I0 at each energy: both columns are counted photons
+};
+
+/// Standard deviations beside the results; no result depends on it.
+struct PrecisionChoice {
+    bool maps = false; ///< whether maps get planes of residuals and standard deviations
+    NoiseSource noise = NoiseSource::Pooled;
+    double givenSigma = 0.0; ///< [1], of an absorption, with Given; else nothing is determined
 };
 
 /// Limits of a histogram as entered: the centres of its first and last box.
@@ -63,6 +95,7 @@ struct AnalysisInput {
     std::vector<EnergyPointInput> points;   ///< in row order
     AMutE target;
     MethodChoice method;
+    PrecisionChoice precision;
     HistogramSettings valenceHistogram;
     HistogramSettings amountHistogram;
 };

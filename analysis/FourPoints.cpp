@@ -1,5 +1,6 @@
 #include "analysis/FourPoints.h"
 
+#include "analysis/FourPointsPrecision.h"
 #include "analysis/PixelRuns.h"
 #include "base/Parallel.h"
 
@@ -139,13 +140,17 @@ ResultMaps fourPointsMap(const AnalysisInput &input, const Plan &plan,
     const FourPointsPixels::Planes planes = {maps.addPlane(Quantity::Ratio1),
                                              maps.addPlane(Quantity::Valence),
                                              maps.addPlane(Quantity::Amount)};
-    std::vector<const ImageData *> images;
+    std::vector<std::shared_ptr<const ImageData>> shared;
     for (const size_t i : plan.used) {
         if (static_cast<int>(i) != plan.vPoint) {
-            images.push_back(input.points[i].map.get());
+            shared.push_back(input.points[i].map);
         }
     }
-    images.push_back(input.points[static_cast<size_t>(plan.vPoint)].map.get());
+    shared.push_back(input.points[static_cast<size_t>(plan.vPoint)].map);
+    std::vector<const ImageData *> images;
+    for (const auto &image : shared) {
+        images.push_back(image.get());
+    }
 
     const FourPointsPixels pixels = FourPoints(input, plan).pixels();
     const PixelRuns runs(std::move(images), maps.width(), maps.height());
@@ -157,6 +162,10 @@ ResultMaps fourPointsMap(const AnalysisInput &input, const Plan &plan,
                              {planes.a + first, planes.valence + first, planes.amount + first});
             });
         });
+    if (input.precision.maps) {
+        addFourPointsSigmas(maps, FourPointsPrecision(plan.method, pixels.setup()), shared,
+                            input.precision, resources);
+    }
     return maps;
 }
 

@@ -21,24 +21,13 @@ using Masks = decltype(Lanes() < Lanes());
         NAME, (const Setup &s, const double *const *values, std::size_t n, const Planes &planes),  \
         (s, values, n, planes))
 
-ORVEL_INLINE void load(const double *from, std::size_t bytes, Lanes &to)
-{
-    to = Lanes{};
-    bytes == sizeof to ? std::memcpy(&to, from, sizeof to) : std::memcpy(&to, from, bytes);
-}
-
-ORVEL_INLINE void store(const Lanes &from, std::size_t bytes, double *to)
-{
-    bytes == sizeof from ? std::memcpy(to, &from, sizeof from) : std::memcpy(to, &from, bytes);
-}
-
 ORVEL_INLINE void storeResult(const Setup &s, const Lanes &a, const Lanes &amount, std::size_t i,
                               std::size_t bytes, const Planes &planes)
 {
     const Lanes valence = a * s.valenceA + (1.0 - a) * s.valenceB;
-    store(a, bytes, planes.a + i);
-    store(valence, bytes, planes.valence + i);
-    store(amount, bytes, planes.amount + i);
+    storeLanes(a, bytes, planes.a + i);
+    storeLanes(valence, bytes, planes.valence + i);
+    storeLanes(amount, bytes, planes.amount + i);
 }
 
 /// The fraction from the line T = S / g + m + k E.
@@ -69,9 +58,9 @@ ORVEL_INLINE void threePointsBody(const Setup &s, const double *const *values, s
         Lanes t1;
         Lanes t2;
         Lanes tV;
-        load(values[0] + i, bytes, t1);
-        load(values[1] + i, bytes, t2);
-        load(values[2] + i, bytes, tV);
+        loadLanes(values[0] + i, bytes, t1);
+        loadLanes(values[1] + i, bytes, t2);
+        loadLanes(values[2] + i, bytes, tV);
         const Lanes dMut = t2 - t1;
         const Lanes tau = (tV - t1) / dMut;
         const Lanes a = (tau - beta) / (alpha - beta);
@@ -97,10 +86,10 @@ ORVEL_INLINE void exactBody(const Setup &s, const double *const *values, std::si
         Lanes t2;
         Lanes t3;
         Lanes tV;
-        load(values[0] + i, bytes, t1);
-        load(values[1] + i, bytes, t2);
-        load(values[2] + i, bytes, t3);
-        load(values[3] + i, bytes, tV);
+        loadLanes(values[0] + i, bytes, t1);
+        loadLanes(values[1] + i, bytes, t2);
+        loadLanes(values[2] + i, bytes, t3);
+        loadLanes(values[3] + i, bytes, tV);
         const Lanes qT = (e2 - e1) * t3 + (e1 - e3) * t2 + (e3 - e2) * t1;
         const Lanes g = qS / qT;
         const Lanes m =
@@ -151,14 +140,14 @@ ORVEL_INLINE void leastSquaresBody(const Setup &s, const double *const *values, 
         Lanes sumTS = {};
         for (int p = 0; p < s.points; ++p) {
             Lanes t;
-            load(values[p] + i, bytes, t);
+            loadLanes(values[p] + i, bytes, t);
             sumT += t;
             sumET += s.energies[p] * t;
             sumTT += t * t;
             sumTS += t * sums[p];
         }
         Lanes tV;
-        load(values[s.points] + i, bytes, tV);
+        loadLanes(values[s.points] + i, bytes, tV);
 
         // Rows in logical order: swapping a row here is swapping its number there.
         const Lanes zero = {};

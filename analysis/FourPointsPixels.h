@@ -35,6 +35,8 @@ public:
 
     FourPointsPixels(Method method, const Setup &setup) : m_method(method), m_setup(setup) {}
 
+    const Setup &setup() const { return m_setup; }
+
     /// values  [point][pixel] absorptions, those of V behind the others
     void solve(const double *const *values, std::size_t n, const Planes &planes) const;
 

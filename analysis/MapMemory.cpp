@@ -40,6 +40,11 @@ MapMemory::Key MapMemory::keyOf(const AnalysisInput &input, const Plan &plan)
         add(reference->valence);
         add(reference->spectrum.edgeJump());
     }
+    add(static_cast<double>(input.method.nonEquivBounds));
+    if (input.precision.maps) {
+        add(static_cast<double>(input.precision.noise));
+        add(input.precision.givenSigma);
+    }
     if (isNonEquiv(plan.method)) {
         for (const std::vector<double> &values : gatherRefValues(input, plan).values) {
             for (const double value : values) {

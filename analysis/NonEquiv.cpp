@@ -1,8 +1,11 @@
 #include "analysis/NonEquiv.h"
 
 #include "analysis/NonEquivPixels.h"
+#include "analysis/NonEquivPrecision.h"
 #include "analysis/PixelRuns.h"
 #include "base/Parallel.h"
+
+#include <optional>
 
 namespace orvel {
 namespace {
@@ -129,29 +132,47 @@ ResultMaps nonEquivMap(const AnalysisInput &input, const Plan &plan, const MapRe
 {
     ResultMaps maps(plan.method, input.points[plan.used.front()].map, resources.pool);
     const RefValues references = gatherRefValues(input, plan);
-    std::array<double *, kQuantities> planes = {};
+    const bool wantsPrecision = input.precision.maps;
+    std::array<double *, kMapQuantities> planes = {};
     for (int q = 0; q < kQuantities; ++q) {
         if (isFilled(references, quantityAt(q))) {
             planes[static_cast<size_t>(q)] = maps.addPlane(quantityAt(q));
         }
     }
+    if (wantsPrecision) {
+        planes[static_cast<size_t>(indexOf(Quantity::Residual))] =
+            maps.addPlane(Quantity::Residual);
+    }
+    std::vector<std::shared_ptr<const ImageData>> shared;
     std::vector<const ImageData *> images;
     for (const size_t i : plan.used) {
-        images.push_back(input.points[i].map.get());
+        shared.push_back(input.points[i].map);
+        images.push_back(shared.back().get());
     }
     const NonEquivPixels pixels(references);
+    const bool bounded = input.method.nonEquivBounds == NonEquivBounds::NonNegative;
+    const std::optional<NonNegativeFit> bounds =
+        bounded ? std::make_optional<NonNegativeFit>(references) : std::nullopt;
+    std::uint8_t *const held = bounded ? maps.makeHeldReferences().data() : nullptr;
     const PixelRuns runs(std::move(images), maps.width(), maps.height());
     inParallel(runs.size(), resources.pixelsPerThread, threadsFor(resources.threads),
                [&](size_t begin, size_t end) {
-                   runs.forEach(begin, end,
-                                [&](const double *const *values, size_t first, size_t n) {
-                                    std::array<double *, kQuantities> at = planes;
-                                    for (double *&plane : at) {
-                                        plane = plane != nullptr ? plane + first : nullptr;
-                                    }
-                                    pixels.fit(values, n, at.data());
-                                });
+                   runs.forEach(
+                       begin, end, [&](const double *const *values, size_t first, size_t n) {
+                           std::array<double *, kMapQuantities> at = planes;
+                           for (double *&plane : at) {
+                               plane = plane != nullptr ? plane + first : nullptr;
+                           }
+                           if (bounds) {
+                               pixels.fitBounded(values, n, *bounds, at.data(), held + first);
+                           } else {
+                               pixels.fit(values, n, at.data());
+                           }
+                       });
                });
+    if (wantsPrecision) {
+        addNonEquivSigmas(maps, references, shared, input.precision, resources);
+    }
     return maps;
 }
 

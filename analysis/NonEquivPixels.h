@@ -4,8 +4,11 @@
 
 #include <array>
 #include <cstddef>
+#include <cstdint>
 
 namespace orvel {
+
+class NonNegativeFit;
 
 /// NonEquivFit::fit for many pixels: the same numbers to the bit, not-a-numbers at the same
 /// places. The matrix of the normal equations is the same for all pixels, so it is decomposed
@@ -20,8 +23,13 @@ public:
 
     /// values  [point][pixel] absorptions
     /// n       number of pixels
-    /// planes  [quantity][pixel] results; a null plane is left out
+    /// planes  [quantity][pixel] results up to Residual; a null plane is left out
     void fit(const double *const *values, std::size_t n, double *const *planes) const;
+
+    /// The same with bounds. Pixels that touch none get the same bits as by fit().
+    /// held  [pixel] out: see NonNegativeFit::bound
+    void fitBounded(const double *const *values, std::size_t n, const NonNegativeFit &bounds,
+                    double *const *planes, std::uint8_t *held) const;
 
     /// What a kernel needs, in the order of the pivots: row k is the k-th pivot row.
     struct Factors {
@@ -33,6 +41,8 @@ public:
         double shares[kReferenceRows] = {};
         double valences[kReferenceRows] = {};
         double jump = 0.0;
+        int freedom = 0; ///< number of vectors that span what no fit reaches
+        double complement[kPointRows][kPointRows] = {}; ///< [vector][point]
     };
 
 private:

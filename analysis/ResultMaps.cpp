@@ -1,5 +1,7 @@
 #include "analysis/ResultMaps.h"
 
+#include <algorithm>
+
 namespace orvel {
 
 ResultMaps::ResultMaps(Method method, std::shared_ptr<const ImageData> origin,
@@ -35,9 +37,26 @@ const double *ResultMaps::plane(Quantity quantity) const
     return values.empty() ? nullptr : values.data();
 }
 
+std::vector<std::uint8_t> &ResultMaps::makeHeldReferences()
+{
+    m_held.assign(static_cast<size_t>(size()), 0);
+    return m_held;
+}
+
+qint64 ResultMaps::pixelsOnBounds() const
+{
+    return std::count_if(m_held.begin(), m_held.end(), [](std::uint8_t held) { return held != 0; });
+}
+
 bool ResultMaps::fills(Quantity quantity) const
 {
-    return plane(quantity) != nullptr || (quantity == Quantity::Ratio2 && !isNonEquiv(m_method));
+    if (quantity == Quantity::Ratio2 && !isNonEquiv(m_method)) {
+        return true;
+    }
+    if (quantity == Quantity::SigmaRatio2 && !isNonEquiv(m_method)) {
+        return fills(Quantity::SigmaRatio1);
+    }
+    return plane(quantity) != nullptr;
 }
 
 double ResultMaps::at(Quantity quantity, qint64 i) const
@@ -47,6 +66,9 @@ double ResultMaps::at(Quantity quantity, qint64 i) const
     }
     if (quantity == Quantity::Ratio2 && !isNonEquiv(m_method)) {
         return 1.0 - at(Quantity::Ratio1, i);
+    }
+    if (quantity == Quantity::SigmaRatio2 && !isNonEquiv(m_method)) {
+        return at(Quantity::SigmaRatio1, i);
     }
     return 0.0;
 }

@@ -6,7 +6,11 @@
 #include "base/Column.h"
 
 #include <array>
+#include <cstdint>
+#include <limits>
 #include <memory>
+#include <optional>
+#include <vector>
 
 namespace orvel {
 
@@ -26,8 +30,17 @@ enum class Quantity {
     C2,
     Valence,
     Amount,
+    // Beside the results, only where standard deviations are asked for:
+    Residual,
+    SigmaRatio1,
+    SigmaRatio2,
+    SigmaRatio3,
+    SigmaRatio4,
+    SigmaValence,
+    SigmaAmount,
 };
-inline constexpr int kQuantities = 13;
+inline constexpr int kQuantities = 13;    ///< those of a fit and of a result file
+inline constexpr int kMapQuantities = 20; ///< with those beside the results
 
 inline constexpr Quantity quantityAt(int index)
 {
@@ -45,6 +58,15 @@ struct MapResources {
     std::size_t pixelsPerThread = 16384;        ///< fewer are not worth a thread of their own
 };
 
+/// What stands behind the standard deviations of a map.
+struct MapPrecision {
+    NoiseSource noise = NoiseSource::Pooled;
+    /// s [1], the standard deviation of an absorption: pooled or given; not-a-number where it is
+    /// not determined or differs from pixel to pixel.
+    double sigma = std::numeric_limits<double>::quiet_NaN();
+    int freedom = 0; ///< energies minus unknowns, of a pixel that touches no bound
+};
+
 /// The maps that one calculation gave: a plane of width * height doubles for every quantity its
 /// method fills, row by row, x fastest. Quantities without a plane read 0.
 ///
@@ -52,6 +74,11 @@ struct MapResources {
 /// the background, valence and total amount. The four-points methods fill Ratio1 (the fraction a),
 /// Valence and Amount (three points: dMut over the mean edge step of the references; otherwise
 /// t/ts); their Ratio2 reads 1 - a and has no plane of its own.
+///
+/// Where standard deviations are asked for (PrecisionChoice), Residual holds the root of the mean
+/// squared difference between absorption and fit, SigmaRatio1 ... SigmaAmount one standard
+/// deviation of ratio, valence and total amount (docs/numerics.md derives them); not-a-number
+/// stands for "not determined".
 class ResultMaps {
 public:
     /// origin  the image that the computation iterates over: size, positions, header lines
@@ -73,6 +100,18 @@ public:
     /// The plane of a quantity, or null.
     const double *plane(Quantity quantity) const;
 
+    /// Set where standard deviations were asked for.
+    const std::optional<MapPrecision> &precision() const { return m_precision; }
+    void setPrecision(const MapPrecision &precision) { m_precision = precision; }
+
+    /// The references that bounds hold at 0 in each pixel, bit i for the i-th valid reference;
+    /// empty unless the fit is bounded.
+    const std::vector<std::uint8_t> &heldReferences() const { return m_held; }
+    std::vector<std::uint8_t> &makeHeldReferences();
+    bool isBounded() const { return !m_held.empty(); }
+    /// Pixels that touch at least one bound.
+    qint64 pixelsOnBounds() const;
+
     /// Whether the method gave this quantity (its button is then enabled).
     bool fills(Quantity quantity) const;
     /// Value of one pixel, 0 <= i < size().
@@ -82,7 +121,9 @@ private:
     Method m_method;
     std::shared_ptr<const ImageData> m_origin;
     std::shared_ptr<ColumnPool> m_pool;
-    std::array<Column, kQuantities> m_planes;
+    std::array<Column, kMapQuantities> m_planes;
+    std::optional<MapPrecision> m_precision;
+    std::vector<std::uint8_t> m_held;
 };
 
 } // namespace orvel

@@ -1,5 +1,8 @@
 #pragma once
 
+#include <cstddef>
+#include <cstring>
+
 /// Variants of one loop for newer processors, chosen at run time. The body is written once, in
 /// vectors of kLanes doubles; the compiler turns it into whatever the variant's processor has.
 /// All variants give the same bits: every lane is one pixel, whose operations keep their order,
@@ -30,6 +33,31 @@ using Lanes = double __attribute__((vector_size(kLanes * sizeof(double))));
 } // namespace orvel
 
 #define ORVEL_INLINE static inline __attribute__((always_inline))
+
+namespace orvel {
+
+/// The last lanes of a run may be missing: bytes counts those that are there.
+ORVEL_INLINE void loadLanes(const double *from, std::size_t bytes, Lanes &to)
+{
+    to = Lanes{};
+    bytes == sizeof to ? std::memcpy(&to, from, sizeof to) : std::memcpy(&to, from, bytes);
+}
+
+ORVEL_INLINE void storeLanes(const Lanes &from, std::size_t bytes, double *to)
+{
+    bytes == sizeof from ? std::memcpy(to, &from, sizeof from) : std::memcpy(to, &from, bytes);
+}
+
+/// Square root, of each lane; not-a-number below 0. Sources that use it are compiled with
+/// -fno-math-errno, or every lane is a call.
+ORVEL_INLINE void rootLanes(Lanes &x)
+{
+    for (int lane = 0; lane < kLanes; ++lane) {
+        x[lane] = __builtin_sqrt(x[lane]);
+    }
+}
+
+} // namespace orvel
 
 #if defined(__x86_64__) && !defined(__SANITIZE_THREAD__)
 #define ORVEL_KERNEL(NAME, PARAMETERS, ARGUMENTS)                                                  \

@@ -73,6 +73,8 @@ public:
         const qint64 i = static_cast<qint64>(y) * m_xNum + x;
         return i >= 0 && i < size() ? absorptionPlane()[static_cast<size_t>(i)] : -1.0;
     }
+    /// The columns of the file; null for a processed map, which has absorptions alone.
+    const MapColumns *columns() const { return m_processed ? nullptr : &m_columns; }
     const Column &absorptionPlane() const { return m_processed ? m_columns.signal : m_absorption; }
 
 private:

@@ -96,7 +96,7 @@ ResultMaps plainNonEquiv(const AnalysisInput &input, const Plan &plan)
 {
     ResultMaps maps(plan.method, input.points[plan.used.front()].map);
     NonEquivFit fit(gatherRefValues(input, plan));
-    double *planes[kQuantities];
+    double *planes[kMapQuantities] = {};
     for (int q = 0; q < kQuantities; ++q) {
         planes[q] = maps.addPlane(quantityAt(q));
     }

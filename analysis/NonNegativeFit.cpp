@@ -1,0 +1,259 @@
+#include "analysis/NonNegativeFit.h"
+
+#include "analysis/SmallQr.h"
+#include "base/Simd.h"
+
+#include <algorithm>
+#include <cmath>
+#include <cstring>
+#include <limits>
+
+namespace orvel {
+namespace {
+
+constexpr int kMost = kReferenceRows;
+constexpr std::size_t kBlock = 256; ///< pixels worked on at once
+
+/// One block of coefficients that are to be bounded.
+struct Block {
+    double x[kMost][kBlock];
+    double held[kBlock]; ///< the set as a number: lanes compare and choose doubles
+    double excess[kBlock];
+};
+
+ORVEL_INLINE void chooseFacesBody(const NonNegativeFit::Faces &faces, std::size_t n, Block &block)
+{
+    const int m = faces.references;
+    const int all = (1 << m) - 1;
+    for (std::size_t p = 0; p < n; p += kLanes) {
+        Lanes x[kMost] = {};
+        for (int i = 0; i < m; ++i) {
+            std::memcpy(&x[i], block.x[i] + p, sizeof x[i]);
+        }
+        const Lanes zero = {};
+        Lanes best[kMost] = {};
+        Lanes leastExcess = zero + std::numeric_limits<double>::infinity();
+        Lanes bestSet = zero + static_cast<double>(all);
+        for (int held = all; held > 0; --held) { // all held: feasible whatever the rest
+            const NonNegativeFit::Face &face = faces.of[static_cast<std::size_t>(held)];
+            Lanes excess = {};
+            Lanes solution[kMost] = {};
+            Lanes least = {};
+            for (int i = 0; i < m; ++i) {
+                if ((held >> i & 1) != 0) {
+                    for (int j = i; j < m; ++j) {
+                        if ((held >> j & 1) != 0) {
+                            excess += x[i] * x[j] * face.excess[i][j];
+                        }
+                    }
+                    continue;
+                }
+                solution[i] = x[i];
+                for (int j = 0; j < m; ++j) {
+                    if ((held >> j & 1) != 0) {
+                        solution[i] += face.shift[i][j] * x[j];
+                    }
+                }
+                least = solution[i] < least ? solution[i] : least;
+            }
+            const auto better = (least >= zero) & (excess < leastExcess);
+            leastExcess = better ? excess : leastExcess;
+            bestSet = better ? zero + static_cast<double>(held) : bestSet;
+            for (int i = 0; i < m; ++i) {
+                best[i] = better ? solution[i] : best[i];
+            }
+        }
+        for (int i = 0; i < m; ++i) {
+            std::memcpy(block.x[i] + p, &best[i], sizeof best[i]);
+        }
+        std::memcpy(block.held + p, &bestSet, sizeof bestSet);
+        std::memcpy(block.excess + p, &leastExcess, sizeof leastExcess);
+    }
+}
+ORVEL_KERNEL(chooseFaces, (const NonNegativeFit::Faces &faces, std::size_t n, Block &block),
+             (faces, n, block))
+
+/// H = R22^T R22, where R22 belongs to the references in a factorisation with the background first.
+Rows reducedNormal(const Rows &triangle, std::size_t background)
+{
+    const std::size_t m = triangle.size() - background;
+    Rows h(m, std::vector<double>(m, 0.0));
+    for (std::size_t i = 0; i < m; ++i) {
+        for (std::size_t j = 0; j < m; ++j) {
+            for (std::size_t k = 0; k <= std::min(i, j); ++k) {
+                h[i][j] += triangle[background + k][background + i] *
+                           triangle[background + k][background + j];
+            }
+        }
+    }
+    return h;
+}
+
+/// X of  A X = B  for a small symmetric positive definite A, by Cholesky without square roots.
+Rows solvePositive(Rows a, Rows b)
+{
+    const std::size_t n = a.size();
+    for (std::size_t k = 0; k < n; ++k) {
+        for (std::size_t i = k + 1; i < n; ++i) {
+            const double factor = a[i][k] / a[k][k];
+            for (std::size_t j = k; j < n; ++j) {
+                a[i][j] -= factor * a[k][j];
+            }
+            for (std::size_t j = 0; j < b[i].size(); ++j) {
+                b[i][j] -= factor * b[k][j];
+            }
+        }
+    }
+    for (std::size_t k = n; k-- > 0;) {
+        for (std::size_t j = 0; j < b[k].size(); ++j) {
+            for (std::size_t i = k + 1; i < n; ++i) {
+                b[k][j] -= a[k][i] * b[i][j];
+            }
+            b[k][j] /= a[k][k];
+        }
+    }
+    return b;
+}
+
+NonNegativeFit::Face faceOf(const Rows &h, unsigned held)
+{
+    std::vector<std::size_t> a;
+    std::vector<std::size_t> f;
+    for (std::size_t i = 0; i < h.size(); ++i) {
+        ((held >> i & 1U) != 0 ? a : f).push_back(i);
+    }
+    const auto part = [&h](const std::vector<std::size_t> &rows,
+                           const std::vector<std::size_t> &columns) {
+        Rows result;
+        for (const std::size_t i : rows) {
+            result.emplace_back();
+            for (const std::size_t j : columns) {
+                result.back().push_back(h[i][j]);
+            }
+        }
+        return result;
+    };
+    const Rows shift = solvePositive(part(f, f), part(f, a));
+    NonNegativeFit::Face face;
+    for (std::size_t i = 0; i < f.size(); ++i) {
+        for (std::size_t j = 0; j < a.size(); ++j) {
+            face.shift[f[i]][a[j]] = shift[i][j];
+        }
+    }
+    for (const std::size_t i : a) {
+        for (const std::size_t j : a) {
+            double value = h[i][j];
+            for (std::size_t k = 0; k < f.size(); ++k) {
+                value -= h[i][f[k]] * face.shift[f[k]][j];
+            }
+            face.excess[std::min(i, j)][std::max(i, j)] += value;
+        }
+    }
+    return face;
+}
+
+} // namespace
+
+NonNegativeFit::NonNegativeFit(const RefValues &references) : m_unknowns(references.unknowns())
+{
+    const NonEquivFit fit(references);
+    const std::size_t m = references.references();
+    const auto background = static_cast<std::size_t>(m_unknowns) - m;
+    m_faces.references = static_cast<int>(m);
+
+    Rows backgroundFirst = fit.basis();
+    for (std::vector<double> &row : backgroundFirst) {
+        std::rotate(row.begin(), row.begin() + static_cast<std::ptrdiff_t>(m), row.end());
+    }
+    const SmallQr qr(backgroundFirst);
+    m_regular = m > 0 && qr.isRegular();
+    if (!m_regular) {
+        return;
+    }
+    const Rows triangle = qr.triangle();
+    const Rows h = reducedNormal(triangle, background);
+    for (unsigned held = 0; held < 1U << m; ++held) {
+        m_faces.of[held] = faceOf(h, held);
+    }
+    for (std::size_t j = 0; j < m; ++j) { // R11^-1 R12
+        for (std::size_t i = background; i-- > 0;) {
+            double value = triangle[i][background + j];
+            for (std::size_t k = i + 1; k < background; ++k) {
+                value -= triangle[i][k] * m_background[k][j];
+            }
+            m_background[i][j] = value / triangle[i][i];
+        }
+    }
+}
+
+Rows NonNegativeFit::projection(unsigned held) const
+{
+    const auto m = static_cast<std::size_t>(m_faces.references);
+    Rows result(m, std::vector<double>(m, 0.0));
+    for (std::size_t i = 0; i < m; ++i) {
+        if ((held >> i & 1U) == 0) {
+            result[i][i] = 1.0;
+            for (std::size_t j = 0; j < m; ++j) {
+                result[i][j] += m_faces.of[held].shift[i][j];
+            }
+        }
+    }
+    return result;
+}
+
+void NonNegativeFit::bound(double *const *x, std::size_t n, std::uint8_t *held,
+                           double *excess) const
+{
+    std::fill(held, held + n, std::uint8_t{0});
+    std::fill(excess, excess + n, 0.0);
+    if (!m_regular) {
+        return;
+    }
+    const auto m = static_cast<std::size_t>(m_faces.references);
+    const auto needsBounds = [&](std::size_t p) {
+        bool negative = false;
+        double sum = 0.0; // 0 unless something is not finite
+        for (std::size_t i = 0; i < m; ++i) {
+            negative = negative || x[i][p] < 0.0;
+            sum += x[i][p] * 0.0;
+        }
+        return negative && sum == 0.0;
+    };
+    Block block = {};
+    std::array<std::size_t, kBlock> pixels = {};
+    std::size_t waiting = 0;
+    const auto work = [&] {
+        chooseFaces(m_faces, waiting, block);
+        for (std::size_t w = 0; w < waiting; ++w) {
+            const std::size_t p = pixels[w];
+            for (std::size_t b = m; b < static_cast<std::size_t>(m_unknowns); ++b) {
+                double shift = 0.0;
+                for (std::size_t i = 0; i < m; ++i) {
+                    shift += m_background[b - m][i] * (x[i][p] - block.x[i][w]);
+                }
+                x[b][p] += shift;
+            }
+            for (std::size_t i = 0; i < m; ++i) {
+                x[i][p] = block.x[i][w];
+            }
+            held[p] = static_cast<std::uint8_t>(block.held[w]);
+            excess[p] = block.excess[w];
+        }
+        waiting = 0;
+    };
+    for (std::size_t p = 0; p < n; ++p) {
+        if (!needsBounds(p)) {
+            continue;
+        }
+        for (std::size_t i = 0; i < m; ++i) {
+            block.x[i][waiting] = x[i][p];
+        }
+        pixels[waiting++] = p;
+        if (waiting == kBlock) {
+            work();
+        }
+    }
+    work();
+}
+
+} // namespace orvel
