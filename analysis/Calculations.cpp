@@ -1,9 +1,14 @@
 #include "analysis/Calculations.h"
 
 #include "analysis/FourPoints.h"
-#include "analysis/NonEquiv.h"
+#include "analysis/FourPointsPrecision.h"
+#include "analysis/NonEquivPixels.h"
+
+#include "analysis/SmallQr.h"
 
 #include <QCoreApplication>
+
+#include <cmath>
 
 namespace orvel {
 namespace {
@@ -57,10 +62,59 @@ BinCounts countPlane(const ResultMaps &maps, Quantity quantity, HistogramSetting
     return counts;
 }
 
+/// s of the target's absorptions: as given, or from the residuals of its fit.
+double sigmaOf(const PrecisionChoice &choice, double residualSum, int freedom)
+{
+    constexpr double kNan = std::numeric_limits<double>::quiet_NaN();
+    if (choice.noise == NoiseSource::Given) {
+        return choice.givenSigma > 0.0 ? choice.givenSigma : kNan;
+    }
+    return freedom > 0 ? std::sqrt(residualSum / freedom) : kNan;
+}
+
+TargetPrecision precisionOf(const AnalysisInput &input, const Plan &plan, const FourPoints &method,
+                            const PointValues &values)
+{
+    const FourPointsPixels::Setup setup = method.pixels().setup();
+    const FourPointsPrecision precision(plan.method, setup);
+    const size_t points = values.atPoints.size();
+    std::array<const double *, kPointRows> at = {};
+    for (size_t p = 0; p < points; ++p) {
+        at[p] = &values.atPoints[p];
+    }
+    at[points] = &values.atV;
+
+    TargetPrecision found;
+    found.freedom = precision.freedom();
+    double residual = 0.0;
+    if (found.freedom > 0) {
+        precision.residuals(at.data(), 1, &residual);
+    }
+    if (plan.method != Method::ThreePoints) {
+        Rows basis;
+        for (size_t p = 0; p < points; ++p) {
+            basis.push_back({1.0, setup.energies[p], values.atPoints[p]});
+        }
+        const SmallQr qr(basis);
+        found.condition = qr.isRegular() ? qr.normalCondition() : found.condition;
+    }
+    found.sigma =
+        sigmaOf(input.precision, residual * residual * static_cast<double>(points), found.freedom);
+    const double variance = found.sigma * found.sigma;
+    std::array<const double *, kPointRows> variances;
+    variances.fill(&variance);
+    precision.sigmas(at.data(), variances.data(), 1,
+                     {found.sigmas.ratios.data(), &found.sigmas.valence, &found.sigmas.amount});
+    found.sigmas.ratios[1] = found.sigmas.ratios[0]; // of 1 - a
+    return found;
+}
+
 void targetByFourPoints(const AnalysisInput &input, const Plan &plan, TargetOutcome &outcome)
 {
     FourPoints method(input, plan);
-    const FourPointsResult result = method.solve(method.targetValues(input));
+    const PointValues values = method.targetValues(input);
+    const FourPointsResult result = method.solve(values);
+    outcome.precision = precisionOf(input, plan, method, values);
     outcome.a = result.a;
     outcome.valence = method.valenceOf(result.a);
     if (plan.method == Method::ThreePoints) {
@@ -80,8 +134,21 @@ void targetByFourPoints(const AnalysisInput &input, const Plan &plan, TargetOutc
 void targetByNonEquiv(const AnalysisInput &input, const Plan &plan, TargetOutcome &outcome)
 {
     NonEquivFit method(gatherRefValues(input, plan));
-    const ResultVector result = method.fit(targetValues(input, plan));
     const RefValues &references = method.references();
+    const std::vector<double> values = targetValues(input, plan);
+    ResultVector result = method.fit(values);
+    TargetPrecision &found = outcome.precision;
+    const NonEquivPrecision precision(references);
+    double residualSum = precision.residualSum(values);
+    if (input.method.nonEquivBounds == NonEquivBounds::NonNegative) {
+        double residual = 0.0;
+        result = fitNonNegative(references, values, found.held, residual);
+        residualSum = residual * residual * static_cast<double>(values.size());
+    }
+    found.freedom = precision.freedom() + __builtin_popcount(found.held);
+    found.condition = precision.condition();
+    found.sigma = sigmaOf(input.precision, residualSum, found.freedom);
+    found.sigmas = precision.sigmas(result, found.sigma, found.held);
     const double amount = result[static_cast<size_t>(indexOf(Quantity::Amount))];
     outcome.a = result[0];
     outcome.valence = result[static_cast<size_t>(indexOf(Quantity::Valence))];

@@ -6,11 +6,13 @@
 #include "analysis/LinearCombination.h"
 #include "analysis/MapMemory.h"
 #include "analysis/Message.h"
+#include "analysis/NonEquivPrecision.h"
 #include "analysis/ResultMaps.h"
 
 #include <QString>
 
 #include <array>
+#include <limits>
 #include <memory>
 #include <optional>
 
@@ -34,6 +36,17 @@ struct MapOutcome {
 MapOutcome calculateMap(const AnalysisInput &input, const MapResources &resources = {},
                         MapMemory *memory = nullptr);
 
+/// Standard deviations beside the target's result: from its own residuals, or from the given one of
+/// an absorption. References, and the line that is subtracted from the target, are taken for
+/// certain. Not-a-number where not determined.
+struct TargetPrecision {
+    double sigma = std::numeric_limits<double>::quiet_NaN();     ///< s [1]
+    int freedom = 0;                                             ///< points minus unknowns
+    double condition = std::numeric_limits<double>::quiet_NaN(); ///< of the normal matrix, 2-norm
+    FitSigmas sigmas;  ///< of the valid references in their order
+    unsigned held = 0; ///< references that bounds hold at 0
+};
+
 /// The target's result.
 struct TargetOutcome {
     /// Fields of one reference row; empty when the row takes no part.
@@ -50,6 +63,7 @@ struct TargetOutcome {
     Line resultField;                 ///< CalcRes
     std::optional<QString> dMutField; ///< TargetDMut; none: the method leaves it alone
     std::array<RowFields, kReferenceRows> rows;
+    TargetPrecision precision;
 };
 
 TargetOutcome calculateTarget(const AnalysisInput &input);

@@ -262,4 +262,24 @@ void NonEquivPixels::fitBounded(const double *const *values, std::size_t n,
     }
 }
 
+ResultVector fitNonNegative(const RefValues &references, const std::vector<double> &y,
+                            unsigned &held, double &residual)
+{
+    std::array<const double *, kPointRows> values = {};
+    for (std::size_t e = 0; e < y.size(); ++e) {
+        values[e] = &y[e];
+    }
+    ResultVector result = {};
+    std::array<double *, kMapQuantities> planes = {};
+    for (std::size_t q = 0; q < result.size(); ++q) {
+        planes[q] = &result[q];
+    }
+    planes[indexOf(Quantity::Residual)] = &residual;
+    std::uint8_t set = 0;
+    NonEquivPixels(references)
+        .fitBounded(values.data(), 1, NonNegativeFit(references), planes.data(), &set);
+    held = set;
+    return result;
+}
+
 } // namespace orvel

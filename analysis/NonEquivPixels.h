@@ -50,4 +50,10 @@ private:
     int m_unknowns;
 };
 
+/// A single fit with bounds: one pixel of fitBounded.
+/// held      out: references held at 0
+/// residual  out: root of the mean squared residual
+ResultVector fitNonNegative(const RefValues &references, const std::vector<double> &y,
+                            unsigned &held, double &residual);
+
 } // namespace orvel

@@ -73,48 +73,6 @@ ORVEL_INLINE void chooseFacesBody(const NonNegativeFit::Faces &faces, std::size_
 ORVEL_KERNEL(chooseFaces, (const NonNegativeFit::Faces &faces, std::size_t n, Block &block),
              (faces, n, block))
 
-/// H = R22^T R22, where R22 belongs to the references in a factorisation with the background first.
-Rows reducedNormal(const Rows &triangle, std::size_t background)
-{
-    const std::size_t m = triangle.size() - background;
-    Rows h(m, std::vector<double>(m, 0.0));
-    for (std::size_t i = 0; i < m; ++i) {
-        for (std::size_t j = 0; j < m; ++j) {
-            for (std::size_t k = 0; k <= std::min(i, j); ++k) {
-                h[i][j] += triangle[background + k][background + i] *
-                           triangle[background + k][background + j];
-            }
-        }
-    }
-    return h;
-}
-
-/// X of  A X = B  for a small symmetric positive definite A, by Cholesky without square roots.
-Rows solvePositive(Rows a, Rows b)
-{
-    const std::size_t n = a.size();
-    for (std::size_t k = 0; k < n; ++k) {
-        for (std::size_t i = k + 1; i < n; ++i) {
-            const double factor = a[i][k] / a[k][k];
-            for (std::size_t j = k; j < n; ++j) {
-                a[i][j] -= factor * a[k][j];
-            }
-            for (std::size_t j = 0; j < b[i].size(); ++j) {
-                b[i][j] -= factor * b[k][j];
-            }
-        }
-    }
-    for (std::size_t k = n; k-- > 0;) {
-        for (std::size_t j = 0; j < b[k].size(); ++j) {
-            for (std::size_t i = k + 1; i < n; ++i) {
-                b[k][j] -= a[k][i] * b[i][j];
-            }
-            b[k][j] /= a[k][k];
-        }
-    }
-    return b;
-}
-
 NonNegativeFit::Face faceOf(const Rows &h, unsigned held)
 {
     std::vector<std::size_t> a;
@@ -170,19 +128,13 @@ NonNegativeFit::NonNegativeFit(const RefValues &references) : m_unknowns(referen
     if (!m_regular) {
         return;
     }
-    const Rows triangle = qr.triangle();
-    const Rows h = reducedNormal(triangle, background);
+    const Rows h = qr.reducedNormal(static_cast<int>(background));
     for (unsigned held = 0; held < 1U << m; ++held) {
         m_faces.of[held] = faceOf(h, held);
     }
-    for (std::size_t j = 0; j < m; ++j) { // R11^-1 R12
-        for (std::size_t i = background; i-- > 0;) {
-            double value = triangle[i][background + j];
-            for (std::size_t k = i + 1; k < background; ++k) {
-                value -= triangle[i][k] * m_background[k][j];
-            }
-            m_background[i][j] = value / triangle[i][i];
-        }
+    const Rows shift = qr.backgroundShift(static_cast<int>(background));
+    for (std::size_t i = 0; i < background; ++i) {
+        std::copy(shift[i].begin(), shift[i].end(), m_background[i]);
     }
 }
 

@@ -178,6 +178,40 @@ std::vector<double> SmallQr::solve(const std::vector<double> &y) const
     return x;
 }
 
+Rows SmallQr::reducedNormal(int background) const
+{
+    const Rows all = triangle();
+    const auto first = static_cast<size_t>(background);
+    const size_t m = all.size() - first;
+    Rows h(m, std::vector<double>(m, 0.0));
+    for (size_t i = 0; i < m; ++i) {
+        for (size_t j = 0; j < m; ++j) {
+            for (size_t k = 0; k <= std::min(i, j); ++k) {
+                h[i][j] += all[first + k][first + i] * all[first + k][first + j];
+            }
+        }
+    }
+    return h;
+}
+
+Rows SmallQr::backgroundShift(int background) const
+{
+    const Rows all = triangle(); // R11^-1 R12
+    const auto first = static_cast<size_t>(background);
+    const size_t m = all.size() - first;
+    Rows shift(first, std::vector<double>(m, 0.0));
+    for (size_t j = 0; j < m; ++j) {
+        for (size_t i = first; i-- > 0;) {
+            double value = all[i][first + j];
+            for (size_t k = i + 1; k < first; ++k) {
+                value -= all[i][k] * shift[k][j];
+            }
+            shift[i][j] = value / all[i][i];
+        }
+    }
+    return shift;
+}
+
 double SmallQr::normalCondition() const
 {
     // One-sided Jacobi rotations (Golub & Van Loan, sec. 8.6.3): the columns of R become
@@ -223,6 +257,32 @@ double SmallQr::normalCondition() const
         largest = std::max(largest, lengthOf(column));
     }
     return (largest / least) * (largest / least);
+}
+
+// Elimination without pivoting, which a positive definite matrix does not need.
+Rows solvePositive(Rows a, Rows b)
+{
+    const size_t n = a.size();
+    for (size_t k = 0; k < n; ++k) {
+        for (size_t i = k + 1; i < n; ++i) {
+            const double factor = a[i][k] / a[k][k];
+            for (size_t j = k; j < n; ++j) {
+                a[i][j] -= factor * a[k][j];
+            }
+            for (size_t j = 0; j < b[i].size(); ++j) {
+                b[i][j] -= factor * b[k][j];
+            }
+        }
+    }
+    for (size_t k = n; k-- > 0;) {
+        for (size_t j = 0; j < b[k].size(); ++j) {
+            for (size_t i = k + 1; i < n; ++i) {
+                b[k][j] -= a[k][i] * b[i][j];
+            }
+            b[k][j] /= a[k][k];
+        }
+    }
+    return b;
 }
 
 } // namespace orvel

@@ -46,6 +46,12 @@ public:
     /// Condition number of A^T A in the 2-norm: the square of the ratio of A's largest singular
     /// value to its smallest one. The columns count as given, unscaled.
     double normalCondition() const;
+    /// For a model whose first `background` columns stay free: H, the normal matrix of the other
+    /// unknowns after those are eliminated. With them at their best, the residual sum of squares
+    /// is its least value + (x - x*)^T H (x - x*).
+    Rows reducedNormal(int background) const;
+    /// And how those follow the others: c - c* = this times (x* - x), background x others.
+    Rows backgroundShift(int background) const;
 
 private:
     double r(int row, int column) const;              ///< of the scaled columns
@@ -60,5 +66,8 @@ private:
     std::vector<double> m_diagonal;
     std::vector<double> m_betas; ///< 2 / v^T v of each reflection
 };
+
+/// X of  A X = B  for a small symmetric positive definite A.
+Rows solvePositive(Rows a, Rows b);
 
 } // namespace orvel

@@ -24,11 +24,11 @@ bool same(double a, double b)
     return (std::isnan(a) && std::isnan(b)) || sameBits(a, b);
 }
 
-/// How many values of two maps are not the same.
-int differences(const ResultMaps &a, const ResultMaps &b)
+/// How many values of two maps are not the same; quantities beside the results only on demand.
+int differences(const ResultMaps &a, const ResultMaps &b, int quantities = kQuantities)
 {
     int count = a.size() == b.size() ? 0 : 1;
-    for (int q = 0; q < kQuantities; ++q) {
+    for (int q = 0; q < quantities; ++q) {
         for (qint64 i = 0; i < qMin(a.size(), b.size()); ++i) {
             count += same(a.at(quantityAt(q), i), b.at(quantityAt(q), i)) ? 0 : 1;
         }
@@ -187,6 +187,18 @@ void PixelsTest::fastMapsHaveThePlainBits()
             const bool nonEquiv = isNonEquiv(plan.method);
             const ResultMaps plain =
                 nonEquiv ? plainNonEquiv(input, plan) : plainFourPoints(input, plan);
+            AnalysisInput withMore = input;
+            withMore.precision.maps = true;
+            withMore.precision.noise = oddImages ? NoiseSource::Pixel : NoiseSource::Pooled;
+            withMore.method.nonEquivBounds =
+                oddImages ? NonEquivBounds::NonNegative : NonEquivBounds::Free;
+            const auto more = [&](const MapResources &resources) {
+                return nonEquiv ? nonEquivMap(withMore, plan, resources)
+                                : fourPointsMap(withMore, plan, resources);
+            };
+            limitSimd(SimdLevel::Base);
+            const ResultMaps moreOnce = more({});
+            QVERIFY(oddImages || differences(moreOnce, plain) == 0);
             for (const SimdLevel level : kLevels) {
                 limitSimd(level);
                 for (const int threads : {1, 2, 3, 7}) {
@@ -195,6 +207,7 @@ void PixelsTest::fastMapsHaveThePlainBits()
                     const ResultMaps fast = nonEquiv ? nonEquivMap(input, plan, resources)
                                                      : fourPointsMap(input, plan, resources);
                     QCOMPARE(differences(fast, plain), 0);
+                    QCOMPARE(differences(more(resources), moreOnce, kMapQuantities), 0);
                 }
             }
         }
