@@ -21,27 +21,28 @@ struct Block {
     double excess[kBlock];
 };
 
+template <int M>
 ORVEL_INLINE void chooseFacesBody(const NonNegativeFit::Faces &faces, std::size_t n, Block &block)
 {
-    const int m = faces.references;
-    const int all = (1 << m) - 1;
+    constexpr int kAll = (1 << M) - 1;
     for (std::size_t p = 0; p < n; p += kLanes) {
-        Lanes x[kMost] = {};
-        for (int i = 0; i < m; ++i) {
+        Lanes x[M];
+        for (int i = 0; i < M; ++i) {
             std::memcpy(&x[i], block.x[i] + p, sizeof x[i]);
         }
         const Lanes zero = {};
-        Lanes best[kMost] = {};
+        Lanes best[M] = {};
         Lanes leastExcess = zero + std::numeric_limits<double>::infinity();
-        Lanes bestSet = zero + static_cast<double>(all);
-        for (int held = all; held > 0; --held) { // all held: feasible whatever the rest
+        Lanes bestSet = zero + static_cast<double>(kAll);
+#pragma GCC unroll 16
+        for (int held = kAll; held > 0; --held) { // all held: feasible whatever the rest
             const NonNegativeFit::Face &face = faces.of[static_cast<std::size_t>(held)];
             Lanes excess = {};
-            Lanes solution[kMost] = {};
+            Lanes solution[M] = {};
             Lanes least = {};
-            for (int i = 0; i < m; ++i) {
+            for (int i = 0; i < M; ++i) {
                 if ((held >> i & 1) != 0) {
-                    for (int j = i; j < m; ++j) {
+                    for (int j = i; j < M; ++j) {
                         if ((held >> j & 1) != 0) {
                             excess += x[i] * x[j] * face.excess[i][j];
                         }
@@ -49,7 +50,7 @@ ORVEL_INLINE void chooseFacesBody(const NonNegativeFit::Faces &faces, std::size_
                     continue;
                 }
                 solution[i] = x[i];
-                for (int j = 0; j < m; ++j) {
+                for (int j = 0; j < M; ++j) {
                     if ((held >> j & 1) != 0) {
                         solution[i] += face.shift[i][j] * x[j];
                     }
@@ -59,19 +60,58 @@ ORVEL_INLINE void chooseFacesBody(const NonNegativeFit::Faces &faces, std::size_
             const auto better = (least >= zero) & (excess < leastExcess);
             leastExcess = better ? excess : leastExcess;
             bestSet = better ? zero + static_cast<double>(held) : bestSet;
-            for (int i = 0; i < m; ++i) {
+            for (int i = 0; i < M; ++i) {
                 best[i] = better ? solution[i] : best[i];
             }
         }
-        for (int i = 0; i < m; ++i) {
+        for (int i = 0; i < M; ++i) {
             std::memcpy(block.x[i] + p, &best[i], sizeof best[i]);
         }
         std::memcpy(block.held + p, &bestSet, sizeof bestSet);
         std::memcpy(block.excess + p, &leastExcess, sizeof leastExcess);
     }
 }
-ORVEL_KERNEL(chooseFaces, (const NonNegativeFit::Faces &faces, std::size_t n, Block &block),
-             (faces, n, block))
+
+/// Marks pixels with a negative coefficient and none that is not finite by a 1.
+template <int M>
+ORVEL_INLINE void markNegativeBody(const double *const *x, std::size_t n, double *marks)
+{
+    const Lanes zero = {};
+    for (std::size_t p = 0; p < n; p += kLanes) {
+        const std::size_t bytes = std::min<std::size_t>(kLanes, n - p) * sizeof(double);
+        Lanes least = {};
+        Lanes sum = {}; // 0 unless something is not finite
+        for (int i = 0; i < M; ++i) {
+            Lanes value;
+            loadLanes(x[i] + p, bytes, value);
+            least = value < least ? value : least;
+            sum += value * 0.0;
+        }
+        const Lanes mark = (least < zero) & (sum == zero) ? zero + 1.0 : zero;
+        storeLanes(mark, bytes, marks + p);
+    }
+}
+
+#define ORVEL_FACES(M)                                                                             \
+    ORVEL_INLINE void chooseFaces##M##Body(const NonNegativeFit::Faces &faces, std::size_t n,      \
+                                           Block &block)                                           \
+    {                                                                                              \
+        chooseFacesBody<M>(faces, n, block);                                                       \
+    }                                                                                              \
+    ORVEL_KERNEL(chooseFaces##M,                                                                   \
+                 (const NonNegativeFit::Faces &faces, std::size_t n, Block &block),                \
+                 (faces, n, block))                                                                \
+    ORVEL_INLINE void markNegative##M##Body(const double *const *x, std::size_t n, double *marks)  \
+    {                                                                                              \
+        markNegativeBody<M>(x, n, marks);                                                          \
+    }                                                                                              \
+    ORVEL_KERNEL(markNegative##M, (const double *const *x, std::size_t n, double *marks),          \
+                 (x, n, marks))
+ORVEL_FACES(1)
+ORVEL_FACES(2)
+ORVEL_FACES(3)
+ORVEL_FACES(4)
+#undef ORVEL_FACES
 
 NonNegativeFit::Face faceOf(const Rows &h, unsigned held)
 {
@@ -156,26 +196,22 @@ Rows NonNegativeFit::projection(unsigned held) const
 void NonNegativeFit::bound(double *const *x, std::size_t n, std::uint8_t *held,
                            double *excess) const
 {
+    using Choose = void (*)(const Faces &, std::size_t, Block &);
+    using Mark = void (*)(const double *const *, std::size_t, double *);
+    static constexpr Choose kChoose[] = {chooseFaces1, chooseFaces2, chooseFaces3, chooseFaces4};
+    static constexpr Mark kMark[] = {markNegative1, markNegative2, markNegative3, markNegative4};
     std::fill(held, held + n, std::uint8_t{0});
-    std::fill(excess, excess + n, 0.0);
     if (!m_regular) {
+        std::fill(excess, excess + n, 0.0);
         return;
     }
     const auto m = static_cast<std::size_t>(m_faces.references);
-    const auto needsBounds = [&](std::size_t p) {
-        bool negative = false;
-        double sum = 0.0; // 0 unless something is not finite
-        for (std::size_t i = 0; i < m; ++i) {
-            negative = negative || x[i][p] < 0.0;
-            sum += x[i][p] * 0.0;
-        }
-        return negative && sum == 0.0;
-    };
+    kMark[m - 1](x, n, excess);
     Block block = {};
     std::array<std::size_t, kBlock> pixels = {};
     std::size_t waiting = 0;
     const auto work = [&] {
-        chooseFaces(m_faces, waiting, block);
+        kChoose[m - 1](m_faces, waiting, block);
         for (std::size_t w = 0; w < waiting; ++w) {
             const std::size_t p = pixels[w];
             for (std::size_t b = m; b < static_cast<std::size_t>(m_unknowns); ++b) {
@@ -194,7 +230,7 @@ void NonNegativeFit::bound(double *const *x, std::size_t n, std::uint8_t *held,
         waiting = 0;
     };
     for (std::size_t p = 0; p < n; ++p) {
-        if (!needsBounds(p)) {
+        if (excess[p] == 0.0) {
             continue;
         }
         for (std::size_t i = 0; i < m; ++i) {

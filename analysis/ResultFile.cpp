@@ -3,8 +3,12 @@
 #include "text/NumberText.h"
 #include "text/OutputFile.h"
 
-#include <algorithm>
+#include <QDir>
+#include <QFileInfo>
+
+#include <cmath>
 #include <cstring>
+#include <utility>
 
 namespace orvel {
 namespace {
@@ -67,16 +71,13 @@ void writeFourPoints(LineWriter &line, const ResultMaps &maps, const std::vector
     }
 }
 
-void writeNonEquiv(OutputFile &file, LineWriter &line, const ResultMaps &maps,
-                   const std::array<bool, kQuantities> &record)
+/// "# y x NAMES", then one line a pixel.
+void writeColumns(OutputFile &file, LineWriter &line, const ResultMaps &maps,
+                  const std::vector<std::pair<QByteArray, Quantity>> &columns)
 {
     file.write("# y x");
-    std::vector<Quantity> columns;
-    for (int q = 0; q < kQuantities; ++q) {
-        if (record[static_cast<size_t>(q)]) {
-            columns.push_back(quantityAt(q));
-            file.write(QByteArray(" ") + columnName(q));
-        }
+    for (const auto &[name, quantity] : columns) {
+        file.write(' ' + name);
     }
     file.write("\n");
     for (qint64 i = 0; i < maps.size(); ++i) {
@@ -84,12 +85,57 @@ void writeNonEquiv(OutputFile &file, LineWriter &line, const ResultMaps &maps,
         line.putNumber(maps.origin().positionX(i));
         line.put(" ");
         line.putNumber(maps.origin().positionY(i));
-        for (const Quantity column : columns) {
+        for (const auto &column : columns) {
             line.put(" ");
-            line.putNumber(maps.at(column, i));
+            line.putNumber(maps.at(column.second, i));
         }
         line.end();
     }
+}
+
+void writeNonEquiv(OutputFile &file, LineWriter &line, const ResultMaps &maps,
+                   const std::array<bool, kQuantities> &record)
+{
+    std::vector<std::pair<QByteArray, Quantity>> columns;
+    for (int q = 0; q < kQuantities; ++q) {
+        if (record[static_cast<size_t>(q)]) {
+            columns.emplace_back(columnName(q), quantityAt(q));
+        }
+    }
+    writeColumns(file, line, maps, columns);
+}
+
+/// First line, the image's own lines, what is particular about the fit, an empty line.
+void writeHeader(OutputFile &file, const ResultMaps *maps)
+{
+    file.write("# klyv result map V1.0\n");
+    if (maps != nullptr) {
+        for (const QString &headerLine : maps->origin().header()) {
+            file.write(headerLine.toUtf8() + '\n');
+        }
+        if (maps->isBounded()) {
+            file.write("# fit: no negative references; " +
+                       QByteArray::number(maps->pixelsOnBounds()) + " pixels on a bound\n");
+        }
+    }
+}
+
+QByteArray noiseText(const MapPrecision &precision)
+{
+    const QByteArray sigma = std::isnan(precision.sigma)
+                                 ? QByteArrayLiteral("not determined")
+                                 : QByteArray::number(precision.sigma, 'g', 6);
+    switch (precision.noise) {
+    case NoiseSource::Pooled:
+        return "pooled residuals, s = " + sigma;
+    case NoiseSource::Pixel:
+        return "residuals of each pixel";
+    case NoiseSource::Given:
+        return "given, s = " + sigma;
+    case NoiseSource::Counts:
+        return "counts, variance 1/I + 1/I0";
+    }
+    return {};
 }
 
 } // namespace
@@ -109,12 +155,7 @@ bool writeResultFile(const QString &path, const ResultMaps *maps, const ResultFi
     if (!file.open()) {
         return false;
     }
-    file.write("# klyv result map V1.0\n");
-    if (maps != nullptr) {
-        for (const QString &headerLine : maps->origin().header()) {
-            file.write(headerLine.toUtf8() + '\n');
-        }
-    }
+    writeHeader(file, maps);
     file.write("\n");
     if (maps != nullptr) {
         LineWriter line(file);
@@ -124,6 +165,40 @@ bool writeResultFile(const QString &path, const ResultMaps *maps, const ResultFi
             writeFourPoints(line, *maps, options.valences);
         }
     }
+    return file.commit();
+}
+
+QString sigmaPathBeside(const QString &resultPath)
+{
+    const QFileInfo info(resultPath);
+    const QString suffix = info.suffix();
+    return info.dir().filePath(info.completeBaseName() + QStringLiteral("_Sigma") +
+                               (suffix.isEmpty() ? QString() : QLatin1Char('.') + suffix));
+}
+
+bool writeSigmaFile(const QString &path, const ResultMaps &maps)
+{
+    OutputFile file(path);
+    if (!file.open()) {
+        return false;
+    }
+    std::vector<std::pair<QByteArray, Quantity>> columns;
+    for (int q = kQuantities; q < kMapQuantities; ++q) {
+        if (maps.fills(quantityAt(q))) {
+            static constexpr const char *kNames[] = {
+                "Residual",     "sigma_alpha1",  "sigma_alpha2",    "sigma_alpha3",
+                "sigma_alpha4", "sigma_Valence", "sigma_Total-dMut"};
+            columns.emplace_back(kNames[q - kQuantities], quantityAt(q));
+        }
+    }
+    writeHeader(file, &maps);
+    if (maps.precision()) {
+        file.write("# noise: " + noiseText(*maps.precision()) + "; degrees of freedom " +
+                   QByteArray::number(maps.precision()->freedom) + '\n');
+    }
+    file.write("\n");
+    LineWriter line(file);
+    writeColumns(file, line, maps, columns);
     return file.commit();
 }
 

@@ -104,6 +104,9 @@ std::vector<Line> writeResults(const QString &path, const MapOutcome &outcome,
         if (!outcome.amountCounts.write(path, kThicknessTag)) {
             faults.push_back(cannotOpen(BinCounts::pathBeside(path, kThicknessTag)));
         }
+        if (texts.advanced.sigmaFile && !writeSigmaFile(sigmaPathBeside(path), *outcome.maps)) {
+            faults.push_back(cannotOpen(sigmaPathBeside(path)));
+        }
         if (images) {
             for (const QString &lost : writeImages(path, outcome, input)) {
                 faults.push_back(cannotOpen(lost));
@@ -147,11 +150,11 @@ ExitStatus runSession(const CommandLine &commandLine)
         return WrongUsage;
     }
     if (!resultPath.isEmpty()) {
-        QStringList outputs = resultPaths(resultPath);
+        QStringList outputs = resultPaths(resultPath, texts.advanced);
         if (commandLine.images) {
             outputs += imagePaths(resultPath);
         }
-        const QStringList inputs = inputPaths(session.state) + QStringList(commandLine.sessionPath);
+        const QStringList inputs = inputPaths(texts) + QStringList(commandLine.sessionPath);
         const QString input = overwrittenInput(outputs, inputs);
         if (!input.isEmpty()) {
             complain(QStringLiteral("the result file %1 would overwrite the input %2")

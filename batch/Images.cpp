@@ -16,14 +16,27 @@ namespace orvel {
 namespace {
 
 /// By Quantity.
-constexpr std::array<const char *, kQuantities> kTitles = {
-    QT_TRANSLATE_NOOP("FourPs", "Ratio 1"), QT_TRANSLATE_NOOP("FourPs", "Ratio 2"),
-    QT_TRANSLATE_NOOP("FourPs", "Ratio 3"), QT_TRANSLATE_NOOP("FourPs", "Ratio 4"),
-    QT_TRANSLATE_NOOP("FourPs", "dMut 1"),  QT_TRANSLATE_NOOP("FourPs", "dMut 2"),
-    QT_TRANSLATE_NOOP("FourPs", "dMut 3"),  QT_TRANSLATE_NOOP("FourPs", "dMut 4"),
-    QT_TRANSLATE_NOOP("FourPs", "mut0"),    QT_TRANSLATE_NOOP("FourPs", "C1"),
-    QT_TRANSLATE_NOOP("FourPs", "C2"),      QT_TRANSLATE_NOOP("FourPs", "Valence"),
+constexpr std::array<const char *, kMapQuantities> kTitles = {
+    QT_TRANSLATE_NOOP("FourPs", "Ratio 1"),
+    QT_TRANSLATE_NOOP("FourPs", "Ratio 2"),
+    QT_TRANSLATE_NOOP("FourPs", "Ratio 3"),
+    QT_TRANSLATE_NOOP("FourPs", "Ratio 4"),
+    QT_TRANSLATE_NOOP("FourPs", "dMut 1"),
+    QT_TRANSLATE_NOOP("FourPs", "dMut 2"),
+    QT_TRANSLATE_NOOP("FourPs", "dMut 3"),
+    QT_TRANSLATE_NOOP("FourPs", "dMut 4"),
+    QT_TRANSLATE_NOOP("FourPs", "mut0"),
+    QT_TRANSLATE_NOOP("FourPs", "C1"),
+    QT_TRANSLATE_NOOP("FourPs", "C2"),
+    QT_TRANSLATE_NOOP("FourPs", "Valence"),
     QT_TRANSLATE_NOOP("FourPs", "Amount"),
+    QT_TRANSLATE_NOOP("FourPs", "Residual"),
+    QT_TRANSLATE_NOOP("FourPs", "sigma Ratio 1"),
+    QT_TRANSLATE_NOOP("orvel", "sigma Ratio 2"),
+    QT_TRANSLATE_NOOP("FourPs", "sigma Ratio 3"),
+    QT_TRANSLATE_NOOP("orvel", "sigma Ratio 4"),
+    QT_TRANSLATE_NOOP("FourPs", "sigma Valence"),
+    QT_TRANSLATE_NOOP("orvel", "sigma Amount"),
 };
 const char *titleOf(Quantity quantity)
 {
@@ -45,7 +58,7 @@ QString pathOf(const QString &resultPath, const QString &tag)
 
 QString pathOf(const QString &resultPath, Quantity quantity)
 {
-    return pathOf(resultPath, quantityNames()[indexOf(quantity)]);
+    return pathOf(resultPath, mapQuantityNames()[indexOf(quantity)]);
 }
 
 /// Planes of references that do not take part, and of a term that a linear background lacks, hold
@@ -121,7 +134,7 @@ bool writePng(const QString &path, const QImage &image)
 QStringList imagePaths(const QString &resultPath)
 {
     QStringList paths = {pathOf(resultPath, kRatioTag), pathOf(resultPath, kThicknessTag)};
-    for (int q = 0; q < kQuantities; ++q) {
+    for (int q = 0; q < kMapQuantities; ++q) {
         paths.append(pathOf(resultPath, quantityAt(q)));
     }
     return paths;
@@ -140,7 +153,7 @@ QStringList writeImages(const QString &resultPath, const MapOutcome &outcome,
         }
         lost.append(path);
     };
-    for (int q = 0; q < kQuantities; ++q) {
+    for (int q = 0; q < kMapQuantities; ++q) {
         const Quantity quantity = quantityAt(q);
         if (isWorthAPicture(outcome, input, quantity)) {
             put(pathOf(resultPath, quantity), [&] { return mapImage(*outcome.maps, quantity); });

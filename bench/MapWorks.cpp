@@ -3,7 +3,9 @@
 #include "analysis/Checks.h"
 #include "analysis/FourPoints.h"
 #include "analysis/NonEquiv.h"
+#include "analysis/SmallQr.h"
 #include "bench/Inputs.h"
+#include "bench/Random.h"
 
 #include <cmath>
 #include <optional>
@@ -175,6 +177,132 @@ private:
     }
 };
 
+/// With the planes of residuals and standard deviations.
+class SigmaWork : public NonEquivWork {
+public:
+    SigmaWork() : NonEquivWork(false) {}
+
+    void prepare(Inputs &inputs) override
+    {
+        NonEquivWork::prepare(inputs);
+        m_input = sample().nonEquiv();
+        m_input.precision.maps = true;
+    }
+
+private:
+    ResultMaps map() const override { return nonEquivMap(m_input, plan(), resources()); }
+
+    /// The residual is what the found coefficients leave of each pixel; deviations are to each
+    /// other as their formula says, by way of the inverse of the normal matrix.
+    QString checkMaps(const ResultMaps &maps) const override
+    {
+        const RefValues model = gatherRefValues(m_input, plan());
+        const NonEquivFit fit(model);
+        const size_t m = model.references();
+        const Rows inverse = SmallQr(fit.basis()).normalInverse();
+        const double s = maps.precision()->sigma;
+        double residuals = 0.0;
+        for (qint64 i = 0; i < maps.size(); ++i) {
+            const auto at = [&maps, i](Quantity quantity, size_t k) {
+                return maps.at(quantityAt(indexOf(quantity) + static_cast<int>(k)), i);
+            };
+            double square = 0.0;
+            for (size_t e = 0; e < fit.basis().size(); ++e) {
+                double rest = absorption(e, static_cast<size_t>(i));
+                for (size_t k = 0; k < fit.basis()[e].size(); ++k) {
+                    rest -= fit.basis()[e][k] *
+                            (k < m ? at(Quantity::DMut1, k) / (model.jumpShares[k] * model.jump)
+                                   : at(Quantity::Mut0, k - m));
+                }
+                square += rest * rest;
+            }
+            residuals += square;
+            const double points = static_cast<double>(fit.basis().size());
+            if (!isNear(at(Quantity::Residual, 0), std::sqrt(square / points), 1e-9)) {
+                return QStringLiteral("residual of pixel %1").arg(i);
+            }
+            const double total = at(Quantity::Amount, 0);
+            double variance = 0.0; // of the first ratio
+            for (size_t a = 0; a < m; ++a) {
+                for (size_t b = 0; b < m; ++b) {
+                    const double r = at(Quantity::Ratio1, 0);
+                    variance += ((a == 0 ? 1.0 : 0.0) - r) * model.jumpShares[a] * inverse[a][b] *
+                                model.jumpShares[b] * ((b == 0 ? 1.0 : 0.0) - r);
+                }
+            }
+            const double expected = s * std::sqrt(variance) * model.jump / std::fabs(total);
+            const double found = at(Quantity::SigmaRatio1, 0);
+            if (!std::isnan(found) && !isNear(found / expected, 1.0, 1e-6)) {
+                return QStringLiteral("deviation of pixel %1").arg(i);
+            }
+        }
+        if (!isNear(s * s * static_cast<double>(maps.size()) / residuals, 1.0, 1e-6)) {
+            return QStringLiteral("pooled noise %1").arg(s); // one degree of freedom a pixel
+        }
+        return {};
+    }
+
+    AnalysisInput m_input;
+};
+
+/// Pixels on the model, a quarter of them with a negative coefficient, fitted with bounds.
+class BoundedWork : public NonEquivWork {
+public:
+    BoundedWork() : NonEquivWork(false) {}
+
+    void prepare(Inputs &inputs) override
+    {
+        NonEquivWork::prepare(inputs);
+        m_input = sample().nonEquiv();
+        m_input.method.nonEquivBounds = NonEquivBounds::NonNegative;
+        const NonEquivFit fit(gatherRefValues(m_input, plan()));
+        const size_t m = fit.references().references();
+        const ImageData &origin = *m_input.points[0].map;
+        std::vector<Column> absorptions(m_input.points.size());
+        Random random(20);
+        for (qint64 i = 0; i < origin.size(); ++i) {
+            std::array<double, kReferenceRows> x;
+            for (double &coefficient : x) {
+                coefficient = 0.1 + random.uniform();
+            }
+            if (i % 4 == 0) {
+                x[static_cast<size_t>(i / 4) % m] -= 1.6; // as far below 0 as others are above
+            }
+            for (size_t e = 0; e < absorptions.size(); ++e) {
+                double value = 0.2;
+                for (size_t k = 0; k < m; ++k) {
+                    value += x[k] * fit.basis()[e][k];
+                }
+                absorptions[e].push_back(value);
+            }
+        }
+        for (size_t e = 0; e < absorptions.size(); ++e) {
+            m_input.points[e].map =
+                ImageData::fromAbsorption(origin.xNum(), origin.yNum(), std::move(absorptions[e]));
+        }
+    }
+
+private:
+    ResultMaps map() const override { return nonEquivMap(m_input, plan(), resources()); }
+
+    QString checkMaps(const ResultMaps &maps) const override
+    {
+        for (qint64 i = 0; i < maps.size(); ++i) {
+            const bool held = maps.heldReferences()[static_cast<size_t>(i)] != 0;
+            bool negative = false;
+            for (int k = 0; k < kReferenceRows; ++k) {
+                negative = negative || maps.at(quantityAt(indexOf(Quantity::DMut1) + k), i) < 0;
+            }
+            if (held != (i % 4 == 0) || negative) {
+                return QStringLiteral("bounds of pixel %1").arg(i);
+            }
+        }
+        return {};
+    }
+
+    AnalysisInput m_input;
+};
+
 class FourPointWork : public MapWork {
 public:
     using MapWork::MapWork;
@@ -263,6 +391,16 @@ std::unique_ptr<Work> makeNonEquivMap()
 std::unique_ptr<Work> makeNonEquivMapAgain()
 {
     return std::make_unique<NonEquivWork>(false);
+}
+
+std::unique_ptr<Work> makeSigmaMap()
+{
+    return std::make_unique<SigmaWork>();
+}
+
+std::unique_ptr<Work> makeBoundedMap()
+{
+    return std::make_unique<BoundedWork>();
 }
 
 std::unique_ptr<Work> makeFourPointMap()

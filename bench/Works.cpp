@@ -13,6 +13,8 @@ const std::vector<NamedWork> &works()
         {"read-map", makeReadMap},
         {"noneq-map", makeNonEquivMap},
         {"noneq-map-again", makeNonEquivMapAgain},
+        {"sigma-map", makeSigmaMap},
+        {"bounded-map", makeBoundedMap},
         {"fourpoint-map", makeFourPointMap},
         {"fourpoint-map-again", makeFourPointMapAgain},
         {"write-map", makeWriteMap},

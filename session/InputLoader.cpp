@@ -36,6 +36,7 @@ public:
             input.points.push_back(point(row++, texts));
         }
         input.method = methodOf(m_texts);
+        input.precision = precisionOf(m_texts.advanced);
         input.valenceHistogram = histogramOf(m_texts.valenceHistogram);
         input.amountHistogram = histogramOf(m_texts.amountHistogram);
 

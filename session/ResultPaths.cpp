@@ -1,6 +1,7 @@
 #include "session/ResultPaths.h"
 
 #include "analysis/BinCounts.h"
+#include "analysis/ResultFile.h"
 #include "session/SessionTexts.h"
 #include "text/OutputFile.h"
 
@@ -9,17 +10,19 @@ namespace orvel {
 const QString kRatioTag = QStringLiteral("HGAlpha");
 const QString kThicknessTag = QStringLiteral("HGThick");
 
-QStringList resultPaths(const QString &resultPath)
+QStringList resultPaths(const QString &resultPath, const AdvancedTexts &advanced)
 {
-    return {resultPath, BinCounts::pathBeside(resultPath, kRatioTag),
-            BinCounts::pathBeside(resultPath, kThicknessTag)};
+    QStringList paths = {resultPath, BinCounts::pathBeside(resultPath, kRatioTag),
+                         BinCounts::pathBeside(resultPath, kThicknessTag)};
+    if (advanced.sigmaFile) {
+        paths.append(sigmaPathBeside(resultPath));
+    }
+    return paths;
 }
 
-QStringList inputPaths(const PanelState &state)
+QStringList inputPaths(const SessionTexts &texts)
 {
-    const SessionTexts &texts = state.texts;
-    QStringList paths = state.view.displayFiles;
-    paths.append(texts.target.file);
+    QStringList paths = {texts.target.file};
     for (const ReferenceTexts &reference : texts.references) {
         paths.append(reference.file);
     }

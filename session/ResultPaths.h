@@ -5,17 +5,18 @@
 
 namespace orvel {
 
-struct PanelState;
+struct AdvancedTexts;
+struct SessionTexts;
 
 /// Tags of the two histogram files beside a result file.
 extern const QString kRatioTag;
 extern const QString kThicknessTag;
 
-/// The result file and its histogram files.
-QStringList resultPaths(const QString &resultPath);
+/// The result file, its histogram files and what else the choices ask for beside it.
+QStringList resultPaths(const QString &resultPath, const AdvancedTexts &advanced);
 
-/// Every file that a session reads, those of spectra that only the window shows included.
-QStringList inputPaths(const PanelState &state);
+/// Every file that an analysis reads.
+QStringList inputPaths(const SessionTexts &texts);
 
 /// The first input that writing one of the outputs would replace or change, through links of any
 /// kind; empty when there is none.

@@ -20,7 +20,8 @@ constexpr ushort kByteOrderMark = 0xFEFF; // QSettings drops it at the start of 
 /// Names every key once, for reading and for writing: calls
 ///   field.text(key, QString &), field.given(key, optional<QString> &),
 ///   field.box(key, bool &), field.path(key, QString &), field.paths(key, QStringList &),
-///   field.choice(key, Enum &, names in the order of the enum).
+///   field.choice(key, Enum &, names in the order of the enum);
+/// the same as rare...(key, value, default, ...) for keys that are written only where they differ.
 template <class State, class Field> void eachField(State &state, Field &field)
 {
     const auto key = [](const char *group, const QString &name) {
@@ -80,7 +81,21 @@ template <class State, class Field> void eachField(State &state, Field &field)
     }
     field.path(QStringLiteral("Output/SaveFSelect"), texts.resultFile);
 
-    field.choice(QStringLiteral("View/MapQuantity"), view.mapQuantity, quantityNames());
+    const AdvancedTexts usual;
+    auto &advanced = texts.advanced;
+    field.rareBox(QStringLiteral("Advanced/SigmaMaps"), advanced.sigmaMaps, usual.sigmaMaps);
+    field.rareBox(QStringLiteral("Advanced/SigmaFile"), advanced.sigmaFile, usual.sigmaFile);
+    field.rareChoice(QStringLiteral("Advanced/Noise"), advanced.noise, usual.noise,
+                     {QStringLiteral("Pooled"), QStringLiteral("Pixel"), QStringLiteral("Given"),
+                      QStringLiteral("Counts")});
+    field.rareText(QStringLiteral("Advanced/NoiseSigma"), advanced.noiseSigma, usual.noiseSigma);
+    field.rareChoice(QStringLiteral("Advanced/NonEquivBounds"), advanced.nonEquivBounds,
+                     usual.nonEquivBounds, {QStringLiteral("Free"), QStringLiteral("NonNegative")});
+    field.rareChoice(QStringLiteral("Advanced/LcfBounds"), advanced.lcfBounds, usual.lcfBounds,
+                     {QStringLiteral("Free"), QStringLiteral("NonNegative"),
+                      QStringLiteral("SumToOne"), QStringLiteral("NonNegativeSumToOne")});
+
+    field.choice(QStringLiteral("View/MapQuantity"), view.mapQuantity, mapQuantityNames());
     field.choice(QStringLiteral("View/HgQuantity"), view.histogramQuantity, quantityNames());
     field.choice(QStringLiteral("View/Normalize"), view.normalize,
                  {QStringLiteral("None"), QStringLiteral("SubPre"), QStringLiteral("EJ"),
@@ -92,6 +107,12 @@ template <class State, class Field> void eachField(State &state, Field &field)
     field.box(QStringLiteral("View/ShowMap"), view.showResultMap);
     field.text(QStringLiteral("View/ShowMapB"), view.dataMapRow);
     field.paths(QStringLiteral("View/DispFiles"), view.displayFiles);
+    const ViewTexts usualView;
+    field.rareBox(QStringLiteral("View/HideUncertain"), view.hideUncertain,
+                  usualView.hideUncertain);
+    field.rareText(QStringLiteral("View/SigmaLimit"), view.sigmaLimit, usualView.sigmaLimit);
+    field.rareBox(QStringLiteral("View/ShowPixelWindow"), view.showPixelWindow,
+                  usualView.showPixelWindow);
 }
 
 class FieldReader {
@@ -151,6 +172,14 @@ public:
             notes.append(QStringLiteral("unknown choice %1=%2, taken as %3")
                              .arg(key, name, names[static_cast<int>(value)]));
         }
+    }
+
+    void rareText(const QString &key, QString &value, const QString &) { text(key, value); }
+    void rareBox(const QString &key, bool &value, bool) { box(key, value); }
+    template <class Enum>
+    void rareChoice(const QString &key, Enum &value, Enum, const QStringList &names)
+    {
+        choice(key, value, names);
     }
 
     /// Keys of the file that no field has.
@@ -218,6 +247,26 @@ public:
     void choice(const QString &key, const Enum &value, const QStringList &names)
     {
         text(key, names[static_cast<int>(value)]);
+    }
+
+    void rareText(const QString &key, const QString &value, const QString &usual)
+    {
+        if (value != usual) {
+            text(key, value);
+        }
+    }
+    void rareBox(const QString &key, bool value, bool usual)
+    {
+        if (value != usual) {
+            box(key, value);
+        }
+    }
+    template <class Enum>
+    void rareChoice(const QString &key, const Enum &value, Enum usual, const QStringList &names)
+    {
+        if (value != usual) {
+            choice(key, value, names);
+        }
     }
 
     QByteArray ini() const { return m_text.toUtf8(); }

@@ -18,6 +18,16 @@ const QStringList &quantityNames()
     return names;
 }
 
+const QStringList &mapQuantityNames()
+{
+    static const QStringList names =
+        quantityNames() + QStringList{QStringLiteral("Residual"),    QStringLiteral("SigmaRatio1"),
+                                      QStringLiteral("SigmaRatio2"), QStringLiteral("SigmaRatio3"),
+                                      QStringLiteral("SigmaRatio4"), QStringLiteral("SigmaValence"),
+                                      QStringLiteral("SigmaAmount")};
+    return names;
+}
+
 MethodChoice methodOf(const SessionTexts &texts)
 {
     MethodChoice method;
@@ -26,7 +36,14 @@ MethodChoice methodOf(const SessionTexts &texts)
     method.subPostForRef = texts.subForRef == SubtractedLine::Post;
     method.subPostForTarget = texts.subForTarget == SubtractedLine::Post;
     method.linearBackground = texts.background == BackgroundLine::Linear;
+    method.nonEquivBounds = texts.advanced.nonEquivBounds;
+    method.lcfBounds = texts.advanced.lcfBounds;
     return method;
+}
+
+PrecisionChoice precisionOf(const AdvancedTexts &texts)
+{
+    return {texts.wantsSigmaMaps(), texts.noise, texts.noiseSigma.toDouble()};
 }
 
 HistogramSettings histogramOf(const HistogramTexts &texts)

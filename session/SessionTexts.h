@@ -46,6 +46,19 @@ enum class SubtractedLine { Pre, Post };
 enum class BackgroundLine { Victoreen, Linear };
 enum class GraphNormalization { None, SubPre, EdgeJump, TwoVictoreens };
 
+/// What goes beyond the described analysis: precision and bounds. A session file names only what
+/// differs from these defaults.
+struct AdvancedTexts {
+    bool sigmaMaps = false; ///< maps get planes of residuals and standard deviations
+    bool sigmaFile = false; ///< and a file of them beside the result file; implies the planes
+    NoiseSource noise = NoiseSource::Pooled;
+    QString noiseSigma = QStringLiteral("0.005"); ///< of an absorption [1], with NoiseSource::Given
+    NonEquivBounds nonEquivBounds = NonEquivBounds::Free;
+    LcfBounds lcfBounds = LcfBounds::Free;
+
+    bool wantsSigmaMaps() const { return sigmaMaps || sigmaFile; }
+};
+
 /// The edge field's text before any edge is found [eV].
 extern const QString kDefaultEdge;
 
@@ -70,6 +83,7 @@ struct SessionTexts {
 
     std::array<bool, kQuantities> record; ///< columns of a non-equivalent file, by Quantity
     QString resultFile;
+    AdvancedTexts advanced;
 
     SessionTexts() { record.fill(true); }
 };
@@ -84,8 +98,11 @@ struct ViewTexts {
     bool showDataMap = true;
     bool showGraphs = true;
     bool showResultMap = true;
-    QString dataMapRow = QStringLiteral("1"); ///< 1 to 8
-    QStringList displayFiles;                 ///< further spectra shown in "Muts"
+    QString dataMapRow = QStringLiteral("1");   ///< 1 to 8
+    QStringList displayFiles;                   ///< further spectra shown in "Muts"
+    bool hideUncertain = false;                 ///< pixels whose sigma exceeds the limit stay white
+    QString sigmaLimit = QStringLiteral("0.1"); ///< in units of the shown quantity
+    bool showPixelWindow = false;               ///< a double click in the map shows the pixel's fit
 };
 
 /// Everything that a session file keeps: the one value to snapshot and restore.
@@ -96,8 +113,11 @@ struct PanelState {
 
 /// Names of the quantities, by Quantity: in keys and object names, and in the names of pictures.
 const QStringList &quantityNames();
+/// The same with those beside the results.
+const QStringList &mapQuantityNames();
 
 MethodChoice methodOf(const SessionTexts &texts);
+PrecisionChoice precisionOf(const AdvancedTexts &texts);
 HistogramSettings histogramOf(const HistogramTexts &texts);
 
 } // namespace orvel

@@ -395,7 +395,6 @@ void BatchTest::leavesEveryFileAlone_data()
          {"sub/../t.dat", "m3.txt", "解析~s.ini", "here/b.dat", "b.dat Ref2/XafsFS=link.dat",
           "new.txt Ref3/XafsFS=sub/new_HGAlpha.txt", // beside a link's future file
           "hard.dat", "x.dat Ref3/XafsFS=x2.dat",    // further names of the file itself
-          "new.dat View/DispFiles=new_HGAlpha.dat",  // measured too, though only shown
           "two.dat"}) {                              // whose histogram is a link to it
         row("S", 2, missing + kNoRange + " Output/SaveFSelect=" + inputs);
     }
