@@ -44,15 +44,6 @@ double pooledSigma(const ResultMaps &maps, int points, int freedom)
 
 } // namespace
 
-bool hasCounts(const ImageData &image)
-{
-    const MapColumns *columns = image.columns();
-    const auto positive = [](double count) { return count > 0.0; };
-    return columns != nullptr && image.size() > 0 &&
-           std::all_of(columns->signal.begin(), columns->signal.end(), positive) &&
-           std::all_of(columns->reference.begin(), columns->reference.end(), positive);
-}
-
 PixelNoise::PixelNoise(const ResultMaps &maps,
                        const std::vector<std::shared_ptr<const ImageData>> &images,
                        const PrecisionChoice &choice, int points, int freedom)

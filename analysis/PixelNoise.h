@@ -13,9 +13,6 @@ namespace orvel {
 /// bar: the ratio of two numbers near 0 has a distribution without one. Not determined then.
 inline constexpr double kLeastAmountInSigmas = 3.0;
 
-/// Whether both intensity columns of an image can be counts: they are there and all positive.
-bool hasCounts(const ImageData &image);
-
 /// Variance of the absorptions of each pixel of a map, by what the user chose.
 class PixelNoise {
 public:

@@ -32,11 +32,11 @@ constexpr std::array<const char *, kMapQuantities> kTitles = {
     QT_TRANSLATE_NOOP("FourPs", "Amount"),
     QT_TRANSLATE_NOOP("FourPs", "Residual"),
     QT_TRANSLATE_NOOP("FourPs", "sigma Ratio 1"),
-    QT_TRANSLATE_NOOP("orvel", "sigma Ratio 2"),
+    QT_TRANSLATE_NOOP("FourPs", "sigma Ratio 2"),
     QT_TRANSLATE_NOOP("FourPs", "sigma Ratio 3"),
-    QT_TRANSLATE_NOOP("orvel", "sigma Ratio 4"),
+    QT_TRANSLATE_NOOP("FourPs", "sigma Ratio 4"),
     QT_TRANSLATE_NOOP("FourPs", "sigma Valence"),
-    QT_TRANSLATE_NOOP("orvel", "sigma Amount"),
+    QT_TRANSLATE_NOOP("FourPs", "sigma Amount"),
 };
 const char *titleOf(Quantity quantity)
 {

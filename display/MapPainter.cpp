@@ -111,14 +111,22 @@ ORVEL_KERNEL(widen, (const double *values, qint64 n, ValueLimits &limits), (valu
 bool MapValues::isSameAs(const MapValues &other) const
 {
     return values == other.values && count == other.count && width == other.width &&
-           height == other.height && !owner.owner_before(other.owner) &&
-           !other.owner.owner_before(owner);
+           height == other.height && sigma == other.sigma && sigmaLimit == other.sigmaLimit &&
+           !owner.owner_before(other.owner) && !other.owner.owner_before(owner);
 }
 
 ValueLimits limitsOf(const MapValues &map)
 {
     ValueLimits limits = {1e300, -1e300};
     const qint64 n = std::min(map.count, map.size());
+    if (map.sigma != nullptr) {
+        for (qint64 i = 0; i < n; ++i) {
+            if (!map.isHidden(i)) {
+                widen(map.values + i, 1, limits);
+            }
+        }
+        return limits;
+    }
     widen(map.values, n, limits);
     if (n < map.size()) { // the rest reads 0
         limits.low = std::min(limits.low, 0.0);
@@ -212,6 +220,12 @@ void MapPainter::renderRow(const MapValues &map, int row, const ColourScale &sca
         values = m_line.data();
     }
     scale.coloursOf(values, m_columns.data(), m_image.width(), out);
+    for (int x = 0; map.sigma != nullptr && x < m_image.width(); ++x) {
+        const int column = m_columns[static_cast<std::size_t>(x)];
+        if (column >= 0 && begin + column < map.count && map.isHidden(begin + column)) {
+            out[x] = qRgb(255, 255, 255);
+        }
+    }
 }
 
 } // namespace orvel

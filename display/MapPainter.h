@@ -23,13 +23,19 @@ struct MapValues {
     /// What keeps the values alive and unchanged. Two maps with the same owner and the same
     /// address are the same map.
     std::weak_ptr<const void> owner;
+    /// Beside the values, or null: pixels where this exceeds the limit or is no number are hidden.
+    const double *sigma = nullptr;
+    double sigmaLimit = 0.0;
+
+    bool isHidden(qint64 i) const { return sigma != nullptr && !(sigma[i] <= sigmaLimit); }
 
     bool isEmpty() const { return width <= 0 || height <= 0; }
     qint64 size() const { return static_cast<qint64>(width) * height; }
     bool isSameAs(const MapValues &other) const;
 };
 
-/// Least and greatest value of the pixels, not-a-numbers left out; 1e300 and -1e300 without any.
+/// Least and greatest value of the pixels, not-a-numbers and hidden ones left out; 1e300 and -1e300
+/// without any.
 struct ValueLimits {
     double low;
     double high;
@@ -40,8 +46,9 @@ ValueLimits limitsOf(const MapValues &map);
 ///
 /// Pixel (i, j) of the map covers the screen from trunc(sx(i)) to trunc(sx(i + 1)) and from
 /// trunc(sy(j + 1)) to trunc(sy(j)), upper ends left out, wherever those are numbers. With the
-/// grid, lines of one pixel run along all these edges. The picture is built by scan lines in
-/// logical pixels and kept until something it depends on changes: painting again is one copy.
+/// grid, lines of one pixel run along all these edges. Hidden pixels are white. The picture is
+/// built by scan lines in logical pixels and kept until something it depends on changes: painting
+/// again is one copy.
 class MapPainter {
 public:
     /// Paints white, and the map if there is one, over the whole area of `coord`.

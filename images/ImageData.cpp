@@ -1,5 +1,7 @@
 #include "images/ImageData.h"
 
+#include <algorithm>
+
 #include "base/Parallel.h"
 
 #include <cmath>
@@ -85,6 +87,19 @@ double ImageData::positionY(qint64 i) const
     }
     const qint64 row = i / m_xNum;
     return static_cast<double>(row);
+}
+
+bool ImageData::hasCounts() const
+{
+    if (m_hasCounts < 0) { // any thread may find out, all find the same
+        const auto positive = [](double count) { return count > 0.0; };
+        const auto all = [&](const Column &column) {
+            return std::all_of(column.begin(), column.end(), positive);
+        };
+        m_hasCounts =
+            !m_processed && size() > 0 && all(m_columns.signal) && all(m_columns.reference) ? 1 : 0;
+    }
+    return m_hasCounts == 1;
 }
 
 } // namespace orvel

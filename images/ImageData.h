@@ -5,6 +5,7 @@
 
 #include "base/Column.h"
 
+#include <atomic>
 #include <memory>
 
 namespace orvel {
@@ -73,6 +74,8 @@ public:
         const qint64 i = static_cast<qint64>(y) * m_xNum + x;
         return i >= 0 && i < size() ? absorptionPlane()[static_cast<size_t>(i)] : -1.0;
     }
+    /// Whether both intensity columns can be counts of photons: they are there and all positive.
+    bool hasCounts() const;
     /// The columns of the file; null for a processed map, which has absorptions alone.
     const MapColumns *columns() const { return m_processed ? nullptr : &m_columns; }
     const Column &absorptionPlane() const { return m_processed ? m_columns.signal : m_absorption; }
@@ -88,6 +91,7 @@ private:
     bool m_processed = false; ///< only the signal column is stored, and it is the absorption
     MapColumns m_columns;
     Column m_absorption;
+    mutable std::atomic<int> m_hasCounts = -1; ///< not looked at yet
 };
 
 } // namespace orvel

@@ -5,6 +5,7 @@
 #include "display/NumberEdit.h"
 #include "display/cBar.h"
 #include "images/AEPoint.h"
+#include "panel/AdvancedPanel.h"
 #include "panel/PointHeader.h"
 #include "panel/TabOrder.h"
 #include "panel/ToolTips.h"
@@ -56,6 +57,7 @@ FourPs::FourPs(QWidget *parent)
         std::make_unique<Histgram>(m_ui->HgAFrom, m_ui->HgATo, m_ui->HgABoxes, m_ui->HgAAuto);
     m_amountHistogram =
         std::make_unique<Histgram>(m_ui->HgTFrom, m_ui->HgTTo, m_ui->HgTBoxes, m_ui->HgTAuto);
+    makeAdvanced();
     makeRows();
     fitFields();
     m_ui->ResultMap->setTitle(tr("Result Map"));
@@ -655,7 +657,8 @@ void FourPs::warnOfOverwriting()
     const QString result = m_ui->SaveFSelect->text();
     const QString input = result.isEmpty()
                               ? QString()
-                              : orvel::overwrittenInput(orvel::resultPaths(result), inputPaths());
+                              : orvel::overwrittenInput(
+                                    orvel::resultPaths(result, m_advanced->texts()), inputPaths());
     m_ui->SaveFSelect->showProblem(
         input.isEmpty() ? QString() : tr("Writing replaces the input %1").arg(input));
 }
@@ -710,6 +713,9 @@ void FourPs::enableWhatCounts()
     for (int i = 0; i < orvel::kQuantities; ++i) { // a four-points file has its fixed columns
         recordButton(orvel::quantityAt(i))->setEnabled(nonEquiv);
     }
+    for (int i = orvel::kQuantities; i < orvel::kMapQuantities; ++i) {
+        mapButton(orvel::quantityAt(i))->setVisible(m_advanced->texts().wantsSigmaMaps());
+    }
     for (QLineEdit *edit : {m_ui->HgAFrom, m_ui->HgATo}) {
         edit->setEnabled(!m_ui->HgAAuto->isChecked());
     }
@@ -722,6 +728,21 @@ void FourPs::dispCalcConditions(bool f)
 {
     m_ui->FourPCondsF->setVisible(f);
     m_ui->NonEquivCondsF->setVisible(f);
+}
+
+/// What is beside the results stands in a frame of its own, out of sight until it is asked for.
+void FourPs::makeAdvanced()
+{
+    m_advanced = new AdvancedPanel(this);
+    m_ui->ProcL->insertWidget(m_ui->ProcL->indexOf(m_ui->NonEquivCondsF) + 1, m_advanced);
+    m_advanced->hide();
+    connect(m_ui->AdvancedCB, &QCheckBox::toggled, m_advanced, &QWidget::setVisible);
+    connect(m_advanced, &AdvancedPanel::precisionChanged, this, &FourPs::runPrecision);
+    connect(m_advanced, &AdvancedPanel::hidingChanged, this, [this] {
+        newMapLimits();
+        countShownHistogram();
+        updatePlots();
+    });
 }
 
 void FourPs::makeHints()

@@ -29,6 +29,7 @@ class Histgram;
 class QFileDialog;
 class QRadioButton;
 class QCheckBox;
+class AdvancedPanel;
 namespace Ui {
 class FourPs;
 }
@@ -107,6 +108,7 @@ private:
     void makeHints();
     QStringList inputPaths() const;
     void warnOfOverwriting();
+    void makeAdvanced();
     void enableWhatCounts();
     void connectInputs();
     void connectRuns();
@@ -146,12 +148,16 @@ private:
     void writeResults();
     void showResults(const orvel::MapOutcome &outcome);
     void countShownHistogram();
+    void runPrecision();
+    orvel::BinCounts visibleCounts(orvel::Quantity quantity,
+                                   const orvel::HistogramSettings &settings) const;
 
     // drawing (FourPsDraw.cpp)
     void updatePlots();
     void newMapLimits();
     void newDMapLimits();
     orvel::MapValues valuesOf(orvel::Quantity quantity) const;
+    orvel::MapValues shownMap() const;
     orvel::MapValues dataValues() const;
     void showValueAt(DispMBase *panel, const orvel::MapValues &map, double x, double y);
     void drawMapOn(DispMBase *panel, orvel::MapPainter &painter, const orvel::MapValues &map,
@@ -170,6 +176,7 @@ private:
     std::unique_ptr<Histgram> m_amountHistogram;
     std::vector<AMutE> m_displaySpectra;
     MarkLines m_energyLines;
+    AdvancedPanel *m_advanced = nullptr;
     bool m_wasShown = false;
     bool m_wasSplit = false; ///< by the user
     bool m_isHeld = false;   ///< while a session is taken over nothing is calculated
@@ -183,7 +190,9 @@ private:
     mutable orvel::Column m_derived;                 ///< of a quantity that has no plane of its own
     mutable std::weak_ptr<const orvel::ResultMaps> m_derivedFrom;
     orvel::HistogramSettings m_valenceSettings; ///< of the last calculation
-    orvel::BinCounts m_shownCounts;             ///< of the quantity that the histogram shows
+    orvel::HistogramSettings m_amountSettings;
+    orvel::BinCounts m_shownCounts; ///< of the quantity that the histogram shows
+    orvel::BinCounts m_shownAmounts;
     std::optional<QPoint> m_markedPixel;
     double m_targetA = 0.0;
     double m_targetValence = 0.0;

@@ -5,6 +5,7 @@
 #include "display/Histgram.h"
 #include "display/cBar.h"
 #include "images/AEPoint.h"
+#include "panel/AdvancedPanel.h"
 #include "panel/plots/HistogramPlot.h"
 #include "panel/plots/MutsPlot.h"
 #include "spectra/ARefFile.h"
@@ -14,6 +15,7 @@
 #include <QRadioButton>
 
 #include <cmath>
+#include <limits>
 
 using orvel::Quantity;
 
@@ -29,7 +31,9 @@ orvel::MapValues FourPs::valuesOf(Quantity quantity) const
     map.width = m_maps->width();
     map.height = m_maps->height();
     map.owner = m_maps;
-    if (const double *plane = m_maps->plane(quantity)) {
+    // A four-points map knows one fraction; the other's deviation is the same.
+    const bool isOther = quantity == Quantity::SigmaRatio2 && !isNonEquiv(m_maps->method());
+    if (const double *plane = m_maps->plane(isOther ? Quantity::SigmaRatio1 : quantity)) {
         map.values = plane;
         map.count = m_maps->size();
     } else if (m_maps->fills(quantity)) {
@@ -42,6 +46,40 @@ orvel::MapValues FourPs::valuesOf(Quantity quantity) const
         }
         map.values = m_derived.data();
         map.count = m_maps->size();
+    }
+    return map;
+}
+
+/// The chosen quantity with what is hidden of it: pixels too uncertain, if that is wished, and
+/// deviations that are not determined.
+orvel::MapValues FourPs::shownMap() const
+{
+    const Quantity quantity = chosenMap();
+    orvel::MapValues map = valuesOf(quantity);
+    if (orvel::indexOf(quantity) > orvel::indexOf(Quantity::Residual)) {
+        map.sigma = map.values;
+        map.sigmaLimit = std::numeric_limits<double>::infinity();
+    }
+    if (!m_advanced->hidesUncertain()) {
+        return map;
+    }
+    const auto ownSigma = [quantity] {
+        switch (quantity) {
+        case Quantity::Valence:
+            return Quantity::SigmaValence;
+        case Quantity::Amount:
+            return Quantity::SigmaAmount;
+        default:
+            return orvel::quantityAt(orvel::indexOf(quantity) +
+                                     orvel::indexOf(Quantity::SigmaRatio1));
+        }
+    };
+    const bool hasSigma = quantity <= Quantity::Ratio4 || quantity == Quantity::Valence ||
+                          quantity == Quantity::Amount;
+    const orvel::MapValues sigma = hasSigma ? valuesOf(ownSigma()) : orvel::MapValues();
+    if (sigma.values != nullptr && sigma.count == map.count) {
+        map.sigma = sigma.values;
+        map.sigmaLimit = m_advanced->sigmaLimit();
     }
     return map;
 }
@@ -75,7 +113,7 @@ void FourPs::drawMapOn(DispMBase *panel, orvel::MapPainter &painter, const orvel
 
 void FourPs::drawMap(QStylePainter *p)
 {
-    const orvel::MapValues map = valuesOf(chosenMap());
+    const orvel::MapValues map = shownMap();
     drawMapOn(m_ui->ResultMap, m_mapPainter, map, p);
     if (m_markedPixel && !map.isEmpty()) {
         const ChCoord &coord = *m_ui->ResultMap->coord();
@@ -97,7 +135,7 @@ void FourPs::drawDMap(QStylePainter *p)
 /// Limits of the colours for new values, where they follow the values; the zoom stays.
 void FourPs::newMapLimits()
 {
-    const orvel::MapValues map = valuesOf(chosenMap());
+    const orvel::MapValues map = shownMap();
     if (!map.isEmpty() && m_ui->ResultMap->bar()->isAutoScale()) {
         const orvel::ValueLimits limits = limitsOf(map);
         m_ui->ResultMap->setLimits(limits.low, limits.high);
@@ -125,7 +163,9 @@ void FourPs::selectedNewMap()
 {
     newMapLimits();
     countShownHistogram();
-    m_ui->Disps->panel(Displays::DHistA)->updateSurface();
+    for (const Displays::DispId id : {Displays::DHistA, Displays::DHistDMut}) {
+        m_ui->Disps->panel(id)->updateSurface();
+    }
 }
 
 void FourPs::updateDMap()
@@ -207,8 +247,7 @@ void FourPs::draw(Displays::DispId id, DispABase *dab, QStylePainter *p)
     case Displays::DHistDMut:
         orvel::drawHistogramPlot(p, *dab, tr("Thick."), tr("Num."),
                                  {m_ui->HgTFrom->text().toDouble(), m_ui->HgTTo->text().toDouble(),
-                                  m_amountHistogram->counts(), m_colours.colour(8),
-                                  m_maps != nullptr});
+                                  m_shownAmounts, m_colours.colour(8), m_maps != nullptr});
         break;
     case Displays::DDMutVorA:
         drawAmounts(dab, p);

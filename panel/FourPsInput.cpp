@@ -4,6 +4,7 @@
 #include "display/DispMBase.h"
 #include "display/Histgram.h"
 #include "images/AEPoint.h"
+#include "panel/AdvancedPanel.h"
 #include "spectra/ARefFile.h"
 #include "spectra/AXafsFileSelect.h"
 #include "ui_FourPs.h"
@@ -21,7 +22,7 @@ namespace {
 template <class Button> Button *quantityButton(const QWidget *form, const char *series, Quantity q)
 {
     return form->findChild<Button *>(QLatin1String(series) +
-                                     orvel::quantityNames()[orvel::indexOf(q)]);
+                                     orvel::mapQuantityNames()[orvel::indexOf(q)]);
 }
 
 orvel::HistogramTexts histogramTexts(const QLineEdit *from, const QLineEdit *to,
@@ -70,6 +71,10 @@ orvel::AnalysisInput FourPs::readInput() const
     input.method.subPostForRef = m_ui->SubPostEforRef->isChecked();
     input.method.subPostForTarget = m_ui->SubPostEforTarget->isChecked();
     input.method.linearBackground = m_ui->NonEquivBGLinear->isChecked();
+    const orvel::AdvancedTexts advanced = m_advanced->texts();
+    input.method.nonEquivBounds = advanced.nonEquivBounds;
+    input.method.lcfBounds = advanced.lcfBounds;
+    input.precision = precisionOf(advanced);
     input.valenceHistogram = m_valenceHistogram->settings();
     input.amountHistogram = m_amountHistogram->settings();
     return input;
@@ -120,6 +125,7 @@ orvel::SessionTexts FourPs::texts() const
     if (!texts.resultFile.isEmpty() && QDir::isRelativePath(texts.resultFile)) {
         texts.resultFile = QDir::current().absoluteFilePath(texts.resultFile);
     }
+    texts.advanced = m_advanced->texts();
     return texts;
 }
 
@@ -142,6 +148,7 @@ orvel::ViewTexts FourPs::view() const
     for (int i = 0; i < m_ui->SelectedFs->count(); ++i) {
         view.displayFiles.append(m_ui->SelectedFs->item(i)->text());
     }
+    m_advanced->readView(view);
     return view;
 }
 
@@ -180,6 +187,7 @@ void FourPs::setTexts(const orvel::SessionTexts &texts)
         recordButton(orvel::quantityAt(i))->setChecked(texts.record[static_cast<size_t>(i)]);
     }
     m_ui->SaveFSelect->setText(texts.resultFile);
+    m_advanced->setTexts(texts.advanced);
 
     // Shifts before files, so that found edges are shifted too; edges and energies last, since
     // files bring their own.
@@ -224,6 +232,7 @@ void FourPs::setTexts(const orvel::SessionTexts &texts)
 void FourPs::setView(const orvel::ViewTexts &view)
 {
     using orvel::GraphNormalization;
+    m_advanced->setView(view);
     mapButton(view.mapQuantity)->setChecked(true);
     histogramButton(view.histogramQuantity)->setChecked(true);
     (view.normalize == GraphNormalization::None       ? m_ui->NNone
@@ -259,7 +268,7 @@ QCheckBox *FourPs::recordButton(Quantity quantity) const
 
 Quantity FourPs::chosenMap() const
 {
-    for (int i = 0; i < kQuantities; ++i) {
+    for (int i = 0; i < orvel::kMapQuantities; ++i) {
         if (mapButton(orvel::quantityAt(i))->isChecked()) {
             return orvel::quantityAt(i);
         }

@@ -4,6 +4,7 @@
 #include "analysis/ResultFile.h"
 #include "display/DispMBase.h"
 #include "display/Histgram.h"
+#include "panel/AdvancedPanel.h"
 #include "session/MessageText.h"
 #include "session/ResultPaths.h"
 #include "session/SessionFile.h"
@@ -122,6 +123,7 @@ void FourPs::showResults(const orvel::MapOutcome &outcome)
     m_maps = outcome.maps;
     m_valenceHistogram->setCounts(outcome.valenceCounts);
     m_valenceSettings = outcome.valenceHistogram;
+    m_amountSettings = outcome.amountHistogram;
     if (spanOf(outcome.amountCounts) != spanOf(m_amountHistogram->counts())) {
         m_ui->Disps->panel(Displays::DHistDMut)->clearScale();
     }
@@ -134,6 +136,13 @@ void FourPs::showResults(const orvel::MapOutcome &outcome)
         mapButton(orvel::quantityAt(i))->setEnabled(isThere);
         histogramButton(orvel::quantityAt(i))->setEnabled(isThere);
     }
+    for (int i = kQuantities; i < orvel::kMapQuantities; ++i) {
+        mapButton(orvel::quantityAt(i))->setEnabled(m_maps->fills(orvel::quantityAt(i)));
+    }
+    if (orvel::indexOf(chosenMap()) >= kQuantities && !m_maps->fills(chosenMap())) {
+        mapButton(orvel::Quantity::Valence)->setChecked(true);
+    }
+    m_advanced->showMap(*m_maps);
     if (sizeChanged) {
         m_ui->ResultMap->clearScale();
         m_markedPixel.reset();
@@ -167,11 +176,54 @@ void FourPs::countShownHistogram()
         m_shownCounts.setUp(settings);
         m_shownCounts.count(values.values, static_cast<size_t>(values.count));
     }
+    m_shownAmounts = m_amountHistogram->counts();
+    if (shownMap().sigma != nullptr) { // the files count every pixel nevertheless
+        m_shownCounts = visibleCounts(chosenHistogram(), settings);
+        m_shownAmounts = visibleCounts(orvel::Quantity::Amount, m_amountSettings);
+    }
     if (settings.autoRange) {
         m_valenceHistogram->showLimits(settings.from, settings.to);
     }
     if (spanOf(m_shownCounts) != oldSpan) {
         m_ui->Disps->panel(Displays::DHistA)->clearScale();
+    }
+}
+
+/// Counts of a quantity over the pixels that the map shows.
+orvel::BinCounts FourPs::visibleCounts(orvel::Quantity quantity,
+                                       const orvel::HistogramSettings &settings) const
+{
+    const orvel::MapValues shown = shownMap();
+    const orvel::MapValues values = valuesOf(quantity);
+    orvel::BinCounts counts;
+    counts.setUp(settings);
+    for (qint64 i = 0; i < values.count; ++i) {
+        if (!shown.isHidden(i)) {
+            counts.count(values.values[i]);
+        }
+    }
+    return counts;
+}
+
+/// Another choice of noise: the results stay, and so do messages and comparison.
+void FourPs::runPrecision()
+{
+    enableWhatCounts();
+    if (m_isHeld) {
+        return;
+    }
+    const WaitCursor wait;
+    const orvel::AnalysisInput input = readInput();
+    const orvel::MapOutcome outcome = calculateMap(input, {0, m_pool}, &m_memory);
+    if (outcome.maps) {
+        showResults(outcome);
+    }
+    const orvel::TargetOutcome target = calculateTarget(input);
+    if (target.ran) {
+        m_advanced->showTarget(target);
+    }
+    if (const auto lcf = calculateLcf(input).result) {
+        m_advanced->showLcf(*lcf);
     }
 }
 
@@ -183,6 +235,7 @@ void FourPs::runTarget(const orvel::AnalysisInput &input)
     if (!outcome.ran) {
         return;
     }
+    m_advanced->showTarget(outcome);
     m_targetA = outcome.a;
     m_targetValence = outcome.valence;
     showText(m_ui->CalcRes, orvel::textOf(outcome.resultField));
@@ -204,6 +257,7 @@ void FourPs::runLcf(const orvel::AnalysisInput &input)
         return;
     }
     showText(m_ui->LCFRes, orvel::textOf(outcome.resultField));
+    m_advanced->showLcf(*outcome.result);
     m_comparison.add({m_targetA, m_targetValence, outcome.result->ratios.front(),
                       outcome.result->valence, m_comparisonColour});
     m_fittedCurve = outcome.result->curve;
@@ -256,6 +310,12 @@ void FourPs::writeResults()
     }
     m_valenceHistogram->write(path, orvel::kRatioTag);
     m_amountHistogram->write(path, orvel::kThicknessTag);
+    if (m_advanced->texts().sigmaFile && m_maps && m_maps->precision()) {
+        const QString sigmaPath = orvel::sigmaPathBeside(path);
+        if (!writeSigmaFile(sigmaPath, *m_maps)) {
+            writeMessage(tr("Can't open the file [%1]").arg(sigmaPath));
+        }
+    }
     // In passing: the message box is for what needs attention.
     QToolTip::showText(m_ui->WriteB->mapToGlobal(QPoint(0, 0)),
                        tr("Written: %1").arg(QFileInfo(path).absoluteFilePath()), m_ui->WriteB);

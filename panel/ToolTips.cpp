@@ -106,6 +106,21 @@ constexpr Tip kTips[] = {
     {"FourPs", "SaveFSelect", QT_TRANSLATE_NOOP("ToolTips", "Result file; two histograms are written beside it")},
     {"FourPs", "WriteB", QT_TRANSLATE_NOOP("ToolTips", "Calculate the maps and write result file and histograms; older ones are replaced without asking")},
     {"FourPs", "Message", QT_TRANSLATE_NOOP("ToolTips", "Messages and results, the last one at the end")},
+
+    // beside the results
+    {"FourPs", "AdvancedCB", QT_TRANSLATE_NOOP("ToolTips", "Show what stands beside the results: standard deviations, bounded fits, choice of energies")},
+    {"AdvancedPanel", "SigmaMaps", QT_TRANSLATE_NOOP("ToolTips", "Maps of the residual and of the standard deviation (1 sigma) of ratios, valence and amount")},
+    {"AdvancedPanel", "SigmaFile", QT_TRANSLATE_NOOP("ToolTips", "Write them beside the result file, as NAME_Sigma")},
+    {"AdvancedPanel", "Noise", QT_TRANSLATE_NOOP("ToolTips", "Where the standard deviation s of a measured absorption comes from. A pixel's own residuals are a rough guess: with 1 or 2 degrees of freedom their mean is 0.8 to 0.9 of the truth")},
+    {"AdvancedPanel", "NoiseSigma", QT_TRANSLATE_NOOP("ToolTips", "Standard deviation s of one absorption, in units of mut")},
+    {"AdvancedPanel", "NonEquivBounds", QT_TRANSLATE_NOOP("ToolTips", "Non-equivalent fit: references free, or none below 0; the background stays free. Holds from the next calculation")},
+    {"AdvancedPanel", "LcfBounds", QT_TRANSLATE_NOOP("ToolTips", "Linear combination fit: ratios free, none below 0, their sum one, or both. Holds from the next fit")},
+    {"AdvancedPanel", "HideUncertain", QT_TRANSLATE_NOOP("ToolTips", "Leave pixels white whose standard deviation of the shown quantity exceeds the limit; histogram plots leave them out, files never do")},
+    {"AdvancedPanel", "SigmaLimit", QT_TRANSLATE_NOOP("ToolTips", "Greatest standard deviation that is shown, in units of the shown quantity")},
+    {"AdvancedPanel", "ShowPixelWindow", QT_TRANSLATE_NOOP("ToolTips", "A double click in the result map also shows the fit of that pixel in a window of its own")},
+    {"AdvancedPanel", "AdviserB", QT_TRANSLATE_NOOP("ToolTips", "Which energies to measure: expected standard deviations of the present ones and of better ones")},
+    {"AdvancedPanel", "TargetPrecision", QT_TRANSLATE_NOOP("ToolTips", "One standard deviation of each result of the target, from its own residuals or the given s; ?: not determined")},
+    {"AdvancedPanel", "LcfPrecision", QT_TRANSLATE_NOOP("ToolTips", "One standard deviation of each result of the linear combination fit; s in units of the edge jump; ?: not determined")},
 };
 
 /// What the buttons of a quantity stand for, wherever it can be chosen.
@@ -123,6 +138,13 @@ constexpr Tip kQuantityTips[] = {
     {"", "C2", QT_TRANSLATE_NOOP("ToolTips", "Background: factor of lambda^4 [1/A^4]")},
     {"", "Valence", QT_TRANSLATE_NOOP("ToolTips", "Mean valence of the absorbing element")},
     {"", "Amount", QT_TRANSLATE_NOOP("ToolTips", "Total edge jump in units of mut, or relative thickness t/ts")},
+    {"", "Residual", QT_TRANSLATE_NOOP("ToolTips", "Root of the mean squared difference between absorption and fit, in units of mut")},
+    {"", "SigmaRatio1", QT_TRANSLATE_NOOP("ToolTips", "One standard deviation of the fraction of the first reference")},
+    {"", "SigmaRatio2", QT_TRANSLATE_NOOP("ToolTips", "One standard deviation of the fraction of the second reference")},
+    {"", "SigmaRatio3", QT_TRANSLATE_NOOP("ToolTips", "One standard deviation of the fraction of the third reference")},
+    {"", "SigmaRatio4", QT_TRANSLATE_NOOP("ToolTips", "One standard deviation of the fraction of the fourth reference")},
+    {"", "SigmaValence", QT_TRANSLATE_NOOP("ToolTips", "One standard deviation of the valence")},
+    {"", "SigmaAmount", QT_TRANSLATE_NOOP("ToolTips", "One standard deviation of the amount")},
 };
 // clang-format on
 

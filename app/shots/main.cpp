@@ -1,6 +1,6 @@
 // Renders the main window to a picture: what docs/shots calls for the pictures of the documents.
 //
-//   orvel-shots [-j] [--size WxH] [--conditions] [--pop NAME] OUT.png [SESSION]
+//   orvel-shots [-j] [--size WxH] [--conditions] [--precision] [--pop NAME] OUT.png [SESSION]
 //
 // --pop  the window of a map ("ResultMap", "DataMap") or of a graph (e.g. "DMuts", "DM2M3")
 #include "app/Body.h"
@@ -38,14 +38,15 @@ int main(int argc, char **argv)
                                   QStringLiteral("1366x736"));
     const QCommandLineOption conditions(QStringLiteral("conditions"));
     const QCommandLineOption pop(QStringLiteral("pop"), QString(), QStringLiteral("NAME"));
-    parser.addOptions({japanese, size, conditions, pop});
+    const QCommandLineOption precision(QStringLiteral("precision"));
+    parser.addOptions({japanese, size, conditions, precision, pop});
     parser.process(app);
     const QStringList paths = parser.positionalArguments();
     const QStringList sides = parser.value(size).split(QLatin1Char('x'));
     if (paths.isEmpty() || sides.size() != 2) {
-        std::fputs(
-            "usage: orvel-shots [-j] [--size WxH] [--conditions] [--pop NAME] OUT.png [SESSION]\n",
-            stderr);
+        std::fputs("usage: orvel-shots [-j] [--size WxH] [--conditions] [--precision] [--pop NAME] "
+                   "OUT.png [SESSION]\n",
+                   stderr);
         return 2;
     }
     orvel::Translators translators;
@@ -61,6 +62,9 @@ int main(int argc, char **argv)
     }
     if (parser.isSet(conditions)) {
         body.panel()->findChild<QAbstractButton *>(QStringLiteral("MoreCondsCB"))->setChecked(true);
+    }
+    if (parser.isSet(precision)) {
+        body.panel()->findChild<QAbstractButton *>(QStringLiteral("AdvancedCB"))->setChecked(true);
     }
     settle();
     QWidget *shown = &body;

@@ -55,6 +55,62 @@
         <source>Written: %1</source>
         <translation>書き出しました: %1</translation>
     </message>
+    <message>
+        <source>Precision</source>
+        <translation>精度</translation>
+    </message>
+    <message>
+        <source>σ Valence</source>
+        <translation>σ 価数</translation>
+    </message>
+    <message>
+        <source>σ Amount</source>
+        <translation>σ 量</translation>
+    </message>
+    <message>
+        <source>σ Ratio 1</source>
+        <translation>σ 割合1</translation>
+    </message>
+    <message>
+        <source>σ Ratio 2</source>
+        <translation>σ 割合2</translation>
+    </message>
+    <message>
+        <source>σ Ratio 3</source>
+        <translation>σ 割合3</translation>
+    </message>
+    <message>
+        <source>σ Ratio 4</source>
+        <translation>σ 割合4</translation>
+    </message>
+    <message>
+        <source>Residual</source>
+        <translation>残差</translation>
+    </message>
+    <message>
+        <source>sigma Ratio 1</source>
+        <translation>割合1の標準偏差</translation>
+    </message>
+    <message>
+        <source>sigma Ratio 2</source>
+        <translation>割合2の標準偏差</translation>
+    </message>
+    <message>
+        <source>sigma Ratio 3</source>
+        <translation>割合3の標準偏差</translation>
+    </message>
+    <message>
+        <source>sigma Ratio 4</source>
+        <translation>割合4の標準偏差</translation>
+    </message>
+    <message>
+        <source>sigma Valence</source>
+        <translation>価数の標準偏差</translation>
+    </message>
+    <message>
+        <source>sigma Amount</source>
+        <translation>量の標準偏差</translation>
+    </message>
 </context>
 <context>
     <name>ToolTips</name>
@@ -402,6 +458,86 @@
         <source>Total edge jump in units of mut, or relative thickness t/ts</source>
         <translation>全エッジジャンプ (μtの単位) または相対厚さ t/ts</translation>
     </message>
+    <message>
+        <source>Show what stands beside the results: standard deviations, bounded fits, choice of energies</source>
+        <translation>結果に添えるもの（標準偏差、制約付きフィット、エネルギーの選択）を表示します</translation>
+    </message>
+    <message>
+        <source>Maps of the residual and of the standard deviation (1 sigma) of ratios, valence and amount</source>
+        <translation>残差と、割合・価数・量の標準偏差（1シグマ）のマップを計算します</translation>
+    </message>
+    <message>
+        <source>Write them beside the result file, as NAME_Sigma</source>
+        <translation>結果ファイルの隣に NAME_Sigma として書き出します</translation>
+    </message>
+    <message>
+        <source>Where the standard deviation s of a measured absorption comes from. A pixel&apos;s own residuals are a rough guess: with 1 or 2 degrees of freedom their mean is 0.8 to 0.9 of the truth</source>
+        <translation>測定した吸収の標準偏差 s の求め方。画素自身の残差は粗い推定です（自由度1〜2では平均が真値の0.8〜0.9倍）</translation>
+    </message>
+    <message>
+        <source>Standard deviation s of one absorption, in units of mut</source>
+        <translation>吸収1点の標準偏差 s（mut の単位）</translation>
+    </message>
+    <message>
+        <source>Non-equivalent fit: references free, or none below 0; the background stays free. Holds from the next calculation</source>
+        <translation>非等価法のフィット：標準試料の係数を自由にするか、0以上に制限します（バックグラウンドは自由）。次の計算から有効です</translation>
+    </message>
+    <message>
+        <source>Linear combination fit: ratios free, none below 0, their sum one, or both. Holds from the next fit</source>
+        <translation>線形結合フィット：割合を自由にするか、0以上、和を1、またはその両方に制限します。次のフィットから有効です</translation>
+    </message>
+    <message>
+        <source>Leave pixels white whose standard deviation of the shown quantity exceeds the limit; histogram plots leave them out, files never do</source>
+        <translation>表示中の量の標準偏差が限度を超える画素を白くします。ヒストグラムの図からも除きますが、ファイルには全画素を数えます</translation>
+    </message>
+    <message>
+        <source>Greatest standard deviation that is shown, in units of the shown quantity</source>
+        <translation>表示する標準偏差の上限（表示中の量の単位）</translation>
+    </message>
+    <message>
+        <source>A double click in the result map also shows the fit of that pixel in a window of its own</source>
+        <translation>結果マップのダブルクリックで、その画素のフィットを別ウィンドウにも表示します</translation>
+    </message>
+    <message>
+        <source>Which energies to measure: expected standard deviations of the present ones and of better ones</source>
+        <translation>どのエネルギーを測るべきか：現在の、またはより良いエネルギーで期待される標準偏差</translation>
+    </message>
+    <message>
+        <source>One standard deviation of each result of the target, from its own residuals or the given s; ?: not determined</source>
+        <translation>対象の各結果の標準偏差（1シグマ）。自身の残差または与えた s から求めます。?: 求まりません</translation>
+    </message>
+    <message>
+        <source>One standard deviation of each result of the linear combination fit; s in units of the edge jump; ?: not determined</source>
+        <translation>線形結合フィットの各結果の標準偏差（1シグマ）。s は吸収端ジャンプの単位。?: 求まりません</translation>
+    </message>
+    <message>
+        <source>Root of the mean squared difference between absorption and fit, in units of mut</source>
+        <translation>吸収とフィットの差の二乗平均平方根（mut の単位）</translation>
+    </message>
+    <message>
+        <source>One standard deviation of the fraction of the first reference</source>
+        <translation>標準試料1の割合の標準偏差（1シグマ）</translation>
+    </message>
+    <message>
+        <source>One standard deviation of the fraction of the second reference</source>
+        <translation>標準試料2の割合の標準偏差（1シグマ）</translation>
+    </message>
+    <message>
+        <source>One standard deviation of the fraction of the third reference</source>
+        <translation>標準試料3の割合の標準偏差（1シグマ）</translation>
+    </message>
+    <message>
+        <source>One standard deviation of the fraction of the fourth reference</source>
+        <translation>標準試料4の割合の標準偏差（1シグマ）</translation>
+    </message>
+    <message>
+        <source>One standard deviation of the valence</source>
+        <translation>価数の標準偏差（1シグマ）</translation>
+    </message>
+    <message>
+        <source>One standard deviation of the amount</source>
+        <translation>量の標準偏差（1シグマ）</translation>
+    </message>
 </context>
 <context>
     <name>cBar</name>
@@ -412,6 +548,141 @@
     <message>
         <source>Invert</source>
         <translation>反転</translation>
+    </message>
+</context>
+<context>
+    <name>AdvancedPanel</name>
+    <message>
+        <source>Precision</source>
+        <translation>精度</translation>
+    </message>
+    <message>
+        <source>Sigma maps</source>
+        <translation>σマップ</translation>
+    </message>
+    <message>
+        <source>and file</source>
+        <translation>ファイルも</translation>
+    </message>
+    <message>
+        <source>Noise from</source>
+        <translation>ノイズ</translation>
+    </message>
+    <message>
+        <source>residuals of the map</source>
+        <translation>マップ全体の残差</translation>
+    </message>
+    <message>
+        <source>residuals of the pixel</source>
+        <translation>画素の残差</translation>
+    </message>
+    <message>
+        <source>given number</source>
+        <translation>数値で指定</translation>
+    </message>
+    <message>
+        <source>counted photons</source>
+        <translation>光子計数</translation>
+    </message>
+    <message>
+        <source>Bounds</source>
+        <translation>制約</translation>
+    </message>
+    <message>
+        <source>Non equiv.</source>
+        <translation>非等価法</translation>
+    </message>
+    <message>
+        <source>LCF</source>
+        <translation>LCF</translation>
+    </message>
+    <message>
+        <source>free</source>
+        <translation>なし</translation>
+    </message>
+    <message>
+        <source>not negative</source>
+        <translation>0以上</translation>
+    </message>
+    <message>
+        <source>sum is one</source>
+        <translation>和が1</translation>
+    </message>
+    <message>
+        <source>both</source>
+        <translation>両方</translation>
+    </message>
+    <message>
+        <source>Show</source>
+        <translation>表示</translation>
+    </message>
+    <message>
+        <source>Hide pixels with sigma above</source>
+        <translation>σがこれより大きい画素を隠す</translation>
+    </message>
+    <message>
+        <source>Fit of a double-clicked pixel</source>
+        <translation>ダブルクリックした画素のフィット</translation>
+    </message>
+    <message>
+        <source>Energies...</source>
+        <translation>エネルギー...</translation>
+    </message>
+    <message>
+        <source>Target ±</source>
+        <translation>対象 ±</translation>
+    </message>
+    <message>
+        <source>LCF ±</source>
+        <translation>LCF ±</translation>
+    </message>
+    <message>
+        <source>s = %1</source>
+        <translation>s = %1</translation>
+    </message>
+    <message>
+        <source>not determined</source>
+        <translation>求まりません</translation>
+    </message>
+    <message>
+        <source>%1 pixels on a bound</source>
+        <translation>制約にかかる画素: %1</translation>
+    </message>
+    <message>
+        <source>ratios %1</source>
+        <translation>割合 %1</translation>
+    </message>
+    <message>
+        <source>valence %1</source>
+        <translation>価数 %1</translation>
+    </message>
+    <message>
+        <source>t %1</source>
+        <translation>t %1</translation>
+    </message>
+    <message>
+        <source>s %1</source>
+        <translation>s %1</translation>
+    </message>
+    <message>
+        <source>d.o.f. %1</source>
+        <translation>自由度 %1</translation>
+    </message>
+    <message>
+        <source>condition %1</source>
+        <translation>条件数 %1</translation>
+    </message>
+    <message>
+        <source>on a bound</source>
+        <translation>制約にかかる</translation>
+    </message>
+    <message>
+        <source>R factor %1</source>
+        <translation>R因子 %1</translation>
+    </message>
+    <message>
+        <source>reduced chi square %1</source>
+        <translation>換算カイ二乗 %1</translation>
     </message>
 </context>
 </TS>

@@ -372,7 +372,7 @@ void PrecisionTest::countedPhotonsScatter()
             columns.reference.push_back(beam(random));
         }
         input.points[e].map = ImageData::fromColumns({}, kWidth, kHeight, std::move(columns));
-        QVERIFY(hasCounts(*input.points[e].map));
+        QVERIFY(input.points[e].map->hasCounts());
     }
     input.precision = {true, NoiseSource::Counts, 0.0};
     const auto maps = calculateMap(input).maps;
@@ -381,7 +381,7 @@ void PrecisionTest::countedPhotonsScatter()
         const double scatter = scatterOf(*maps, q).sigma;
         QVERIFY(std::fabs(predicted(*maps, sigmaOf(q)) / scatter - 1) < kScatterTolerance);
     }
-    QVERIFY(!hasCounts(*inputs::image(2, 1, {1, 2})));
+    QVERIFY(!inputs::image(2, 1, {1, 2})->hasCounts());
 }
 
 void PrecisionTest::undeterminedIsNotANumber()
