@@ -20,6 +20,8 @@
 #include <QScrollBar>
 #include <QTimer>
 
+#include <algorithm>
+
 using orvel::kPointRows;
 using orvel::kReferenceRows;
 
@@ -737,12 +739,24 @@ void FourPs::makeAdvanced()
     m_ui->ProcL->insertWidget(m_ui->ProcL->indexOf(m_ui->NonEquivCondsF) + 1, m_advanced);
     m_advanced->hide();
     connect(m_ui->AdvancedCB, &QCheckBox::toggled, m_advanced, &QWidget::setVisible);
+    connect(m_ui->AdvancedCB, &QCheckBox::toggled, this, &FourPs::offerCounts);
     connect(m_advanced, &AdvancedPanel::precisionChanged, this, &FourPs::runPrecision);
     connect(m_advanced, &AdvancedPanel::hidingChanged, this, [this] {
         newMapLimits();
         countShownHistogram();
         updatePlots();
     });
+}
+
+/// Looks at every intensity of images that are new, so only when somebody can see the answer.
+void FourPs::offerCounts()
+{
+    if (m_ui->AdvancedCB->isChecked()) {
+        m_advanced->setCountsOffered(
+            std::all_of(m_points.begin(), m_points.end(), [](const AEPoint *row) {
+                return !row->isUsed() || !row->map() || row->map()->hasCounts();
+            }));
+    }
 }
 
 void FourPs::makeHints()

@@ -109,6 +109,7 @@ private:
     QStringList inputPaths() const;
     void warnOfOverwriting();
     void makeAdvanced();
+    void offerCounts();
     void enableWhatCounts();
     void connectInputs();
     void connectRuns();

@@ -143,6 +143,7 @@ void FourPs::showResults(const orvel::MapOutcome &outcome)
         mapButton(orvel::Quantity::Valence)->setChecked(true);
     }
     m_advanced->showMap(*m_maps);
+    offerCounts();
     if (sizeChanged) {
         m_ui->ResultMap->clearScale();
         m_markedPixel.reset();

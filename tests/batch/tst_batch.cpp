@@ -143,6 +143,7 @@ private slots:
     void resultPathOfTheCommandLine();
     void drawsMaps_data();
     void drawsMaps();
+    void writesPrecisionOnRequest();
     void leavesEveryFileAlone_data();
     void leavesEveryFileAlone();
     void keepsWhatItCannotReplace_data();
@@ -363,6 +364,40 @@ void BatchTest::drawsMaps()
     }
 }
 
+/// Three points with V at 7, alpha = 3, beta = 1, edge step d, tau = (T_V - T1) / d: noise s gives
+/// sigma of a = s / (2 d) sqrt(1 + (tau - 1)^2 + tau^2). For the first pixel T = B + 1/2, d = 2,
+/// tau = 1, and the valences are 4 apart.
+void BatchTest::writesPrecisionOnRequest()
+{
+    writeMaps(kPixels, false);
+    const QString usual = session(kResult);
+    QCOMPARE(run({usual}).status, 0);
+    const QByteArray before = read("r.dat") + read("r_HGAlpha.dat") + read("r_HGThick.dat");
+    QVERIFY(!QFile::exists(path("r_Sigma.dat")));
+    const QString more = session(kResult + " Advanced/SigmaFile=true Advanced/Noise=Given "
+                                           "Advanced/NoiseSigma=0.001");
+    const Run result = run({"--images", more});
+    QCOMPARE(result.err, QString());
+    QCOMPARE(read("r.dat") + read("r_HGAlpha.dat") + read("r_HGThick.dat"), before);
+    QVERIFY(QFile::exists(path("r_SigmaValence.png")));
+    const QList<QByteArray> lines = read("r_Sigma.dat").split('\n');
+    const int names =
+        lines.indexOf("# y x sigma_alpha1 sigma_alpha2 sigma_Valence sigma_Total-dMut");
+    QVERIFY(names > 0);
+    const QList<QByteArray> first = lines[names + 1].simplified().split(' ');
+    QCOMPARE(first[2], QByteArray::number(0.001 / 4 * std::sqrt(2), 'g', 6));
+    QCOMPARE(first[4], QByteArray::number(0.001 * std::sqrt(2), 'g', 6));
+
+    // A bounded fit says so in the header, a free one is the file as it always was.
+    QCOMPARE(run({session(kFive + kLinear + kResult)}).status, 0);
+    const QByteArray free = read("r.dat");
+    QVERIFY(!free.contains("fit:"));
+    QCOMPARE(
+        run({session(kFive + kLinear + kResult + " Advanced/NonEquivBounds=NonNegative")}).status,
+        0);
+    QVERIFY(read("r.dat").contains("\n# fit: no negative references; "));
+}
+
 void BatchTest::leavesEveryFileAlone_data()
 {
     QTest::addColumn<QString>("arguments"); // S: a session, T: a spectrum
@@ -383,7 +418,8 @@ void BatchTest::leavesEveryFileAlone_data()
     row("--images S", 2, " Output/SaveFSelect=r.png");            // histogram and its picture
     row("--images S", 2, kResult + " Ref3/XafsFS=r_Valence.png"); // an input
     row("--images S", 1, kNoV + kResult);                         // no map, no picture
-    row("--images S", 0, " Output/SaveFSelect=/dev/stdout");      // nothing lies beside a pipe
+    row("S", 2, kResult + " Advanced/SigmaFile=true Ref3/XafsFS=r_Sigma.dat");
+    row("--images S", 0, " Output/SaveFSelect=/dev/stdout"); // nothing lies beside a pipe
     // Of several reasons the first counts. Inputs are saved before they are read.
     const QString missing = " Ref4/XafsFS=missing.dat";
     const QString unwritable = " Output/SaveFSelect=no/r.dat";
