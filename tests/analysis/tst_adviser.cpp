@@ -1,0 +1,495 @@
+// The adviser against all designs of a small grid, whose standard deviations come from what maps
+// get theirs from, and against noise on the fits themselves.
+
+#include "analysis/EnergyAdviser.h"
+#include "analysis/FourPoints.h"
+#include "analysis/FourPointsPrecision.h"
+#include "analysis/NonEquivPrecision.h"
+#include "tests/analysis/Inputs.h"
+
+#include <QtTest>
+
+#include <algorithm>
+#include <functional>
+#include <limits>
+#include <numbers>
+#include <numeric>
+#include <optional>
+#include <random>
+
+using namespace orvel;
+
+namespace {
+
+constexpr double kEdgeEv = 7112;
+constexpr double kJumps[] = {1.0, 0.8, 1.3};
+constexpr double kValences[] = {0.0, 2.0, 3.5};
+
+/// Steps at different energies with white lines of different heights; 60 eV from the edge all are
+/// alike. The background is a Victoreen line, so lines and jumps are found exactly.
+AMutE makeSpectrum(int compound)
+{
+    QVector<MutPoint> points;
+    const double jump = kJumps[compound];
+    for (int i = 0; i <= 400; ++i) {
+        const double e = 7000 + i;
+        const double beyond = e - kEdgeEv - 3 * compound;
+        const double white = (beyond - 5) / (4 + compound);
+        points.append({0, e,
+                       AMutE::Victoreen{0.2, 0.05, 0.01}.at(e) +
+                           jump * (0.5 + 0.5 * std::erf(beyond / 4) +
+                                   (0.2 + 0.3 * compound) * std::exp(-white * white))});
+    }
+    AMutE made;
+    made.setEdge(kEdgeEv - 60, kEdgeEv, kEdgeEv + 60);
+    made.setPoints(points);
+    return made;
+}
+
+const AMutE &spectrum(int compound)
+{
+    static const AMutE all[] = {makeSpectrum(0), makeSpectrum(1), makeSpectrum(2)};
+    return all[compound];
+}
+
+struct Case {
+    int references;
+    bool nonEquiv;
+    bool linear;
+    int points;
+    bool exact = false;
+    DesignCriterion criterion = DesignCriterion::Valence;
+    double alikeWithin = 0.02;
+};
+
+AnalysisInput inputOf(const Case &c, const std::vector<double> &energiesEv = {}, int v = -1)
+{
+    AnalysisInput input;
+    for (int i = 0; i < c.references; ++i) {
+        input.references.push_back(inputs::reference(i, kValences[i], spectrum(i)));
+    }
+    input.method.nonEquiv = c.nonEquiv;
+    input.method.linearBackground = c.linear;
+    input.method.exact = c.exact;
+    for (const double energyEv : energiesEv) {
+        EnergyPointInput point = inputs::point(static_cast<int>(input.points.size()), energyEv);
+        point.vPoint = point.row == v;
+        for (const ReferenceInput &reference : input.references) {
+            point.referenceMu[static_cast<size_t>(reference.row)] =
+                reference.spectrum.valueAtE(AMutE::SubPre, energyEv);
+        }
+        input.points.push_back(point);
+    }
+    return input;
+}
+
+AdviserSettings settingsOf(const Case &c)
+{
+    AdviserSettings settings;
+    settings.points = c.points;
+    settings.criterion = c.criterion;
+    settings.alikeWithin = c.alikeWithin;
+    settings.fractions = {0.3, 0.5, 0.2};
+    settings.amount = 0.8;
+    settings.sigma = 0.002;
+    return settings;
+}
+
+Plan planOf(Method method, size_t points, int v)
+{
+    Plan plan;
+    plan.method = method;
+    plan.vPoint = v;
+    for (size_t i = 0; i < points; ++i) {
+        plan.used.push_back(i);
+    }
+    return plan;
+}
+
+/// The assumed fractions of the references that the method takes.
+std::vector<double> fractionsOf(const Case &c)
+{
+    return c.nonEquiv && c.references == 3 ? std::vector<double>{0.3, 0.5, 0.2}
+                                           : std::vector<double>{0.3 / 0.8, 0.5 / 0.8};
+}
+
+/// The assumed curve at the points.
+std::vector<double> curveOf(const Case &c, const AnalysisInput &input)
+{
+    const std::vector<double> fractions = fractionsOf(c);
+    std::vector<double> curve(input.points.size(), 0.0);
+    for (size_t i = 0; i < fractions.size(); ++i) {
+        // Of a total edge jump t, or of t/ts where the references' mean counts as ts.
+        const double total = c.nonEquiv ? 0.8 : 0.8 * (kJumps[0] + kJumps[1]) / 2;
+        const double factor = fractions[i] * total / input.references[i].spectrum.edgeJump();
+        for (size_t p = 0; p < curve.size(); ++p) {
+            curve[p] += factor * input.points[p].referenceMu[i];
+        }
+    }
+    return curve;
+}
+
+struct Sigmas {
+    double fraction;
+    double valence;
+    double amount;
+    double fractions; ///< root of the sum of the variances
+};
+
+/// By what gives maps their standard deviations; with noise so small that it never refuses.
+Sigmas plainSigmas(const Case &c, Method method, const std::vector<double> &energiesEv, int v)
+{
+    constexpr double kSmall = 1e-9;
+    const double scale = 0.002 / kSmall;
+    const AnalysisInput input = inputOf(c, energiesEv, v);
+    const Plan plan = planOf(method, energiesEv.size(), v);
+    if (c.nonEquiv) {
+        const RefValues values = gatherRefValues(input, plan);
+        ResultVector assumed = {};
+        double valence = 0;
+        const std::vector<double> fractions = fractionsOf(c);
+        for (size_t i = 0; i < fractions.size(); ++i) {
+            assumed[i] = fractions[i];
+            valence += fractions[i] * input.references[i].valence;
+        }
+        assumed[static_cast<size_t>(indexOf(Quantity::Valence))] = valence;
+        assumed[static_cast<size_t>(indexOf(Quantity::Amount))] = 0.8;
+        const FitSigmas found = NonEquivPrecision(values).sigmas(assumed, kSmall);
+        double sum = 0;
+        for (size_t i = 0; i < fractions.size(); ++i) {
+            sum += found.ratios[i] * found.ratios[i];
+        }
+        return {found.ratios[0] * scale, found.valence * scale, found.amount * scale,
+                std::sqrt(sum) * scale};
+    }
+    const std::vector<double> curve = curveOf(c, input);
+    std::vector<const double *> values;
+    for (size_t p = 0; p < curve.size(); ++p) {
+        if (static_cast<int>(p) != v) {
+            values.push_back(&curve[p]);
+        }
+    }
+    values.push_back(&curve[static_cast<size_t>(v)]);
+    const double variance = kSmall * kSmall;
+    const std::vector<const double *> variances(values.size(), &variance);
+    double a = 0;
+    double valence = 0;
+    double amount = 0;
+    FourPointsPrecision(method, FourPoints(input, plan).pixels().setup())
+        .sigmas(values.data(), variances.data(), 1, {&a, &valence, &amount});
+    return {a * scale, valence * scale, amount * scale, a * scale * std::numbers::sqrt2};
+}
+
+/// Least criterion over all designs of a grid.
+class Exhaustive {
+public:
+    Exhaustive(const Case &c, const std::vector<double> &grid, Method method, double spacingEv)
+        : m_case(c), m_grid(grid), m_method(method), m_spacingEv(spacingEv),
+          m_ends(inputOf(c, grid))
+    {
+    }
+    double least()
+    {
+        extend({}, 0);
+        return m_least;
+    }
+    int designs() const { return m_designs; }
+
+private:
+    void extend(const std::vector<size_t> &chosen, size_t next)
+    {
+        if (static_cast<int>(chosen.size()) == m_case.points) {
+            evaluate(chosen);
+            return;
+        }
+        for (size_t i = next; i < m_grid.size(); ++i) {
+            if (chosen.empty() || m_grid[i] - m_grid[chosen.back()] >= m_spacingEv) {
+                std::vector<size_t> longer = chosen;
+                longer.push_back(i);
+                extend(longer, i + 1);
+            }
+        }
+    }
+    void evaluate(const std::vector<size_t> &chosen)
+    {
+        std::vector<double> energies;
+        energies.reserve(chosen.size());
+        for (const size_t i : chosen) {
+            energies.push_back(m_grid[i]);
+        }
+        for (int v = m_case.nonEquiv ? -1 : 0; v < (m_case.nonEquiv ? 0 : m_case.points); ++v) {
+            if (!m_case.nonEquiv && !isAlike(chosen, v)) {
+                continue;
+            }
+            const Sigmas found = plainSigmas(m_case, m_method, energies, v);
+            const bool valence = m_case.criterion == DesignCriterion::Valence;
+            m_least = std::fmin(m_least, valence ? found.valence : found.fractions);
+            ++m_designs;
+        }
+    }
+
+    /// At the points other than v each difference is small, and so is what a line leaves of them
+    /// beside what it leaves of the spectra.
+    bool isAlike(const std::vector<size_t> &chosen, int v) const
+    {
+        Rows line;
+        std::vector<double> differences;
+        std::vector<double> means;
+        for (size_t p = 0; p < chosen.size(); ++p) {
+            if (static_cast<int>(p) != v) {
+                const auto &mu = m_ends.points[chosen[p]].referenceMu;
+                differences.push_back(mu[0] / kJumps[0] - mu[1] / kJumps[1]);
+                means.push_back((mu[0] / kJumps[0] + mu[1] / kJumps[1]) / 2);
+                line.push_back({1.0});
+                if (m_method != Method::ThreePoints) {
+                    line.back().push_back(m_grid[chosen[p]]);
+                }
+            }
+        }
+        double left[2] = {};
+        for (const auto &z : SmallQr(line).complement()) {
+            const double d = std::inner_product(z.begin(), z.end(), differences.begin(), 0.0);
+            const double m = std::inner_product(z.begin(), z.end(), means.begin(), 0.0);
+            left[0] += d * d;
+            left[1] += m * m;
+        }
+        const double within = m_case.alikeWithin;
+        return left[0] <= within * within * left[1] &&
+               std::all_of(differences.begin(), differences.end(),
+                           [within](double d) { return std::fabs(d) <= within; });
+    }
+
+    Case m_case;
+    std::vector<double> m_grid;
+    Method m_method;
+    double m_spacingEv;
+    AnalysisInput m_ends;
+    double m_least = std::numeric_limits<double>::infinity();
+    int m_designs = 0;
+};
+
+using Change = std::function<void(AnalysisInput &, AdviserSettings &)>;
+
+bool has(const ExpectedPrecision &expected, DesignWarning warning)
+{
+    return std::count(expected.warnings.begin(), expected.warnings.end(), warning) == 1;
+}
+
+} // namespace
+
+Q_DECLARE_METATYPE(Case)
+Q_DECLARE_METATYPE(DesignFault)
+Q_DECLARE_METATYPE(Change)
+
+class AdviserTest : public QObject {
+    Q_OBJECT
+
+private slots:
+    void findsTheBestOfAll_data() { cases(); }
+    void findsTheBestOfAll();
+    void fitsScatterAsExpected_data() { cases(); }
+    void fitsScatterAsExpected();
+    void saysWhyNot_data();
+    void saysWhyNot();
+    void warns();
+
+private:
+    static void cases();
+};
+
+void AdviserTest::cases()
+{
+    QTest::addColumn<Case>("c");
+    constexpr auto kFractions = DesignCriterion::Fractions;
+    QTest::newRow("three points") << Case{2, false, false, 3};
+    QTest::newRow("exact") << Case{2, false, false, 4, true};
+    QTest::newRow("least squares") << Case{3, false, false, 6}; // the third takes no part
+    QTest::newRow("least squares, fractions") << Case{2, false, false, 5, false, kFractions};
+    // Off the model's line its derivatives have further terms.
+    QTest::newRow("unlike references") << Case{2, false, false, 5, false, kFractions, 0.3};
+    QTest::newRow("linear") << Case{3, true, true, 5};
+    QTest::newRow("linear, fractions") << Case{2, true, true, 6, false, kFractions};
+    QTest::newRow("Victoreen") << Case{2, true, false, 5};
+    QTest::newRow("Victoreen, fractions") << Case{3, true, false, 7, false, kFractions};
+}
+
+void AdviserTest::findsTheBestOfAll()
+{
+    QFETCH(Case, c);
+    AdviserSettings settings = settingsOf(c);
+    settings.candidates = 18; // 15.3 eV apart: no two neighbours
+    settings.minimumSpacingEv = 16;
+    settings.refine = false;
+    const EnergyAdvice advice = adviseEnergies(inputOf(c), settings);
+    const ExpectedPrecision &best = advice.best;
+    QVERIFY(best.fault == DesignFault::None);
+    QCOMPARE(best.energiesEv.size(), static_cast<size_t>(c.points));
+    QCOMPARE(best.vPoint >= 0, !c.nonEquiv);
+    settings.refine = true;
+    const ExpectedPrecision refined = adviseEnergies(inputOf(c), settings).best;
+    QVERIFY(refined.valence < best.valence || c.criterion == DesignCriterion::Fractions);
+    for (const auto &energies : {best.energiesEv, refined.energiesEv}) {
+        QVERIFY(energies.front() >= 7052 && energies.back() <= 7312);
+        for (size_t i = 1; i < energies.size(); ++i) {
+            QVERIFY(energies[i] - energies[i - 1] >= 16 - 1e-9);
+        }
+    }
+
+    constexpr double kRounding = 1e-7; // condition of backgrounds over 260 eV
+    const Sigmas plain = plainSigmas(c, best.method, best.energiesEv, best.vPoint);
+    QVERIFY(inputs::close(best.fractions[0] / plain.fraction, 1, kRounding));
+    QVERIFY(inputs::close(best.valence / plain.valence, 1, kRounding));
+    QVERIFY(inputs::close(best.amount / plain.amount, 1, kRounding));
+
+    Exhaustive all(c, advice.candidatesEv, best.method, 16);
+    const double least = all.least();
+    QVERIFY(all.designs() > 50);
+    const double found = c.criterion == DesignCriterion::Valence ? plain.valence : plain.fractions;
+    QVERIFY2(found <= least * (1 + kRounding), qPrintable(QString::number(found / least)));
+}
+
+void AdviserTest::fitsScatterAsExpected()
+{
+    QFETCH(Case, c);
+    const ExpectedPrecision best = adviseEnergies(inputOf(c), settingsOf(c)).best;
+    QVERIFY(best.fault == DesignFault::None);
+    const AnalysisInput input = inputOf(c, best.energiesEv, best.vPoint);
+    const Plan plan = planOf(best.method, best.energiesEv.size(), best.vPoint);
+    const std::vector<double> curve = curveOf(c, input);
+    std::optional<NonEquivFit> fit;
+    std::optional<FourPoints> fourPoints;
+    if (c.nonEquiv) {
+        fit.emplace(gatherRefValues(input, plan));
+    } else {
+        fourPoints.emplace(input, plan);
+    }
+    std::mt19937_64 engine(7);
+    const auto uniform = [&engine] {
+        return (static_cast<double>(engine() >> 11) + 0.5) * 0x1p-53;
+    };
+    constexpr int kRuns = 20000; // a deviation to half a percent
+    double sums[3] = {};
+    double squares[3] = {};
+    for (int run = 0; run < kRuns; ++run) {
+        std::vector<double> noisy = curve;
+        PointValues values;
+        for (size_t p = 0; p < noisy.size(); ++p) {
+            noisy[p] += 0.002 * std::sqrt(-2 * std::log(uniform())) *
+                        std::cos(2 * std::numbers::pi * uniform());
+            if (static_cast<int>(p) == best.vPoint) {
+                values.atV = noisy[p];
+            } else {
+                values.atPoints.push_back(noisy[p]);
+            }
+        }
+        double results[3];
+        if (fit) {
+            const ResultVector result = fit->fit(noisy);
+            results[0] = result[0];
+            results[1] = result[static_cast<size_t>(indexOf(Quantity::Valence))];
+            results[2] = result[static_cast<size_t>(indexOf(Quantity::Amount))];
+        } else {
+            const FourPointsResult result = fourPoints->solve(values);
+            results[0] = result.a;
+            results[1] = fourPoints->valenceOf(result.a);
+            results[2] = result.amount;
+        }
+        for (int i = 0; i < 3; ++i) {
+            sums[i] += results[i];
+            squares[i] += results[i] * results[i];
+        }
+    }
+    const double expected[] = {best.fractions[0], best.valence, best.amount};
+    for (int i = 0; i < 3; ++i) {
+        const double mean = sums[i] / kRuns;
+        const double sigma = std::sqrt(squares[i] / kRuns - mean * mean);
+        QVERIFY2(std::fabs(sigma / expected[i] - 1) < 0.05,
+                 qPrintable(QString("%1: %2").arg(i).arg(sigma / expected[i])));
+    }
+}
+
+void AdviserTest::saysWhyNot_data()
+{
+    QTest::addColumn<Change>("change");
+    QTest::addColumn<DesignFault>("best");
+    QTest::addColumn<DesignFault>("present");
+    const auto row = [](const char *name, DesignFault best, DesignFault present,
+                        const Change &change) { QTest::newRow(name) << change << best << present; };
+    using F = DesignFault;
+    // 5 energies of 2 references with a Victoreen background, or where that is said four points
+    row("possible", F::None, F::None, [](auto &, auto &) {});
+    row("too many energies", F::BadSettings, F::BadSettings, [](auto &, auto &s) { s.points = 9; });
+    row("noise is no number", F::BadSettings, F::BadSettings,
+        [](auto &, auto &s) { s.sigma = std::nan(""); });
+    row("one reference", F::FewReferences, F::FewReferences,
+        [](auto &in, auto &) { in.references[1].use = false; });
+    row("a reference without a spectrum", F::InvalidReference, F::InvalidReference,
+        [](auto &in, auto &) { in.references.push_back(inputs::reference(2, 1, AMutE())); });
+    row("no fraction of these", F::BadComposition, F::BadComposition, [](auto &, auto &s) {
+        s.fractions = {0, 0, 1, 0};
+    });
+    row("equal valences", F::EqualValences, F::EqualValences,
+        [](auto &in, auto &) { in.references[1].valence = 0; });
+    row("equal references", F::NotDetermined, F::NotDetermined,
+        [](auto &in, auto &) { in.references[1].spectrum = in.references[0].spectrum; });
+    row("less than unknowns", F::FewPoints, F::None, [](auto &, auto &s) { s.points = 4; });
+    row("present less than unknowns", F::None, F::FewPoints,
+        [](auto &in, auto &) { in.points[0].use = false; });
+    row("an energy twice", F::None, F::NotDetermined,
+        [](auto &in, auto &) { in.points[0].energyEv = in.points[1].energyEv; });
+    row("no energy", F::None, F::NoEnergy, [](auto &in, auto &) { in.points[0].energyEv = 0; });
+    row("beyond the references", F::FewCandidates, F::None,
+        [](auto &, auto &s) { s.lowEv = s.highEv = 7500; });
+    row("too far apart", F::FewCandidates, F::None,
+        [](auto &, auto &s) { s.minimumSpacingEv = 70; }); // 4 * 70 > 260
+    row("just fits", F::None, F::None, [](auto &, auto &s) {
+        s.candidates = 14; // every 20 eV
+        s.minimumSpacingEv = 60;
+    });
+    row("exact takes four", F::CountForMethod, F::CountForMethod, [](auto &in, auto &) {
+        in.method.nonEquiv = false;
+        in.method.exact = true;
+    });
+    row("no V", F::None, F::NoVPoint, [](auto &in, auto &) {
+        in.method.nonEquiv = false;
+        in.points[2].vPoint = false;
+    });
+    row("nowhere alike", F::FewAlikeCandidates, F::None, [](auto &in, auto &s) {
+        in.method.nonEquiv = false;
+        s.lowEv = 7105;
+        s.highEv = 7125;
+    });
+}
+
+void AdviserTest::saysWhyNot()
+{
+    QFETCH(Change, change);
+    AnalysisInput input = inputOf({2, true, false, 5}, {7060, 7110, 7116, 7130, 7300}, 2);
+    input.method.exact = false;
+    AdviserSettings settings;
+    change(input, settings);
+    const EnergyAdvice advice = adviseEnergies(input, settings);
+    QTEST(advice.best.fault, "best");
+    QTEST(advice.present.fault, "present");
+    QVERIFY(advice.best.fault != DesignFault::None || advice.best.energiesEv.size() == 5);
+}
+
+void AdviserTest::warns()
+{
+    const Case c = {2, false, false, 5};
+    AdviserSettings settings = settingsOf(c);
+    const auto present = [&](const std::vector<double> &energies) {
+        return adviseEnergies(inputOf(c, energies, 1), settings).present;
+    };
+    QVERIFY(present({7040, 7115, 7180, 7250, 7300}).warnings.empty());
+    QVERIFY(has(present({7040, 7115, 7300}), DesignWarning::NoFreedom));
+    QVERIFY(has(present({7040, 7115, 7110, 7250, 7300}), DesignWarning::UnlikeReferences));
+    // All behind the edge but V: the line has hardly a step to be told from.
+    QVERIFY(has(present({7055, 7115, 7050, 7045, 7076}), DesignWarning::FarFromBest));
+    settings.sigma = 0.5;
+    const ExpectedPrecision noisy = present({7040, 7115, 7180, 7250, 7300});
+    QVERIFY(has(noisy, DesignWarning::AmountInNoise) && noisy.valence > 0);
+}
+
+QTEST_GUILESS_MAIN(AdviserTest)
+#include "tst_adviser.moc"
