@@ -1,13 +1,17 @@
 #pragma once
 
+#include "analysis/EnergyAdviser.h"
+
 #include <QString>
 #include <QStringList>
+
+#include <vector>
 
 namespace orvel {
 
 /// What the user asked for.
 struct CommandLine {
-    enum class Task { Run, ShowHelp, ShowVersion, Refuse };
+    enum class Task { Run, Advise, ShowHelp, ShowVersion, Refuse };
 
     Task task = Task::Run;
     QString fault; ///< with Refuse: what is wrong
@@ -17,6 +21,11 @@ struct CommandLine {
     int threads = 0;    ///< 0: all cores
     QString resultPath; ///< as given; empty: the session's own
     QString sessionPath;
+
+    // With Advise:
+    bool json = false;
+    AdviserSettings advice;        ///< but for the fractions
+    std::vector<double> fractions; ///< of the used references in row order; empty: equal
 };
 
 /// arguments  without the program's name

@@ -1,3 +1,4 @@
+#include "batch/Advice.h"
 #include "batch/BatchRun.h"
 #include "batch/CommandLine.h"
 #include "session/Catalogue.h"
@@ -63,6 +64,8 @@ int run(int argc, char **argv)
     case CommandLine::Task::Refuse:
         orvel::complain(commandLine.fault + QStringLiteral(" (--help shows the usage)"));
         return orvel::WrongUsage;
+    case CommandLine::Task::Advise:
+        return orvel::adviseSession(commandLine);
     case CommandLine::Task::Run:
         break;
     }

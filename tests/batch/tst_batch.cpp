@@ -7,6 +7,9 @@
 #include <QCryptographicHash>
 #include <QDir>
 #include <QImage>
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
 #include <QMap>
 #include <QTextCodec>
 #include <QtTest>
@@ -150,6 +153,9 @@ private slots:
     void keepsWhatItCannotReplace();
     void namesUnreadableInputs();
     void notesWhatItDoesNotKnow();
+    void advises();
+    void advisesWithoutMaps_data();
+    void advisesWithoutMaps();
 
 private:
     QString path(const QString &name) const { return m_folder + '/' + name; }
@@ -409,9 +415,34 @@ void BatchTest::leavesEveryFileAlone_data()
     for (const char *good : {"--help", "-h", "--version", "S --help"}) {
         row(good, 0, kResult);
     }
-    for (const char *wrong : {"", "--", "-x S", "--images", "S S", "S -e S", "--threads -1 S",
-                              "--threads x S", "--threads 1.5 S", "S --threads", "S --result",
-                              "missing.ini", ".", "T", "--quiet=1 S", "-ej S"}) {
+    for (const char *wrong : {"",
+                              "--",
+                              "-x S",
+                              "--images",
+                              "S S",
+                              "S -e S",
+                              "--threads -1 S",
+                              "--threads x S",
+                              "--threads 1.5 S",
+                              "S --threads",
+                              "S --result",
+                              "missing.ini",
+                              ".",
+                              "T",
+                              "--quiet=1 S",
+                              "-ej S",
+                              "--advise 2 S",
+                              "--advise 9 S",
+                              "--advise S",
+                              "--json S",
+                              "--sigma 1 S",
+                              "--advise 3 --sigma 0 S",
+                              "--advise 3 --images S",
+                              "--advise 3 --result x S",
+                              "--advise 3 --range 9,8 S",
+                              "--advise 3 --criterion best S",
+                              "--advise 3 --fractions 1,-1 S",
+                              "--advise 3 --fractions 1 S"}) {
         row(wrong, 2, kResult);
     }
     row("--images S", 2);                                         // no result file
@@ -545,6 +576,82 @@ void BatchTest::notesWhatItDoesNotKnow()
     QCOMPARE(result.out, outputOf({k3ps, kLcf}));
     QVERIFY(result.err.contains("Edge/EdgeX") && result.err.contains("Method/TypeTMK=exact"));
     QCOMPARE(result.err.count('\n'), 2);
+}
+
+// The three present points, for the curve T = A / 3 + B (a = 0.5, t = 1) at 5000, 6000, V 8000 eV:
+// 1/3, 3, 13/3. So alpha = 3, beta = 1, tau = 4 / (8/3) = 1.5, da/dT_V = 3/8 / (alpha - beta) =
+// 3/16, sigma of a = s 3/16 sqrt(1 + tau^2 + (tau - 1)^2) = s 3/16 sqrt(3.5), four times that of
+// the valence; amount sqrt(2) s / 2.5.
+void BatchTest::advises()
+{
+    const Run result =
+        run({"--advise", "3", "--json", "--sigma", "0.016", "--range", "3000,16000", session()});
+    QCOMPARE(result.err, QString());
+    QCOMPARE(result.status, 0);
+    const QJsonObject all = QJsonDocument::fromJson(result.out.toUtf8()).object();
+    const QJsonObject present = all["present"].toObject();
+    const auto isNear = [](const QJsonValue &found, double expected) {
+        return std::fabs(found.toDouble() - expected) < 1e-6 * expected; // lines: normal equations
+    };
+    QCOMPARE(present["energies"].toArray(), QJsonArray({5000, 6000, 8000}));
+    QCOMPARE(present["vPoint"].toInt(), 2);
+    QCOMPARE(present["freedom"].toInt(), 0);
+    const double sigmaA = 0.003 * std::sqrt(3.5);
+    QVERIFY(isNear(present["sigmaFractions"].toArray()[1], sigmaA));
+    QVERIFY(present["sigmaFractions"].toArray()[2].isNull());
+    QVERIFY(isNear(present["sigmaValence"], 4 * sigmaA));
+    QVERIFY(isNear(present["sigmaAmount"], 0.016 * std::sqrt(2.0) / 2.5));
+    QCOMPARE(present["warnings"].toArray(), QJsonArray({"UnlikeReferences", "NoFreedom"}));
+
+    const QJsonObject best = all["best"].toObject();
+    const QJsonArray energies = best["energies"].toArray();
+    QCOMPARE(energies.size(), 3);
+    QVERIFY(energies[0].toDouble() >= 3000 && energies[2].toDouble() <= 16000);
+    QVERIFY(best["sigmaValence"].toDouble() > 0);
+
+    const QString table = run({"--advise", "3", "--range", "3000,16000", session()}).out;
+    QVERIFY(table.contains(QRegularExpression("energy 3 \\[eV\\] +V 8000.00 +[0-9.]+\n")));
+    QVERIFY(table.contains("present energies: warning: the references differ at a point other"));
+}
+
+void BatchTest::advisesWithoutMaps_data()
+{
+    QTest::addColumn<QString>("count");
+    QTest::addColumn<QString>("changes");
+    QTest::addColumn<int>("status");
+    QTest::addColumn<QString>("out");
+    QTest::addColumn<QString>("err");
+    QTest::newRow("too many for the method") << "5"
+                                             << "" << 1 << "does not take that many"
+                                             << "";
+    QTest::newRow("less than unknowns") << "4" << kVictoreen << 1 << "less energies than unknowns"
+                                        << "";
+    const QString energies = " Point1/Energy=5000 Point2/Energy=6000 Point4/Energy=8000"
+                             " Point1/FileSelect=no Point2/FileSelect=no Point4/FileSelect=no"
+                             " Point5/FileSelect=no Target/TargetFile=no";
+    QTest::newRow("maps and target are not needed") << "3" << energies << 0 << "8000.00"
+                                                    << "";
+    QTest::newRow("but for an energy")
+        << "3"
+        << " Point1/FileSelect=no" << 0 << "the energy of a used point is not known"
+        << "/no: ";
+    QTest::newRow("a reference") << "3"
+                                 << " Ref3/XafsFS=no" << 3 << ""
+                                 << "/no: ";
+}
+
+void BatchTest::advisesWithoutMaps()
+{
+    QFETCH(QString, out);
+    QFETCH(QString, err);
+    QFETCH(QString, count);
+    QFETCH(QString, changes);
+    const Run result = run({"--advise", count, "--range", "3000,16000", session(changes)});
+    QTEST(result.status, "status");
+    QVERIFY2(out.isEmpty() ? result.out.isEmpty() : result.out.contains(out),
+             qPrintable(result.out));
+    QVERIFY2(err.isEmpty() ? result.err.isEmpty() : result.err.contains(err),
+             qPrintable(result.err));
 }
 
 QTEST_GUILESS_MAIN(BatchTest)
