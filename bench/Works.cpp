@@ -1,5 +1,6 @@
 #include "bench/Work.h"
 
+#include "bench/AdviserWork.h"
 #include "bench/FileWorks.h"
 #include "bench/MapWorks.h"
 #include "bench/PaintWorks.h"
@@ -17,6 +18,7 @@ const std::vector<NamedWork> &works()
         {"bounded-map", makeBoundedMap},
         {"fourpoint-map", makeFourPointMap},
         {"fourpoint-map-again", makeFourPointMapAgain},
+        {"advise", makeAdvise},
         {"write-map", makeWriteMap},
         {"read-spectrum", makeReadSpectrum},
         {"read-processed", makeReadProcessed},
