@@ -94,7 +94,7 @@ struct EnergyAdvice {
 };
 
 /// Expected precision for the present energies, and the energies that promise the best one, from
-/// references alone (docs/numerics-energies.md). Which of the four-points methods runs follows from
+/// references alone (docs/numerics.md). Which of the four-points methods runs follows from
 /// the number of energies, as in the checks before a calculation.
 ///
 /// Exchange: from each start one energy after the other is replaced by the best candidate, until
