@@ -657,10 +657,10 @@ QStringList FourPs::inputPaths() const
 void FourPs::warnOfOverwriting()
 {
     const QString result = m_ui->SaveFSelect->text();
-    const QString input = result.isEmpty()
-                              ? QString()
-                              : orvel::overwrittenInput(
-                                    orvel::resultPaths(result, m_advanced->texts()), inputPaths());
+    const QString input =
+        result.isEmpty() ? QString()
+                         : orvel::overwrittenInput(orvel::resultPaths(result, m_advanced->texts()),
+                                                   inputPaths());
     m_ui->SaveFSelect->showProblem(
         input.isEmpty() ? QString() : tr("Writing replaces the input %1").arg(input));
 }
