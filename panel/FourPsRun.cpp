@@ -5,6 +5,7 @@
 #include "display/DispMBase.h"
 #include "display/Histgram.h"
 #include "panel/AdvancedPanel.h"
+#include "panel/WaitCursor.h"
 #include "session/MessageText.h"
 #include "session/ResultPaths.h"
 #include "session/SessionFile.h"
@@ -12,7 +13,6 @@
 #include "spectra/AXafsFileSelect.h"
 #include "ui_FourPs.h"
 
-#include <QApplication>
 #include <QFileInfo>
 #include <QMessageBox>
 #include <QToolTip>
@@ -20,17 +20,9 @@
 #include <new>
 
 using orvel::kQuantities;
+using orvel::WaitCursor;
 
 namespace {
-
-/// A wait cursor while a calculation blocks the window.
-class WaitCursor {
-public:
-    WaitCursor() { QApplication::setOverrideCursor(Qt::WaitCursor); }
-    ~WaitCursor() { QApplication::restoreOverrideCursor(); }
-    WaitCursor(const WaitCursor &) = delete;
-    WaitCursor &operator=(const WaitCursor &) = delete;
-};
 
 /// What the range of a histogram's plot follows from.
 std::array<double, 3> spanOf(const orvel::BinCounts &counts)

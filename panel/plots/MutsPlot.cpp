@@ -2,56 +2,18 @@
 
 #include "display/CurvePainter.h"
 #include "panel/plots/PlotSteps.h"
-#include "spectra/AMutE.h"
+#include "panel/plots/SpectrumLine.h"
 
 #include <algorithm>
 #include <array>
-#include <cmath>
-#include <limits>
 
 namespace orvel {
 namespace {
 
-struct Span {
-    double low = std::numeric_limits<double>::max();
-    double high = std::numeric_limits<double>::lowest();
-
-    void add(double value)
-    {
-        if (std::isfinite(value)) {
-            low = std::min(low, value);
-            high = std::max(high, value);
-        }
-    }
-    bool isEmpty() const { return low > high; }
-    /// A part of its width wider both ways; half a unit when it has none.
-    Span wider(double part) const
-    {
-        const double beside = high > low ? part * (high - low) : 0.5;
-        return {low - beside, high + beside};
-    }
-};
-
-/// A spectrum as it is drawn.
 struct Line {
-    std::vector<double> energies;
-    std::vector<double> values;
+    SpectrumLine data;
     QColor colour;
 };
-
-Line lineOf(const AMutE &spectrum, int mode, const QColor &colour)
-{
-    Line line;
-    line.colour = colour;
-    const int n = spectrum.points().size();
-    line.energies.reserve(static_cast<size_t>(n));
-    line.values.reserve(static_cast<size_t>(n));
-    for (int i = 0; i < n; ++i) {
-        line.energies.push_back(spectrum.effectiveEnergy(i));
-        line.values.push_back(spectrum.valueAt(mode, i));
-    }
-    return line;
-}
 
 } // namespace
 
@@ -61,15 +23,15 @@ void drawMutsPlot(QStylePainter *p, DispABase &dab, const QString &xTitle, const
     beginPlot(p, dab, xTitle, yTitle);
     std::vector<Line> lines;
     for (const MutsPlot::Curve &curve : plot.spectra) {
-        lines.push_back(lineOf(*curve.spectrum, plot.mode, curve.colour));
+        lines.push_back({lineOf(*curve.spectrum, plot.mode), curve.colour});
     }
     if (plot.fitted && plot.mode == AMutE::By2Victoreens) { // it has no other normalisation
-        lines.push_back(lineOf(*plot.fitted, AMutE::NoNormalization, QColor(255, 120, 0)));
+        lines.push_back({lineOf(*plot.fitted, AMutE::NoNormalization), QColor(255, 120, 0)});
     }
     ChCoord &coord = *dab.coord();
     Span energies;
     for (const Line &line : lines) {
-        for (const double energy : line.energies) {
+        for (const double energy : line.data.energies) {
             energies.add(energy);
         }
     }
@@ -87,16 +49,12 @@ void drawMutsPlot(QStylePainter *p, DispABase &dab, const QString &xTitle, const
     }
     Span values;
     for (const Line &line : lines) {
-        for (size_t i = 0; i < line.energies.size(); ++i) {
-            if (line.energies[i] >= shown.low && line.energies[i] <= shown.high) {
-                values.add(line.values[i]);
-            }
-        }
+        addValues(line.data, shown, values);
     }
     // Measured absorptions; among normalised spectra they would be read in the wrong units.
     const bool hasDots = plot.mode == AMutE::NoNormalization;
     for (const QPointF &dot : plot.dots) {
-        if (hasDots && dot.x() >= shown.low && dot.x() <= shown.high) {
+        if (hasDots && shown.contains(dot.x())) {
             values.add(dot.y());
         }
     }
@@ -113,8 +71,8 @@ void drawMutsPlot(QStylePainter *p, DispABase &dab, const QString &xTitle, const
         drawCurve(*p, coord, at.data(), edges.data(), at.size(), QColor(150, 150, 220));
     }
     for (const Line &line : lines) {
-        drawCurve(*p, coord, line.energies.data(), line.values.data(), line.energies.size(),
-                  line.colour);
+        drawCurve(*p, coord, line.data.energies.data(), line.data.values.data(),
+                  line.data.energies.size(), line.colour);
     }
     p->save();
     p->setRenderHint(QPainter::Antialiasing);
