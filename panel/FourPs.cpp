@@ -6,6 +6,7 @@
 #include "display/cBar.h"
 #include "images/AEPoint.h"
 #include "panel/AdvancedPanel.h"
+#include "panel/EnergyAdviserDialog.h"
 #include "panel/PointHeader.h"
 #include "panel/TabOrder.h"
 #include "panel/ToolTips.h"
@@ -100,6 +101,7 @@ FourPs::FourPs(QWidget *parent)
 
 FourPs::~FourPs()
 {
+    delete m_adviser; // it would read the form when it gets the focus of a panel that closes
     // A field that has the focus tells of its last edit when it goes, and later than this.
     for (QObject *child : findChildren<QObject *>()) {
         child->disconnect(this);
@@ -746,6 +748,41 @@ void FourPs::makeAdvanced()
         countShownHistogram();
         updatePlots();
     });
+    connect(m_advanced, &AdvancedPanel::adviserWanted, this, &FourPs::adviseOnEnergies);
+}
+
+/// The window stays beside the panel, so that what it fills in can be seen.
+void FourPs::adviseOnEnergies()
+{
+    if (!m_adviser) {
+        m_adviser = new EnergyAdviserDialog([this] { return readInput(); }, this);
+        connect(m_adviser, &EnergyAdviserDialog::energiesWanted, this, &FourPs::useEnergies);
+    }
+    std::optional<double> sigma;
+    if (m_maps && m_maps->precision()) {
+        sigma = m_maps->precision()->sigma;
+    }
+    m_adviser->showAdvice(sigma);
+}
+
+/// As if they were typed and ticked row by row, but for one calculation at the end. Further rows go
+/// out of use, or the energies would be others than those that were advised.
+void FourPs::useEnergies(const orvel::ExpectedPrecision &design)
+{
+    const int used = static_cast<int>(design.energiesEv.size());
+    for (int i = 0; i < kPointRows; ++i) {
+        AEPoint *row = m_points[static_cast<size_t>(i)];
+        const bool isV = design.vPoint >= 0 ? i == design.vPoint : row->isVPoint();
+        row->setChecks(i < used, row->isLcf(), isV);
+        if (i < used) {
+            row->energyEdit()->setText(
+                orvel::energyText(design.energiesEv[static_cast<size_t>(i)]));
+            row->energyEdit()->setCursorPosition(0);
+            row->inNewEnergy();
+        }
+    }
+    updateMarkLines();
+    calcBoth();
 }
 
 /// Looks at every intensity of images that are new, so only when somebody can see the answer.

@@ -25,6 +25,7 @@ class AEPoint;
 class ARefFile;
 class AXafsFileSelect;
 class DispMBase;
+class EnergyAdviserDialog;
 class Histgram;
 class QFileDialog;
 class QRadioButton;
@@ -32,6 +33,9 @@ class QCheckBox;
 class AdvancedPanel;
 namespace Ui {
 class FourPs;
+}
+namespace orvel {
+struct ExpectedPrecision;
 }
 
 /// The analysis panel: every input, the parameters, the results and the displays. It wires widgets
@@ -109,6 +113,7 @@ private:
     QStringList inputPaths() const;
     void warnOfOverwriting();
     void makeAdvanced();
+    void adviseOnEnergies();
     void offerCounts();
     void enableWhatCounts();
     void connectInputs();
@@ -139,6 +144,7 @@ private:
     void loadDisplaySpectra();
     void updateMarkLines();
     void followUsedEnergies();
+    void useEnergies(const orvel::ExpectedPrecision &design);
 
     // runs (FourPsRun.cpp)
     void writeMessage(const QString &text);
@@ -178,6 +184,7 @@ private:
     std::vector<AMutE> m_displaySpectra;
     MarkLines m_energyLines;
     AdvancedPanel *m_advanced = nullptr;
+    EnergyAdviserDialog *m_adviser = nullptr; ///< once it was wanted
     bool m_wasShown = false;
     bool m_wasSplit = false; ///< by the user
     bool m_isHeld = false;   ///< while a session is taken over nothing is calculated

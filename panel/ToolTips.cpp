@@ -121,6 +121,24 @@ constexpr Tip kTips[] = {
     {"AdvancedPanel", "AdviserB", QT_TRANSLATE_NOOP("ToolTips", "Which energies to measure: expected standard deviations of the present ones and of better ones")},
     {"AdvancedPanel", "TargetPrecision", QT_TRANSLATE_NOOP("ToolTips", "One standard deviation of each result of the target, from its own residuals or the given s; ?: not determined")},
     {"AdvancedPanel", "LcfPrecision", QT_TRANSLATE_NOOP("ToolTips", "One standard deviation of each result of the linear combination fit; s in units of the edge jump; ?: not determined")},
+
+    // the adviser on energies
+    {"EnergyAdviserDialog", "Points", QT_TRANSLATE_NOOP("ToolTips", "How many energies to choose; the four-points methods follow from it")},
+    {"EnergyAdviserDialog", "Criterion", QT_TRANSLATE_NOOP("ToolTips", "What the energies are to give with the least standard deviation: the mean valence, or the fractions of all references together")},
+    {"EnergyAdviserDialog", "Low", QT_TRANSLATE_NOOP("ToolTips", "Lowest energy to choose [eV]; empty: 60 below the edge")},
+    {"EnergyAdviserDialog", "High", QT_TRANSLATE_NOOP("ToolTips", "Highest energy to choose [eV]; empty: 200 above the edge")},
+    {"EnergyAdviserDialog", "Spacing", QT_TRANSLATE_NOOP("ToolTips", "Least distance between two energies [eV]")},
+    {"EnergyAdviserDialog", "Part1", QT_TRANSLATE_NOOP("ToolTips", "Reference 1 in the sample that is assumed, in parts: 2 : 1 : 1 is half of the first")},
+    {"EnergyAdviserDialog", "Part2", QT_TRANSLATE_NOOP("ToolTips", "Reference 2 in the sample that is assumed, in parts: 2 : 1 : 1 is half of the first")},
+    {"EnergyAdviserDialog", "Part3", QT_TRANSLATE_NOOP("ToolTips", "Reference 3 in the sample that is assumed, in parts: 2 : 1 : 1 is half of the first")},
+    {"EnergyAdviserDialog", "Part4", QT_TRANSLATE_NOOP("ToolTips", "Reference 4 in the sample that is assumed, in parts: 2 : 1 : 1 is half of the first")},
+    {"EnergyAdviserDialog", "Amount", QT_TRANSLATE_NOOP("ToolTips", "Edge jump of the sample that is assumed, in units of mut; four points: relative thickness t/ts")},
+    {"EnergyAdviserDialog", "Noise", QT_TRANSLATE_NOOP("ToolTips", "Standard deviation s of one measured absorption, in units of mut; all standard deviations are proportional to it")},
+    {"EnergyAdviserDialog", "AdviseB", QT_TRANSLATE_NOOP("ToolTips", "Look for the best energies, with the references and the method that the panel shows now")},
+    {"EnergyAdviserDialog", "Figures", QT_TRANSLATE_NOOP("ToolTips", "Expected standard deviations (1 sigma) for the used rows of the panel and for the proposed energies; -: not determined")},
+    {"EnergyAdviserDialog", "UseB", QT_TRANSLATE_NOOP("ToolTips", "Fill the proposed energies into the first rows of the panel, tick their Use boxes and, for four points, the V point; other rows go out of use. Maps stay as they are: images must be measured at these energies")},
+    {"EnergyAdviserDialog", "CopyB", QT_TRANSLATE_NOOP("ToolTips", "Put the proposed energies [eV] on the clipboard, one a line")},
+    {"EnergyAdviserDialog", "CloseB", QT_TRANSLATE_NOOP("ToolTips", "Close; energies that were filled in stay")},
 };
 
 /// What the buttons of a quantity stand for, wherever it can be chosen.

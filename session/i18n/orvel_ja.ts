@@ -538,6 +538,70 @@
         <source>One standard deviation of the amount</source>
         <translation>量の標準偏差（1シグマ）</translation>
     </message>
+    <message>
+        <source>How many energies to choose; the four-points methods follow from it</source>
+        <translation>選ぶエネルギーの数。4点法の種類はこの数で決まります</translation>
+    </message>
+    <message>
+        <source>What the energies are to give with the least standard deviation: the mean valence, or the fractions of all references together</source>
+        <translation>標準偏差を最小にする量: 平均価数、または全標準試料の割合</translation>
+    </message>
+    <message>
+        <source>Lowest energy to choose [eV]; empty: 60 below the edge</source>
+        <translation>選ぶエネルギーの下限 [eV]。空欄: エッジの60 eV下</translation>
+    </message>
+    <message>
+        <source>Highest energy to choose [eV]; empty: 200 above the edge</source>
+        <translation>選ぶエネルギーの上限 [eV]。空欄: エッジの200 eV上</translation>
+    </message>
+    <message>
+        <source>Least distance between two energies [eV]</source>
+        <translation>エネルギー同士の最小間隔 [eV]</translation>
+    </message>
+    <message>
+        <source>Edge jump of the sample that is assumed, in units of mut; four points: relative thickness t/ts</source>
+        <translation>仮定する試料のエッジジャンプ (μtの単位)。4点法では相対厚さ t/ts</translation>
+    </message>
+    <message>
+        <source>Standard deviation s of one measured absorption, in units of mut; all standard deviations are proportional to it</source>
+        <translation>1点の吸収測定値の標準偏差 s (μtの単位)。すべての標準偏差はこれに比例します</translation>
+    </message>
+    <message>
+        <source>Look for the best energies, with the references and the method that the panel shows now</source>
+        <translation>パネルの現在の標準試料と方法で、最適なエネルギーを探します</translation>
+    </message>
+    <message>
+        <source>Expected standard deviations (1 sigma) for the used rows of the panel and for the proposed energies; -: not determined</source>
+        <translation>パネルで使用中の行と提案エネルギーについて予想される標準偏差 (1シグマ)。-: 求まりません</translation>
+    </message>
+    <message>
+        <source>Fill the proposed energies into the first rows of the panel, tick their Use boxes and, for four points, the V point; other rows go out of use. Maps stay as they are: images must be measured at these energies</source>
+        <translation>提案エネルギーをパネルの最初の行から入力し、「使用」と、4点法では非等吸収点を選択します。他の行は使用されなくなります。マップはそのままです: 画像はこれらのエネルギーで測定する必要があります</translation>
+    </message>
+    <message>
+        <source>Put the proposed energies [eV] on the clipboard, one a line</source>
+        <translation>提案エネルギー [eV] を1行に1つずつクリップボードにコピーします</translation>
+    </message>
+    <message>
+        <source>Close; energies that were filled in stay</source>
+        <translation>閉じます。入力されたエネルギーは残ります</translation>
+    </message>
+    <message>
+        <source>Reference 1 in the sample that is assumed, in parts: 2 : 1 : 1 is half of the first</source>
+        <translation>仮定する試料中の標準1の比。2 : 1 : 1 なら1番目が半分です</translation>
+    </message>
+    <message>
+        <source>Reference 2 in the sample that is assumed, in parts: 2 : 1 : 1 is half of the first</source>
+        <translation>仮定する試料中の標準2の比。2 : 1 : 1 なら1番目が半分です</translation>
+    </message>
+    <message>
+        <source>Reference 3 in the sample that is assumed, in parts: 2 : 1 : 1 is half of the first</source>
+        <translation>仮定する試料中の標準3の比。2 : 1 : 1 なら1番目が半分です</translation>
+    </message>
+    <message>
+        <source>Reference 4 in the sample that is assumed, in parts: 2 : 1 : 1 is half of the first</source>
+        <translation>仮定する試料中の標準4の比。2 : 1 : 1 なら1番目が半分です</translation>
+    </message>
 </context>
 <context>
     <name>cBar</name>
@@ -683,6 +747,241 @@
     <message>
         <source>reduced chi square %1</source>
         <translation>換算カイ二乗 %1</translation>
+    </message>
+</context>
+<context>
+    <name>EnergyAdviserDialog</name>
+    <message>
+        <source>Energies to measure</source>
+        <translation>測定するエネルギー</translation>
+    </message>
+    <message>
+        <source>Method</source>
+        <translation>方法</translation>
+    </message>
+    <message>
+        <source>Number of energies</source>
+        <translation>エネルギーの数</translation>
+    </message>
+    <message>
+        <source>Determine best</source>
+        <translation>最もよく求める量</translation>
+    </message>
+    <message>
+        <source>valence</source>
+        <translation>価数</translation>
+    </message>
+    <message>
+        <source>fractions</source>
+        <translation>割合</translation>
+    </message>
+    <message>
+        <source>Range [eV]</source>
+        <translation>範囲 [eV]</translation>
+    </message>
+    <message>
+        <source>to</source>
+        <translation>～</translation>
+    </message>
+    <message>
+        <source>At least apart [eV]</source>
+        <translation>最小間隔 [eV]</translation>
+    </message>
+    <message>
+        <source>Sample, in parts</source>
+        <translation>試料の組成比</translation>
+    </message>
+    <message>
+        <source>Amount</source>
+        <translation>量</translation>
+    </message>
+    <message>
+        <source>Noise s</source>
+        <translation>ノイズ s</translation>
+    </message>
+    <message>
+        <source>Advise</source>
+        <translation>提案を計算</translation>
+    </message>
+    <message>
+        <source>Use these</source>
+        <translation>この値を使う</translation>
+    </message>
+    <message>
+        <source>Copy</source>
+        <translation>コピー</translation>
+    </message>
+    <message>
+        <source>Close</source>
+        <translation>閉じる</translation>
+    </message>
+    <message>
+        <source>Upper end of the range [eV]</source>
+        <translation>範囲の上端 [eV]</translation>
+    </message>
+    <message>
+        <source>Present</source>
+        <translation>現在</translation>
+    </message>
+    <message>
+        <source>Proposed</source>
+        <translation>提案</translation>
+    </message>
+    <message>
+        <source>Expected standard deviations</source>
+        <translation>予想される標準偏差</translation>
+    </message>
+    <message>
+        <source>References, each by its edge jump</source>
+        <translation>標準試料 (エッジジャンプで規格化)</translation>
+    </message>
+    <message>
+        <source>Ref %1</source>
+        <translation>標準%1</translation>
+    </message>
+    <message>
+        <source>of the map</source>
+        <translation>マップから</translation>
+    </message>
+    <message>
+        <source>assumed</source>
+        <translation>仮定値</translation>
+    </message>
+    <message>
+        <source>Energy %1 [eV]</source>
+        <translation>エネルギー%1 [eV]</translation>
+    </message>
+    <message>
+        <source>Sigma of ratio %1</source>
+        <translation>割合%1のσ</translation>
+    </message>
+    <message>
+        <source>Sigma of valence</source>
+        <translation>価数のσ</translation>
+    </message>
+    <message>
+        <source>Sigma of amount</source>
+        <translation>量のσ</translation>
+    </message>
+    <message>
+        <source>Degrees of freedom</source>
+        <translation>自由度</translation>
+    </message>
+    <message>
+        <source>Condition number</source>
+        <translation>条件数</translation>
+    </message>
+    <message>
+        <source>Images</source>
+        <translation>画像</translation>
+    </message>
+    <message>
+        <source>Those in the rows were measured at other energies. Take or load new ones before you trust a map.</source>
+        <translation>各行の画像は別のエネルギーで測定されたものです。マップを信頼する前に、新しい画像を測定するか読み込んで下さい。</translation>
+    </message>
+    <message>
+        <source>Both</source>
+        <translation>両方</translation>
+    </message>
+    <message>
+        <source>No advice</source>
+        <translation>提案できません</translation>
+    </message>
+    <message>
+        <source>Changed: press Advise</source>
+        <translation>変更あり: 「提案を計算」を押して下さい</translation>
+    </message>
+    <message>
+        <source>Energy [eV]</source>
+        <translation>エネルギー [eV]</translation>
+    </message>
+    <message>
+        <source>mut / edge jump</source>
+        <translation>mut / エッジジャンプ</translation>
+    </message>
+    <message>
+        <source>Three points</source>
+        <translation>3点法</translation>
+    </message>
+    <message>
+        <source>Exact four points</source>
+        <translation>4点法 (厳密解)</translation>
+    </message>
+    <message>
+        <source>Four points, least squares</source>
+        <translation>4点法 (最小二乗)</translation>
+    </message>
+    <message>
+        <source>Non-equivalent, linear background</source>
+        <translation>非等吸収点法、直線バックグラウンド</translation>
+    </message>
+    <message>
+        <source>Non-equivalent, Victoreen background</source>
+        <translation>非等吸収点法、Victoreenバックグラウンド</translation>
+    </message>
+    <message>
+        <source>Range, distance, amount or noise is no number that can be used.</source>
+        <translation>範囲、間隔、量、ノイズのどれかが使えない数値です。</translation>
+    </message>
+    <message>
+        <source>Fewer than two references are loaded and in use.</source>
+        <translation>読み込まれて使用中の標準試料が2つ未満です。</translation>
+    </message>
+    <message>
+        <source>A reference in use has no spectrum, or no edge jump.</source>
+        <translation>使用中の標準試料にスペクトルまたはエッジジャンプがありません。</translation>
+    </message>
+    <message>
+        <source>The parts of the sample must be numbers of 0 or more.</source>
+        <translation>試料の組成比は0以上の数値にして下さい。</translation>
+    </message>
+    <message>
+        <source>All references have the same valence: determine fractions instead.</source>
+        <translation>標準試料の価数がすべて同じです。「割合」を選んで下さい。</translation>
+    </message>
+    <message>
+        <source>The chosen method does not take that many energies.</source>
+        <translation>選ばれた方法ではこの数のエネルギーを使えません。</translation>
+    </message>
+    <message>
+        <source>There are fewer energies than unknowns.</source>
+        <translation>エネルギーの数が未知数より少なくなっています。</translation>
+    </message>
+    <message>
+        <source>No V point is selected.</source>
+        <translation>非等吸収点が選択されていません。</translation>
+    </message>
+    <message>
+        <source>A row in use has no energy.</source>
+        <translation>使用中の行にエネルギーがありません。</translation>
+    </message>
+    <message>
+        <source>So many energies so far apart do not fit into the range.</source>
+        <translation>この数と間隔のエネルギーは範囲に収まりません。</translation>
+    </message>
+    <message>
+        <source>The four-points methods need energies at which the references are alike; the range has too few.</source>
+        <translation>4点法には標準試料の吸収が等しいエネルギーが必要ですが、この範囲では足りません。</translation>
+    </message>
+    <message>
+        <source>The references cannot be told apart at these energies.</source>
+        <translation>これらのエネルギーでは標準試料を区別できません。</translation>
+    </message>
+    <message>
+        <source>There are as many energies as unknowns (zero degrees of freedom): a fit goes through every point and tells nothing about the noise. One more energy would.</source>
+        <translation>エネルギーの数が未知数と同じです (自由度0)。フィットはすべての点を通り、ノイズは分かりません。もう1点増やすと分かります。</translation>
+    </message>
+    <message>
+        <source>A standard deviation is ten times that of the proposed energies, or more.</source>
+        <translation>標準偏差が提案の10倍以上になる量があります。</translation>
+    </message>
+    <message>
+        <source>The references differ at a point other than V: results will be off by more than the standard deviations say.</source>
+        <translation>非等吸収点以外の点で標準試料の吸収が異なります。結果は標準偏差が示す以上にずれます。</translation>
+    </message>
+    <message>
+        <source>The amount is hardly above its noise: the true standard deviations are larger.</source>
+        <translation>量がノイズと同程度です。実際の標準偏差はこれより大きくなります。</translation>
     </message>
 </context>
 </TS>
