@@ -269,6 +269,14 @@ ExpectedPrecision Sample::expect(const std::vector<double> &points, int v) const
     return expected;
 }
 
+/// A monochromator is set, and a form filled in, in hundredths of an eV: rounded no sooner than
+/// there, energies could break a condition that they just keep.
+double settable(double energyEv)
+{
+    constexpr double kPerEv = 100.0;
+    return std::round(energyEv * kPerEv) / kPerEv;
+}
+
 /// Where to look; empty when the references have no range in common with what is asked.
 std::vector<double> candidateEnergies(const Sample &sample, const AdviserSettings &settings)
 {
@@ -284,7 +292,11 @@ std::vector<double> candidateEnergies(const Sample &sample, const AdviserSetting
     if (low > 0.0 && low < high && std::isfinite(high)) {
         const int last = settings.candidates - 1;
         for (int i = 0; i <= last; ++i) {
-            energies.push_back(i == last ? high : low + (high - low) / last * i);
+            const double energyEv = settable(i == last ? high : low + (high - low) / last * i);
+            const bool isNew = energies.empty() || energies.back() < energyEv;
+            if (isNew && energyEv >= low && energyEv <= high) {
+                energies.push_back(energyEv);
+            }
         }
     }
     return energies;
@@ -405,7 +417,7 @@ std::vector<double> refined(const Sample &sample, const AdviserSettings &setting
     std::vector<double> finer = candidatesEv;
     for (const double energyEv : bestEv) {
         for (int k = 1 - kParts; k < kParts; ++k) {
-            const double moved = energyEv + k * part;
+            const double moved = settable(energyEv + k * part);
             if (k != 0 && low < moved && moved < high) {
                 finer.push_back(moved);
             }

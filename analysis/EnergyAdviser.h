@@ -26,7 +26,8 @@ struct AdviserSettings {
     /// than all used references reach.
     std::optional<double> lowEv;
     std::optional<double> highEv;
-    int candidates = 200;          ///< evenly over the range, both ends included; 2 to 2000
+    /// Evenly over the range, both ends included, each rounded to 0.01 eV; 2 to 2000.
+    int candidates = 200;
     bool refine = true;            ///< then also between them, by eighths of their distance
     double minimumSpacingEv = 2.0; ///< between any two energies chosen
     /// Four points: how far the references, over their edge jumps, may differ at the points other

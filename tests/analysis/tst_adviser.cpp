@@ -333,6 +333,9 @@ void AdviserTest::findsTheBestOfAll()
         for (size_t i = 1; i < energies.size(); ++i) {
             QVERIFY(energies[i] - energies[i - 1] >= 16 - 1e-9);
         }
+        for (const double energy : energies) { // as a form holds it, to the last bit
+            QCOMPARE(QString::number(energy, 'f', 2).toDouble() - energy, 0.0);
+        }
     }
 
     constexpr double kRounding = 1e-7; // condition of backgrounds over 260 eV
