@@ -113,6 +113,173 @@
     </message>
 </context>
 <context>
+    <name>PixelWindow</name>
+    <message>
+        <source>Energy [eV]</source>
+        <translation>エネルギー [eV]</translation>
+    </message>
+    <message>
+        <source>Absorption</source>
+        <translation>吸収</translation>
+    </message>
+    <message>
+        <source>Residual</source>
+        <translation>残差</translation>
+    </message>
+    <message>
+        <source>measured</source>
+        <translation>測定値</translation>
+    </message>
+    <message>
+        <source>V point</source>
+        <translation>非等吸収点</translation>
+    </message>
+    <message>
+        <source>fit</source>
+        <translation>フィット</translation>
+    </message>
+    <message>
+        <source>background</source>
+        <translation>バックグラウンド</translation>
+    </message>
+    <message>
+        <source>exact fit</source>
+        <translation>厳密解</translation>
+    </message>
+    <message>
+        <source>The fit has no finite result.</source>
+        <translation>フィットの結果が有限値になりません。</translation>
+    </message>
+    <message>
+        <source>Three points</source>
+        <translation>3点法</translation>
+    </message>
+    <message>
+        <source>Four points, exact</source>
+        <translation>4点法 (厳密解)</translation>
+    </message>
+    <message>
+        <source>Four points, least squares</source>
+        <translation>4点法 (最小二乗法)</translation>
+    </message>
+    <message>
+        <source>Non-equivalent, linear</source>
+        <translation>非等吸収点法 (直線)</translation>
+    </message>
+    <message>
+        <source>Non-equivalent, Victoreen</source>
+        <translation>非等吸収点法 (Victoreen)</translation>
+    </message>
+    <message>
+        <source>Total dMut</source>
+        <translation>全dMut</translation>
+    </message>
+    <message>
+        <source>Relative dMut</source>
+        <translation>相対dMut</translation>
+    </message>
+    <message>
+        <source>from the residuals of all pixels</source>
+        <translation>全ピクセルの残差から</translation>
+    </message>
+    <message>
+        <source>as given</source>
+        <translation>指定値</translation>
+    </message>
+    <message>
+        <source>from the counted photons</source>
+        <translation>計数値から</translation>
+    </message>
+    <message>
+        <source>from the residuals of this pixel</source>
+        <translation>このピクセルの残差から</translation>
+    </message>
+    <message>
+        <source>an exact fit does not tell</source>
+        <translation>厳密解のため不明</translation>
+    </message>
+    <message>
+        <source>not determined</source>
+        <translation>決定不能</translation>
+    </message>
+    <message>
+        <source>Pixel (%1, %2)</source>
+        <translation>ピクセル (%1, %2)</translation>
+    </message>
+    <message>
+        <source>position %1, %2</source>
+        <translation>位置 %1, %2</translation>
+    </message>
+    <message>
+        <source>at its bound</source>
+        <translation>(下限)</translation>
+    </message>
+    <message>
+        <source>Bounds are taken for certain.</source>
+        <translation>下限は確実とみなします。</translation>
+    </message>
+    <message>
+        <source>Results</source>
+        <translation>結果</translation>
+    </message>
+    <message>
+        <source>Ratio of Ref.%1</source>
+        <translation>標準%1の比率</translation>
+    </message>
+    <message>
+        <source>Valence</source>
+        <translation>価数</translation>
+    </message>
+    <message>
+        <source>dMut of Ref.%1</source>
+        <translation>標準%1のdMut</translation>
+    </message>
+    <message>
+        <source>Fit</source>
+        <translation>フィット</translation>
+    </message>
+    <message>
+        <source>Energies</source>
+        <translation>エネルギー数</translation>
+    </message>
+    <message>
+        <source>Degrees of freedom</source>
+        <translation>自由度</translation>
+    </message>
+    <message>
+        <source>Residual, r.m.s.</source>
+        <translation>残差 (RMS)</translation>
+    </message>
+    <message>
+        <source>Absorption noise</source>
+        <translation>吸収のノイズ</translation>
+    </message>
+    <message>
+        <source>Errors are one standard deviation. Noise: %1.</source>
+        <translation>誤差は1標準偏差。ノイズ: %1。</translation>
+    </message>
+    <message>
+        <source>Wheel: magnify the energies around the pointer. Double click: show all</source>
+        <translation>ホイール: ポインタ周辺のエネルギーを拡大。ダブルクリック: 全体を表示</translation>
+    </message>
+    <message>
+        <source>Save drawing and numbers as a picture</source>
+        <translation>グラフと数値を画像として保存します</translation>
+    </message>
+    <message>
+        <source>Save points, curves and numbers as text</source>
+        <translation>データ点、曲線、数値をテキストとして保存します</translation>
+    </message>
+    <message>
+        <source>Written: %1</source>
+        <translation>書き出しました: %1</translation>
+    </message>
+    <message>
+        <source>Can&apos;t write %1</source>
+        <translation>%1に書き込めません</translation>
+    </message>
+</context>
+<context>
     <name>ToolTips</name>
     <message>
         <source>Select a file</source>
