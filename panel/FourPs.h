@@ -31,6 +31,9 @@ class QFileDialog;
 class QRadioButton;
 class QCheckBox;
 class AdvancedPanel;
+namespace orvel {
+class PixelWindow;
+}
 namespace Ui {
 class FourPs;
 }
@@ -166,6 +169,7 @@ private:
     orvel::MapValues valuesOf(orvel::Quantity quantity) const;
     orvel::MapValues shownMap() const;
     orvel::MapValues dataValues() const;
+    void showPixel(int x, int y);
     void showValueAt(DispMBase *panel, const orvel::MapValues &map, double x, double y);
     void drawMapOn(DispMBase *panel, orvel::MapPainter &painter, const orvel::MapValues &map,
                    QStylePainter *p);
@@ -184,7 +188,8 @@ private:
     std::vector<AMutE> m_displaySpectra;
     MarkLines m_energyLines;
     AdvancedPanel *m_advanced = nullptr;
-    EnergyAdviserDialog *m_adviser = nullptr; ///< once it was wanted
+    orvel::PixelWindow *m_pixelWindow = nullptr; ///< made at first use
+    EnergyAdviserDialog *m_adviser = nullptr;    ///< once it was wanted
     bool m_wasShown = false;
     bool m_wasSplit = false; ///< by the user
     bool m_isHeld = false;   ///< while a session is taken over nothing is calculated

@@ -6,6 +6,7 @@
 #include "display/cBar.h"
 #include "images/AEPoint.h"
 #include "panel/AdvancedPanel.h"
+#include "panel/PixelWindow.h"
 #include "panel/plots/HistogramPlot.h"
 #include "panel/plots/MutsPlot.h"
 #include "spectra/ARefFile.h"
@@ -13,6 +14,7 @@
 #include "ui_FourPs.h"
 
 #include <QRadioButton>
+#include <QToolTip>
 
 #include <cmath>
 #include <limits>
@@ -211,8 +213,26 @@ void FourPs::dClickedInMap(MouseC *m)
     m_markedPixel.reset();
     if (m_maps && x >= 0 && x < m_maps->width() && y >= 0 && y < m_maps->height()) {
         m_markedPixel = QPoint(static_cast<int>(x), static_cast<int>(y));
+        if (m_advanced->showsPixelWindow()) {
+            showPixel(m_markedPixel->x(), m_markedPixel->y());
+        }
     }
     m_ui->Disps->panel(Displays::DMuts)->updateSurface();
+}
+
+/// The fit of a pixel, as long as the form still says what the map was calculated from.
+void FourPs::showPixel(int x, int y)
+{
+    const orvel::AnalysisInput input = readInput();
+    if (m_memory.find(input, checkMap(input)) != m_maps) {
+        QToolTip::showText(QCursor::pos(), tr("The inputs have changed: calculate the map first"),
+                           m_ui->ResultMap);
+        return;
+    }
+    if (m_pixelWindow == nullptr) {
+        m_pixelWindow = new orvel::PixelWindow(this);
+    }
+    m_pixelWindow->show(reportPixel(input, *m_maps, x, y));
 }
 
 // --- graphs -------------------------------------------------------------------------------------

@@ -52,6 +52,10 @@
         <translation>セッションを保存...</translation>
     </message>
     <message>
+        <source>The inputs have changed: calculate the map first</source>
+        <translation>入力が変わっています。先にマップを計算してください</translation>
+    </message>
+    <message>
         <source>Written: %1</source>
         <translation>書き出しました: %1</translation>
     </message>

@@ -1,5 +1,6 @@
 // Precision beside the results, as a user meets it: frame, map, hidden pixels, files.
 
+#include "panel/PixelWindow.h"
 #include "session/SessionFile.h"
 #include "tests/panel/Window.h"
 
@@ -47,6 +48,7 @@ private slots:
     void writesBesideTheResultFile();
     void sessionKeepsTheChoices();
     void boundsHoldFromTheNextCalculation();
+    void doubleClickShowsThePixel();
 };
 
 void AdvancedTest::standsBesideTheResults()
@@ -189,6 +191,34 @@ void AdvancedTest::boundsHoldFromTheNextCalculation()
     panel.calcBoth();
     QCOMPARE(valueAt(panel, 0.5).toDouble(), 0.0);
     QCOMPARE(shown(panel, "BoundsFound"), QString("1 pixels on a bound"));
+}
+
+void AdvancedTest::doubleClickShowsThePixel()
+{
+    const Sample sample;
+    FourPs panel;
+    panel.resize(1366, 736);
+    panel.show();
+    sample.load(panel, 2, {0.5, 0.2});
+    DispArea *area = map(panel, "ResultMap")->area();
+    picture(area);
+    const auto doubleClick = [&](double x) {
+        const ChCoord *coord = map(panel, "ResultMap")->coord();
+        QTest::mouseDClick(area, Qt::LeftButton, Qt::NoModifier,
+                           QPointF(coord->sx(x), coord->sy(0.5)).toPoint());
+        return panel.findChild<orvel::PixelWindow *>();
+    };
+    QVERIFY(doubleClick(1.5) == nullptr); // not asked for
+    perform(panel, "tick AdvancedCB; tick ShowPixelWindow");
+    const orvel::PixelWindow *window = doubleClick(1.5);
+    QVERIFY(window && window->isVisible());
+    QCOMPARE(QPoint(window->report().x, window->report().y), QPoint(1, 0));
+    perform(panel, "type R1.Valence 7"); // the map is of another one
+    doubleClick(0.5);
+    QCOMPARE(window->report().x, 1);
+    panel.calcMap();
+    QCOMPARE(doubleClick(0.5), window);
+    QCOMPARE(window->report().x, 0);
 }
 
 QTEST_MAIN(AdvancedTest)
