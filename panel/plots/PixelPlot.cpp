@@ -1,5 +1,7 @@
 #include "panel/plots/PixelPlot.h"
 
+#include "panel/plots/Span.h"
+
 #include "display/ChCoord.h"
 
 #include <QFontMetricsF>
@@ -22,28 +24,16 @@ constexpr double kTick = 4.0;
 const QColor kFrameColour(150, 150, 150);
 const QColor kGridColour(236, 236, 236);
 
-struct Span {
-    double low = std::numeric_limits<double>::max();
-    double high = std::numeric_limits<double>::lowest();
-
-    void add(double value)
-    {
-        if (std::isfinite(value)) {
-            low = std::min(low, value);
-            high = std::max(high, value);
-        }
+/// The same with a margin; something around a single value, 0 to 1 around nothing.
+Span withMargin(const Span &span, double part)
+{
+    if (span.isEmpty()) {
+        return {0.0, 1.0};
     }
-    bool isEmpty() const { return low > high; }
-    /// The same with a margin; something around a single value, 0 to 1 around nothing.
-    Span shown(double part) const
-    {
-        if (isEmpty()) {
-            return {0.0, 1.0};
-        }
-        const double beside = high > low ? part * (high - low) : 0.05 * std::fabs(low) + 0.5;
-        return {low - beside, high + beside};
-    }
-};
+    const double beside =
+        span.high > span.low ? part * (span.high - span.low) : 0.05 * std::fabs(span.low) + 0.5;
+    return {span.low - beside, span.high + beside};
+}
 
 QRectF frameOf(const ChCoord &coord)
 {
@@ -125,7 +115,7 @@ Span energiesOf(const PixelReport &report)
         points.add(point.energyEv);
     }
     constexpr double kBeside = 0.03;
-    Span span = points.shown(kBeside);
+    Span span = withMargin(points, kBeside);
     for (const double energy : report.energiesEv) {
         span.add(energy);
     }
@@ -485,7 +475,7 @@ void layOutPixelPlot(const QFontMetricsF &metrics, const QRectF &box, const Pixe
 {
     const double row = std::ceil(metrics.height());
     const Span energies = energiesOf(report);
-    const Span values = absorptionsOf(report).shown(0.07);
+    const Span values = withMargin(absorptionsOf(report), 0.07);
     const double height = residualHeight(report, values.high - values.low);
 
     double top = box.top() + row + kGap;
