@@ -5,6 +5,7 @@
 
 BUILD_PACKAGES="g++ cmake ninja-build qtbase5-dev qttools5-dev qttools5-dev-tools"
 TIDY_PACKAGES="clang clang-tidy clang-format"
+TOOLS_PACKAGES="python3-numpy python3-tifffile python3-pil python3-h5py"
 
 is_installed() {
     [ "$(dpkg-query -W -f='${db:Status-Abbrev}' "$1" 2>/dev/null)" = "ii " ]
