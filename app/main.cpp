@@ -19,6 +19,10 @@ int main(int argc, char **argv)
     // Readers log every oddity; QT_LOGGING_RULES="*.debug=true" shows it.
     QLoggingCategory::setFilterRules(QStringLiteral("*.debug=false"));
 
+    QApplication::setWindowIcon(orvel::windowIcon());
+    QApplication::setDesktopFileName(
+        QStringLiteral("org.orvel.orvel")); // how Wayland finds the icon
+
     const QStringList arguments = QApplication::arguments().mid(1);
     orvel::Translators translators;
     if (orvel::wantsJapanese(arguments)) {

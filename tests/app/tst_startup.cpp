@@ -20,6 +20,7 @@ private slots:
     void sessions_data();
     void sessions();
     void firstSessionIsTaken();
+    void icon();
     void window_data();
     void window();
 
@@ -84,6 +85,16 @@ void StartUpTest::firstSessionIsTaken()
     QCOMPARE(orvel::sessionArgument(others), QString());
     QCOMPARE(orvel::sessionArgument(others + QStringList{first, second}), first);
     QCOMPARE(orvel::sessionArgument({second, first, "-e"}), second);
+}
+
+void StartUpTest::icon()
+{
+    for (const int size : {16, 32, 64, 256}) {
+        const QImage image = orvel::windowIcon().pixmap(size).toImage();
+        QCOMPARE(image.size(), QSize(size, size));     // no size is scaled up from a smaller one
+        QVERIFY(image.pixelColor(0, 0).alpha() < 128); // a rounded corner
+        QCOMPARE(image.pixelColor(size / 2, size / 2).alpha(), 255);
+    }
 }
 
 void StartUpTest::window_data()
