@@ -5,6 +5,8 @@
 
 BUILD_PACKAGES="g++ cmake ninja-build qtbase5-dev qttools5-dev qttools5-dev-tools"
 TIDY_PACKAGES="clang clang-tidy clang-format"
+PACKAGING_PACKAGES="dpkg-dev file gzip"
+PACKAGE_CHECK_PACKAGES="appstream desktop-file-utils lintian man-db mmdebstrap"
 TOOLS_PACKAGES="python3-numpy python3-tifffile python3-pil python3-h5py"
 
 is_installed() {

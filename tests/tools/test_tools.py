@@ -22,7 +22,7 @@ try:
     import tifffile
     from PIL import Image
 except ImportError as error:
-    print(f"skipped: {error}: apt-get install what tools/README.md says")
+    print(f"skipped: {error}; ./check --all installs what is needed")
     sys.exit(77)
 
 BATCH, PHANTOM, TOOLS, EXAMPLES = map(os.path.abspath, sys.argv[1:5])
