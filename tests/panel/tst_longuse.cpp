@@ -77,6 +77,14 @@ struct Counts {
 class LongUseTest : public QObject {
     Q_OBJECT
 
+public:
+    static void initMain() // the watchdog of a test function is for minutes
+    {
+        if (!qEnvironmentVariableIsSet("QTEST_FUNCTION_TIMEOUT")) {
+            qputenv("QTEST_FUNCTION_TIMEOUT", "86400000"); // [ms]
+        }
+    }
+
 private slots:
     void init();
     void nothingElseGrows();
