@@ -8,12 +8,15 @@
 #include <algorithm>
 #include <array>
 #include <cmath>
+#include <limits>
 
 namespace orvel {
 namespace {
 
 using Setup = FourPointsPixels::Setup;
 using Planes = FourPointsPrecision::Planes;
+
+constexpr double kNan = std::numeric_limits<double>::quiet_NaN();
 
 /// The fit of one pixel a lane, in coordinates that have their origin at V.
 struct LineFit {
@@ -132,7 +135,7 @@ ORVEL_INLINE void storeSigmas(const Setup &s, const Lanes &varianceA, const Lane
     rootLanes(deviationA);
     rootLanes(deviationAmount);
     const Lanes size = amount < 0.0 ? -amount : amount;
-    const Lanes nan = Lanes{} + std::numeric_limits<double>::quiet_NaN();
+    const Lanes nan = Lanes{} + kNan;
     const Lanes sigmaA = size >= deviationAmount * kLeastAmountInSigmas ? deviationA : nan;
     storeLanes(sigmaA, bytes, planes.a + i);
     storeLanes(sigmaA * std::fabs(s.valenceA - s.valenceB), bytes, planes.valence + i);
@@ -256,34 +259,62 @@ void addFourPointsSigmas(ResultMaps &maps, const FourPointsPrecision &precision,
             precision.residuals(values, n, residual + first);
         });
     }
-    const PixelNoise noise(maps, images, choice, points, precision.freedom());
-    maps.setPrecision(noise.found());
-
+    const std::vector<size_t> unmeasured = unmeasuredPixels(maps, images);
+    for (const size_t i : unmeasured) {
+        if (residual != nullptr) {
+            residual[i] = kNan;
+        }
+    }
     const Planes planes = {maps.addPlane(Quantity::SigmaRatio1),
                            maps.addPlane(Quantity::SigmaValence),
                            maps.addPlane(Quantity::SigmaAmount)};
-    forAll([&](const double *const *values, size_t first, size_t n) {
-        double variances[kPointRows][kBlock];
-        const double *valuesAt[kPointRows];
-        const double *variancesAt[kPointRows];
-        for (size_t done = 0; done < n; done += kBlock) {
-            const size_t count = std::min(kBlock, n - done);
-            const size_t at = first + done;
-            for (size_t e = 0; e < images.size(); ++e) {
-                valuesAt[e] = values[e] + done;
-                variancesAt[e] = variances[e];
-            }
-            for (size_t i = 0; i < count; ++i) {
-                double ofPixel[kPointRows];
-                noise.variances(at + i, ofPixel);
+    const auto fill = [&](const PixelNoise &noise) {
+        forAll([&](const double *const *values, size_t first, size_t n) {
+            double variances[kPointRows][kBlock];
+            const double *valuesAt[kPointRows];
+            const double *variancesAt[kPointRows];
+            for (size_t done = 0; done < n; done += kBlock) {
+                const size_t count = std::min(kBlock, n - done);
+                const size_t at = first + done;
                 for (size_t e = 0; e < images.size(); ++e) {
-                    variances[e][i] = ofPixel[e];
+                    valuesAt[e] = values[e] + done;
+                    variancesAt[e] = variances[e];
                 }
+                for (size_t i = 0; i < count; ++i) {
+                    double ofPixel[kPointRows];
+                    noise.variances(at + i, ofPixel);
+                    for (size_t e = 0; e < images.size(); ++e) {
+                        variances[e][i] = ofPixel[e];
+                    }
+                }
+                precision.sigmas(valuesAt, variancesAt, count,
+                                 {planes.a + at, planes.valence + at, planes.amount + at});
             }
-            precision.sigmas(valuesAt, variancesAt, count,
-                             {planes.a + at, planes.valence + at, planes.amount + at});
+        });
+    };
+
+    // A residual of S over g: where there is no sample g is near 0, and such pixels, of which a map
+    // may be full, would be all that the pooled noise follows. So those pixels are pooled whose
+    // amount stands out from its own error.
+    std::vector<bool> isPooled;
+    if (choice.noise == NoiseSource::Pooled && residual != nullptr) {
+        PrecisionChoice own = choice;
+        own.noise = NoiseSource::Pixel;
+        fill(PixelNoise(maps, images, own, points, precision.freedom()));
+        const double *amount = maps.plane(Quantity::Amount);
+        isPooled.resize(static_cast<size_t>(maps.size()));
+        for (size_t i = 0; i < isPooled.size(); ++i) {
+            isPooled[i] = std::fabs(amount[i]) >= kLeastAmountInSigmas * planes.amount[i];
         }
-    });
+    }
+    const PixelNoise noise(maps, images, choice, points, precision.freedom(), isPooled);
+    maps.setPrecision(noise.found());
+    fill(noise);
+    for (const size_t i : unmeasured) {
+        planes.a[i] = kNan;
+        planes.valence[i] = kNan;
+        planes.amount[i] = kNan;
+    }
 }
 
 } // namespace orvel

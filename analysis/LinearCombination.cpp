@@ -136,12 +136,12 @@ LcfPrecision precisionOf(const AnalysisInput &input, const SmallQr &qr, const Fa
             found.chiSquare = rss / (given * given * found.freedom);
         }
     }
-    double s = found.sigma;
     if (input.precision.noise == NoiseSource::Given) {
-        s = input.precision.givenSigma > 0.0
-                ? input.precision.givenSigma / std::fabs(input.target.edgeJump())
-                : kNan;
+        found.sigma = input.precision.givenSigma > 0.0
+                          ? input.precision.givenSigma / std::fabs(input.target.edgeJump())
+                          : kNan;
     }
+    const double s = found.sigma;
     std::vector<double> rowSums;
     double valenceVariance = 0.0;
     for (size_t i = 0; i < valences.size(); ++i) {
@@ -211,7 +211,10 @@ LcfResult fitLinearCombination(const AnalysisInput &input, const LcfPlan &plan)
     const SmallQr qr(baseFirst(kept));
     FaceFit face;
     face.x = x;
-    if (qr.isRegular()) {
+    face.covariance.assign(m, std::vector<double>(m, kNan));
+    const bool isFinite =
+        std::all_of(x.begin(), x.end(), [](double value) { return std::isfinite(value); });
+    if (qr.isRegular() && isFinite) {
         face = fitBounds(qr.reducedNormal(1), x, input.method.lcfBounds);
         if (input.method.lcfBounds == LcfBounds::Free) {
             face.x = x; // the same but for rounding

@@ -15,7 +15,7 @@ struct LcfPrecision {
 
     std::vector<double> sigmaRatios; ///< one standard deviation of each ratio
     double sigmaValence;             ///< of the valence, which goes by the coefficients
-    double sigma;                    ///< s, from the residuals
+    double sigma;                    ///< s, from the residuals or as given
     int points = 0;
     int freedom = 0;  ///< points minus unknowns, constraints counted
     double rFactor;   ///< sum of (y - fit)^2 over sum of y^2

@@ -40,10 +40,12 @@ MapMemory::Key MapMemory::keyOf(const AnalysisInput &input, const Plan &plan)
         add(reference->valence);
         add(reference->spectrum.edgeJump());
     }
-    add(static_cast<double>(input.method.nonEquivBounds));
+    if (isNonEquiv(plan.method)) {
+        add(static_cast<double>(input.method.nonEquivBounds));
+    }
     if (input.precision.maps) {
         add(static_cast<double>(input.precision.noise));
-        add(input.precision.givenSigma);
+        add(input.precision.noise == NoiseSource::Given ? input.precision.givenSigma : 0.0);
     }
     if (isNonEquiv(plan.method)) {
         for (const std::vector<double> &values : gatherRefValues(input, plan).values) {

@@ -150,10 +150,12 @@ ResultMaps nonEquivMap(const AnalysisInput &input, const Plan &plan, const MapRe
         images.push_back(shared.back().get());
     }
     const NonEquivPixels pixels(references);
-    const bool bounded = input.method.nonEquivBounds == NonEquivBounds::NonNegative;
     const std::optional<NonNegativeFit> bounds =
-        bounded ? std::make_optional<NonNegativeFit>(references) : std::nullopt;
-    std::uint8_t *const held = bounded ? maps.makeHeldReferences().data() : nullptr;
+        input.method.nonEquivBounds == NonEquivBounds::NonNegative
+            ? std::make_optional<NonNegativeFit>(references)
+            : std::nullopt;
+    const bool isBounded = bounds && bounds->isRegular(); // else there is nothing to hold
+    std::uint8_t *const held = isBounded ? maps.makeHeldReferences().data() : nullptr;
     const PixelRuns runs(std::move(images), maps.width(), maps.height());
     inParallel(runs.size(), resources.pixelsPerThread, threadsFor(resources.threads),
                [&](size_t begin, size_t end) {
@@ -163,7 +165,7 @@ ResultMaps nonEquivMap(const AnalysisInput &input, const Plan &plan, const MapRe
                            for (double *&plane : at) {
                                plane = plane != nullptr ? plane + first : nullptr;
                            }
-                           if (bounds) {
+                           if (isBounded) {
                                pixels.fitBounded(values, n, *bounds, at.data(), held + first);
                            } else {
                                pixels.fit(values, n, at.data());

@@ -246,6 +246,7 @@ void NonEquivPixels::fitBounded(const double *const *values, std::size_t n,
         solution[k] = scratch[k];
     }
     double *const excess = scratch[kMostUnknowns];
+    const auto allHeld = static_cast<std::uint8_t>((1U << m_factors.references) - 1U);
     const double *valuesAt[kPointRows];
     double *planesAt[kMapQuantities];
     for (std::size_t first = 0; first < n; first += kBoundedBlock) {
@@ -259,6 +260,16 @@ void NonEquivPixels::fitBounded(const double *const *values, std::size_t n,
         kSolves[m_unknowns - 2](m_factors, valuesAt, count, solution);
         bounds.bound(solution, count, held + first, excess);
         kFinishes[m_unknowns - 2](m_factors, valuesAt, solution, excess, count, planesAt);
+        for (std::size_t i = 0; i < count; ++i) {
+            if (held[first + i] == allHeld) { // nothing there: amounts of 0, not 0 / 0 times 0
+                for (int k = 0; k < m_factors.references; ++k) {
+                    double *amounts = planesAt[indexOf(Quantity::DMut1) + k];
+                    if (amounts != nullptr) {
+                        amounts[i] = 0.0;
+                    }
+                }
+            }
+        }
     }
 }
 

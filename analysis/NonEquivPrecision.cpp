@@ -12,6 +12,7 @@ namespace orvel {
 namespace {
 
 constexpr double kNan = std::numeric_limits<double>::quiet_NaN();
+constexpr double kLargest = std::numeric_limits<double>::max();
 
 /// What a kernel needs: everything but the pixel.
 struct SigmaSetup {
@@ -47,8 +48,10 @@ ORVEL_INLINE void sigmasBody(const SigmaSetup &setup, const SigmaPlanes &planes,
             loadLanes(planes.residual + i, bytes, sigma);
             sigma *= setup.perResidual;
         }
-        const Lanes sigmaAmount = sigma * amountFactor;
         const Lanes size = amount < 0.0 ? -amount : amount;
+        // no noise found, or no result: not determined
+        sigma = (sigma > zero) & (size <= kLargest) ? sigma : zero + kNan;
+        const Lanes sigmaAmount = sigma * amountFactor;
         const auto determined = size >= sigmaAmount * kLeastAmountInSigmas;
         // |s / S|, as S = t / J; a negative jump cannot turn the sign of a deviation
         Lanes factor = sigma * setup.jump / size;
@@ -192,6 +195,9 @@ FitSigmas NonEquivPrecision::sigmasFrom(const ResultVector &result, const ShareC
         return result[static_cast<size_t>(indexOf(quantity))];
     };
     const double amount = at(Quantity::Amount);
+    if (!std::isfinite(amount) || !(d.total > 0.0)) { // all held: 0 without an error of its own
+        return found;
+    }
     found.amount = sigma * std::fabs(m_jump) * std::sqrt(d.total);
     for (size_t i = 0; i < m_valences.size(); ++i) {
         found.amounts[i] = sigma * std::fabs(m_jump) * std::sqrt(d.diagonal[i]);
@@ -221,6 +227,14 @@ void addNonEquivSigmas(ResultMaps &maps, const RefValues &references,
     const auto m = static_cast<int>(references.references());
     const auto plane = [](Quantity first, int k) { return quantityAt(indexOf(first) + k); };
 
+    const std::vector<size_t> unmeasured = unmeasuredPixels(maps, images);
+    double *const residual = maps.plane(Quantity::Residual);
+    if (!precision.isRegular()) {
+        std::fill_n(residual, maps.size(), kNan);
+    }
+    for (const size_t i : unmeasured) {
+        residual[i] = kNan;
+    }
     const PixelNoise noise(maps, images, choice, precision.points(), precision.freedom());
     maps.setPrecision(noise.found());
     SigmaPlanes planes;
@@ -278,6 +292,13 @@ void addNonEquivSigmas(ResultMaps &maps, const RefValues &references,
                        }
                    }
                });
+    for (const size_t i : unmeasured) {
+        for (int k = 0; k < m; ++k) {
+            planes.sigmaRatios[k][i] = kNan;
+        }
+        planes.sigmaValence[i] = kNan;
+        planes.sigmaAmount[i] = kNan;
+    }
 }
 
 } // namespace orvel

@@ -12,7 +12,7 @@ constexpr double kNan = std::numeric_limits<double>::quiet_NaN();
 /// s from all residuals: the root of (sum of residual sums of squares) / (sum of degrees of
 /// freedom) over the pixels with finite residuals. Summed in blocks of one size, so that the
 /// result does not depend on threads.
-double pooledSigma(const ResultMaps &maps, int points, int freedom)
+double pooledSigma(const ResultMaps &maps, int points, int freedom, const std::vector<bool> &pooled)
 {
     constexpr qint64 kBlock = 4096;
     const double *residual = maps.plane(Quantity::Residual);
@@ -29,7 +29,8 @@ double pooledSigma(const ResultMaps &maps, int points, int freedom)
         qint64 bounds = 0;
         for (qint64 i = begin; i < end; ++i) {
             const double square = residual[i] * residual[i];
-            const bool finite = square <= std::numeric_limits<double>::max();
+            const bool finite = square <= std::numeric_limits<double>::max() &&
+                                (pooled.empty() || pooled[static_cast<size_t>(i)]);
             blockSum += finite ? square : 0.0;
             pixels += finite ? 1.0 : 0.0;
             if (!held.empty() && finite) {
@@ -39,20 +40,46 @@ double pooledSigma(const ResultMaps &maps, int points, int freedom)
         sum += blockSum;
         freedoms += pixels * freedom + static_cast<double>(bounds);
     }
-    return freedoms > 0.0 ? std::sqrt(sum * points / freedoms) : kNan;
+    return freedoms > 0.0 && sum > 0.0 ? std::sqrt(sum * points / freedoms) : kNan;
 }
 
 } // namespace
 
+std::vector<std::size_t>
+unmeasuredPixels(const ResultMaps &maps,
+                 const std::vector<std::shared_ptr<const ImageData>> &images)
+{
+    const auto width = static_cast<std::size_t>(maps.width());
+    const auto isWhole = [&maps](const std::shared_ptr<const ImageData> &image) {
+        return image->xNum() == maps.width() && image->size() >= maps.size() &&
+               !image->hasDeadPixels();
+    };
+    std::vector<std::size_t> found;
+    if (std::all_of(images.begin(), images.end(), isWhole)) {
+        return found;
+    }
+    for (std::size_t i = 0; i < static_cast<std::size_t>(maps.size()); ++i) {
+        for (const auto &image : images) {
+            const std::size_t at = i / width * static_cast<std::size_t>(image->xNum()) + i % width;
+            if (at >= static_cast<std::size_t>(image->size()) || image->isDead(at)) {
+                found.push_back(i);
+                break;
+            }
+        }
+    }
+    return found;
+}
+
 PixelNoise::PixelNoise(const ResultMaps &maps,
                        const std::vector<std::shared_ptr<const ImageData>> &images,
-                       const PrecisionChoice &choice, int points, int freedom)
+                       const PrecisionChoice &choice, int points, int freedom,
+                       const std::vector<bool> &pooled)
     : m_maps(maps), m_images(images), m_points(points), m_residual(maps.plane(Quantity::Residual))
 {
     m_found.noise = choice.noise;
     m_found.freedom = freedom;
     if (choice.noise == NoiseSource::Pooled) {
-        m_found.sigma = pooledSigma(maps, points, freedom);
+        m_found.sigma = pooledSigma(maps, points, freedom, pooled);
     } else if (choice.noise == NoiseSource::Given && choice.givenSigma > 0.0) {
         m_found.sigma = choice.givenSigma;
     }
@@ -77,7 +104,7 @@ void PixelNoise::variances(std::size_t i, double *variances) const
 {
     if (m_found.noise != NoiseSource::Counts) {
         const double s = sigma(i);
-        std::fill_n(variances, m_images.size(), s * s);
+        std::fill_n(variances, m_images.size(), s > 0.0 ? s * s : kNan);
         return;
     }
     const auto width = static_cast<std::size_t>(m_maps.width());

@@ -13,6 +13,12 @@ namespace orvel {
 /// bar: the ratio of two numbers near 0 has a distribution without one. Not determined then.
 inline constexpr double kLeastAmountInSigmas = 3.0;
 
+/// Pixels for which some image has no measurement but a stand-in: no record, or a signal of 0.
+/// Their residuals tell nothing of noise.
+std::vector<std::size_t>
+unmeasuredPixels(const ResultMaps &maps,
+                 const std::vector<std::shared_ptr<const ImageData>> &images);
+
 /// Variance of the absorptions of each pixel of a map, by what the user chose.
 class PixelNoise {
 public:
@@ -20,8 +26,10 @@ public:
     /// images   of the fit's points, for counts; in the order in which variances are wanted
     /// points   that the residual is a mean over
     /// freedom  points minus unknowns, of a pixel that touches no bound
+    /// pooled   pixels that the pooled noise is taken from; empty: all
     PixelNoise(const ResultMaps &maps, const std::vector<std::shared_ptr<const ImageData>> &images,
-               const PrecisionChoice &choice, int points, int freedom);
+               const PrecisionChoice &choice, int points, int freedom,
+               const std::vector<bool> &pooled = {});
 
     const MapPrecision &found() const { return m_found; }
 

@@ -119,7 +119,9 @@ void reportNonEquiv(const AnalysisInput &input, const Plan &plan, const ResultMa
     }
     std::vector<double> x;
     for (size_t k = 0; k < references.references(); ++k) {
-        x.push_back(result[kReferenceRows + k] / (references.jumpShares[k] * references.jump));
+        const double amount = result[kReferenceRows + k];
+        x.push_back((held >> k & 1U) != 0 ? 0.0
+                                          : amount / (references.jumpShares[k] * references.jump));
     }
     const double c0 = maps.at(Quantity::Mut0, i);
     const double c1 = maps.at(Quantity::C1, i);

@@ -1,10 +1,8 @@
 #include "analysis/ResultFile.h"
 
+#include "analysis/BinCounts.h"
 #include "text/NumberText.h"
 #include "text/OutputFile.h"
-
-#include <QDir>
-#include <QFileInfo>
 
 #include <cmath>
 #include <cstring>
@@ -114,8 +112,14 @@ void writeHeader(OutputFile &file, const ResultMaps *maps)
             file.write(headerLine.toUtf8() + '\n');
         }
         if (maps->isBounded()) {
-            file.write("# fit: no negative references; " +
-                       QByteArray::number(maps->pixelsOnBounds()) + " pixels on a bound\n");
+            QByteArray line = "# fit: no negative references; " +
+                              QByteArray::number(maps->pixelsOnBounds()) +
+                              " pixels on a bound, by reference";
+            for (int i = 0;
+                 i < kReferenceRows && maps->fills(quantityAt(indexOf(Quantity::DMut1) + i)); ++i) {
+                line += ' ' + QByteArray::number(maps->pixelsHolding(i));
+            }
+            file.write(line + '\n');
         }
     }
 }
@@ -170,10 +174,7 @@ bool writeResultFile(const QString &path, const ResultMaps *maps, const ResultFi
 
 QString sigmaPathBeside(const QString &resultPath)
 {
-    const QFileInfo info(resultPath);
-    const QString suffix = info.suffix();
-    return info.dir().filePath(info.completeBaseName() + QStringLiteral("_Sigma") +
-                               (suffix.isEmpty() ? QString() : QLatin1Char('.') + suffix));
+    return BinCounts::pathBeside(resultPath, QStringLiteral("Sigma"));
 }
 
 bool writeSigmaFile(const QString &path, const ResultMaps &maps)

@@ -37,6 +37,12 @@ const double *ResultMaps::plane(Quantity quantity) const
     return values.empty() ? nullptr : values.data();
 }
 
+double *ResultMaps::plane(Quantity quantity)
+{
+    Column &values = m_planes[static_cast<size_t>(indexOf(quantity))];
+    return values.empty() ? nullptr : values.data();
+}
+
 std::vector<std::uint8_t> &ResultMaps::makeHeldReferences()
 {
     m_held.assign(static_cast<size_t>(size()), 0);
@@ -46,6 +52,12 @@ std::vector<std::uint8_t> &ResultMaps::makeHeldReferences()
 qint64 ResultMaps::pixelsOnBounds() const
 {
     return std::count_if(m_held.begin(), m_held.end(), [](std::uint8_t held) { return held != 0; });
+}
+
+qint64 ResultMaps::pixelsHolding(int i) const
+{
+    return std::count_if(m_held.begin(), m_held.end(),
+                         [i](std::uint8_t held) { return (held >> i & 1) != 0; });
 }
 
 bool ResultMaps::fills(Quantity quantity) const

@@ -99,6 +99,7 @@ public:
     double *addPlane(Quantity quantity);
     /// The plane of a quantity, or null.
     const double *plane(Quantity quantity) const;
+    double *plane(Quantity quantity);
 
     /// Set where standard deviations were asked for.
     const std::optional<MapPrecision> &precision() const { return m_precision; }
@@ -109,8 +110,9 @@ public:
     const std::vector<std::uint8_t> &heldReferences() const { return m_held; }
     std::vector<std::uint8_t> &makeHeldReferences();
     bool isBounded() const { return !m_held.empty(); }
-    /// Pixels that touch at least one bound.
+    /// Pixels that touch at least one bound; those where reference i is held at 0.
     qint64 pixelsOnBounds() const;
+    qint64 pixelsHolding(int i) const;
 
     /// Whether the method gave this quantity (its button is then enabled).
     bool fills(Quantity quantity) const;

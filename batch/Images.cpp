@@ -10,6 +10,7 @@
 #include <QCoreApplication>
 
 #include <array>
+#include <limits>
 #include <new>
 
 namespace orvel {
@@ -97,6 +98,10 @@ QImage mapImage(const ResultMaps &maps, Quantity quantity)
     picture.map.count = maps.size();
     picture.map.width = maps.width();
     picture.map.height = maps.height();
+    if (quantity > Quantity::Residual) { // not determined: white
+        picture.map.sigma = values;
+        picture.map.sigmaLimit = std::numeric_limits<double>::infinity();
+    }
     if (const auto limits = autoLimits(values, n)) {
         picture.scale.setLimits(limits->low, limits->high);
     }

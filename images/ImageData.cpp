@@ -92,14 +92,29 @@ double ImageData::positionY(qint64 i) const
 bool ImageData::hasCounts() const
 {
     if (m_hasCounts < 0) { // any thread may find out, all find the same
-        const auto positive = [](double count) { return count > 0.0; };
-        const auto all = [&](const Column &column) {
-            return std::all_of(column.begin(), column.end(), positive);
+        const auto all = [](const Column &column, auto is) {
+            return std::all_of(column.begin(), column.end(), is);
         };
-        m_hasCounts =
-            !m_processed && size() > 0 && all(m_columns.signal) && all(m_columns.reference) ? 1 : 0;
+        const auto isCount = [](double value) { return value >= 1.0; };
+        m_hasCounts = !m_processed && size() > 0 && all(m_columns.signal, isCount) &&
+                              all(m_columns.reference, isCount) &&
+                              !all(m_columns.reference, [](double value) { return value == 1.0; })
+                          ? 1
+                          : 0;
     }
     return m_hasCounts == 1;
+}
+
+bool ImageData::hasDeadPixels() const
+{
+    if (m_hasDeadPixels < 0) {
+        bool any = false;
+        for (std::size_t i = 0; i < static_cast<std::size_t>(size()) && !any; ++i) {
+            any = isDead(i);
+        }
+        m_hasDeadPixels = any ? 1 : 0;
+    }
+    return m_hasDeadPixels == 1;
 }
 
 } // namespace orvel

@@ -74,8 +74,15 @@ public:
         const qint64 i = static_cast<qint64>(y) * m_xNum + x;
         return i >= 0 && i < size() ? absorptionPlane()[static_cast<size_t>(i)] : -1.0;
     }
-    /// Whether both intensity columns can be counts of photons: they are there and all positive.
+    /// Whether both intensity columns can be counts of photons: none below 1, and references that
+    /// are not all 1, as they are read where the column is missing.
     bool hasCounts() const;
+    /// Whether a record has no signal, so that its absorption is a stand-in.
+    bool isDead(std::size_t i) const
+    {
+        return !m_processed && m_columns.signal[i] == 0.0 && m_columns.reference[i] != 0.0;
+    }
+    bool hasDeadPixels() const;
     /// The columns of the file; null for a processed map, which has absorptions alone.
     const MapColumns *columns() const { return m_processed ? nullptr : &m_columns; }
     const Column &absorptionPlane() const { return m_processed ? m_columns.signal : m_absorption; }
@@ -92,6 +99,7 @@ private:
     MapColumns m_columns;
     Column m_absorption;
     mutable std::atomic<int> m_hasCounts = -1; ///< not looked at yet
+    mutable std::atomic<int> m_hasDeadPixels = -1;
 };
 
 } // namespace orvel

@@ -7,6 +7,7 @@
 #include <QStandardItemModel>
 
 #include <cmath>
+#include <limits>
 
 namespace {
 
@@ -62,7 +63,11 @@ AdvancedPanel::AdvancedPanel(QWidget *parent)
         enableWhatCounts();
         emit precisionChanged();
     });
-    connect(m_ui->NoiseSigma, &QLineEdit::editingFinished, this, &AdvancedPanel::precisionChanged);
+    connect(m_ui->NoiseSigma, &QLineEdit::editingFinished, this, [this] {
+        if (m_ui->NoiseSigma->isEnabled()) { // else it is not heeded
+            emit precisionChanged();
+        }
+    });
     connect(m_ui->HideUncertain, &QCheckBox::toggled, this, &AdvancedPanel::enableWhatCounts);
     connect(m_ui->HideUncertain, &QCheckBox::toggled, this, &AdvancedPanel::hidingChanged);
     connect(m_ui->SigmaLimit, &QLineEdit::editingFinished, this, &AdvancedPanel::hidingChanged);
@@ -124,7 +129,9 @@ bool AdvancedPanel::hidesUncertain() const
 
 double AdvancedPanel::sigmaLimit() const
 {
-    return m_ui->SigmaLimit->text().toDouble();
+    bool isNumber = false;
+    const double limit = m_ui->SigmaLimit->text().toDouble(&isNumber);
+    return isNumber && !std::isnan(limit) ? limit : std::numeric_limits<double>::infinity();
 }
 
 bool AdvancedPanel::showsPixelWindow() const
@@ -151,19 +158,44 @@ void AdvancedPanel::showMap(const orvel::ResultMaps &maps)
         }
     }
     m_ui->NoiseFound->setText(found);
-    m_ui->BoundsFound->setText(
-        maps.isBounded() ? tr("%1 pixels on a bound").arg(maps.pixelsOnBounds()) : QString());
+    QString bounds;
+    if (maps.isBounded()) {
+        QStringList counts;
+        for (int i = 0; i < orvel::kReferenceRows; ++i) {
+            if (maps.fills(orvel::quantityAt(orvel::indexOf(orvel::Quantity::DMut1) + i))) {
+                counts.append(QString::number(maps.pixelsHolding(i)));
+            }
+        }
+        bounds =
+            tr("%1 pixels on a bound (%2)")
+                .arg(QString::number(maps.pixelsOnBounds()), counts.join(QStringLiteral(" : ")));
+    }
+    m_ui->BoundsFound->setText(bounds);
+}
+
+/// rows  of the valid references
+QString AdvancedPanel::heldText(unsigned held, const std::vector<int> &rows)
+{
+    QStringList numbers;
+    for (size_t i = 0; i < rows.size(); ++i) {
+        if ((held >> i & 1U) != 0) {
+            numbers.append(QString::number(rows[i] + 1));
+        }
+    }
+    return tr("held at 0: Ref. %1").arg(numbers.join(QStringLiteral(", ")));
 }
 
 void AdvancedPanel::showTarget(const orvel::TargetOutcome &outcome)
 {
     const orvel::TargetPrecision &precision = outcome.precision;
-    size_t references = 0;
+    std::vector<int> rows;
     for (const orvel::TargetOutcome::RowFields &row : outcome.rows) {
-        references += row.ratio.isEmpty() ? 0 : 1;
+        if (!row.ratio.isEmpty()) {
+            rows.push_back(static_cast<int>(&row - outcome.rows.data()));
+        }
     }
     QStringList parts = {
-        tr("ratios %1").arg(sigmasText(precision.sigmas.ratios, references)),
+        tr("ratios %1").arg(sigmasText(precision.sigmas.ratios, rows.size())),
         tr("valence %1").arg(sigmaText(precision.sigmas.valence)),
         tr("t %1").arg(sigmaText(precision.sigmas.amount)),
         tr("s %1").arg(sigmaText(precision.sigma)),
@@ -173,7 +205,7 @@ void AdvancedPanel::showTarget(const orvel::TargetOutcome &outcome)
         parts.append(tr("condition %1").arg(QString::number(precision.condition, 'e', 1)));
     }
     if (precision.held != 0) {
-        parts.append(tr("on a bound"));
+        parts.append(heldText(precision.held, rows));
     }
     showText(m_ui->TargetPrecision, parts.join(QStringLiteral(", ")));
 }
@@ -192,7 +224,7 @@ void AdvancedPanel::showLcf(const orvel::LcfResult &result)
         parts.append(tr("reduced chi square %1").arg(QString::number(precision.chiSquare, 'g', 3)));
     }
     if (result.held != 0) {
-        parts.append(tr("on a bound"));
+        parts.append(heldText(result.held, result.rows));
     }
     showText(m_ui->LcfPrecision, parts.join(QStringLiteral(", ")));
 }

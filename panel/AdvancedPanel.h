@@ -6,6 +6,7 @@
 #include <QFrame>
 
 #include <memory>
+#include <vector>
 
 namespace Ui {
 class AdvancedPanel;
@@ -46,6 +47,7 @@ signals:
 
 private:
     void enableWhatCounts();
+    static QString heldText(unsigned held, const std::vector<int> &rows);
 
     std::unique_ptr<Ui::AdvancedPanel> m_ui;
 };

@@ -770,9 +770,16 @@ void FourPs::adviseOnEnergies()
 void FourPs::useEnergies(const orvel::ExpectedPrecision &design)
 {
     const int used = static_cast<int>(design.energiesEv.size());
+    int hadV = 0;
+    for (int i = 0; i < kPointRows; ++i) {
+        hadV = m_points[static_cast<size_t>(i)]->isVPoint() ? i : hadV;
+    }
     for (int i = 0; i < kPointRows; ++i) {
         AEPoint *row = m_points[static_cast<size_t>(i)];
-        const bool isV = design.vPoint >= 0 ? i == design.vPoint : row->isVPoint();
+        // The target's checks want a V point of the non-equivalent method, too: one in use.
+        const bool isV = design.vPoint >= 0 ? i == design.vPoint
+                         : hadV < used      ? row->isVPoint()
+                                            : i == used - 1;
         row->setChecks(i < used, row->isLcf(), isV);
         if (i < used) {
             row->energyEdit()->setText(

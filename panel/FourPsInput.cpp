@@ -233,7 +233,9 @@ void FourPs::setView(const orvel::ViewTexts &view)
 {
     using orvel::GraphNormalization;
     m_advanced->setView(view);
-    mapButton(view.mapQuantity)->setChecked(true);
+    const bool isShown =
+        orvel::indexOf(view.mapQuantity) < kQuantities || m_advanced->texts().wantsSigmaMaps();
+    mapButton(isShown ? view.mapQuantity : Quantity::Valence)->setChecked(true);
     histogramButton(view.histogramQuantity)->setChecked(true);
     (view.normalize == GraphNormalization::None       ? m_ui->NNone
      : view.normalize == GraphNormalization::SubPre   ? m_ui->NBySubPre

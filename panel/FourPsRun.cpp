@@ -170,7 +170,7 @@ void FourPs::countShownHistogram()
         m_shownCounts.count(values.values, static_cast<size_t>(values.count));
     }
     m_shownAmounts = m_amountHistogram->counts();
-    if (shownMap().sigma != nullptr) { // the files count every pixel nevertheless
+    if (m_advanced->hidesUncertain()) { // the files count every pixel nevertheless
         m_shownCounts = visibleCounts(chosenHistogram(), settings);
         m_shownAmounts = visibleCounts(orvel::Quantity::Amount, m_amountSettings);
     }
@@ -207,9 +207,13 @@ void FourPs::runPrecision()
     }
     const WaitCursor wait;
     const orvel::AnalysisInput input = readInput();
-    const orvel::MapOutcome outcome = calculateMap(input, {0, m_pool}, &m_memory);
-    if (outcome.maps) {
-        showResults(outcome);
+    try {
+        const orvel::MapOutcome outcome = calculateMap(input, {0, m_pool}, &m_memory);
+        if (outcome.maps) {
+            showResults(outcome);
+        }
+    } catch (const std::bad_alloc &) {
+        writeMessage(tr("There is not enough memory for these maps"));
     }
     const orvel::TargetOutcome target = calculateTarget(input);
     if (target.ran) {

@@ -880,8 +880,8 @@
         <translation>求まりません</translation>
     </message>
     <message>
-        <source>%1 pixels on a bound</source>
-        <translation>制約にかかる画素: %1</translation>
+        <source>%1 pixels on a bound (%2)</source>
+        <translation>制約にかかる画素: %1 (%2)</translation>
     </message>
     <message>
         <source>ratios %1</source>
@@ -908,8 +908,8 @@
         <translation>条件数 %1</translation>
     </message>
     <message>
-        <source>on a bound</source>
-        <translation>制約にかかる</translation>
+        <source>held at 0: Ref. %1</source>
+        <translation>0に固定: 標準%1</translation>
     </message>
     <message>
         <source>R factor %1</source>

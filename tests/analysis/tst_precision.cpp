@@ -251,6 +251,7 @@ private slots:
     void mapSigmasAreTheScatter();
     void countedPhotonsScatter();
     void undeterminedIsNotANumber();
+    void unmeasuredPixelsDoNotCount();
     void fourPointsSigmasAreTheDerivatives_data();
     void fourPointsSigmasAreTheDerivatives();
     void fourPointsResidualsGiveTheNoise();
@@ -259,9 +260,11 @@ private slots:
     void boundedFitIsTheBest_data();
     void boundedFitIsTheBest();
     void boundedPixelsScatter();
+    void lcfSigmasAreTheScatter_data();
     void lcfSigmasAreTheScatter();
     void boundedLcfIsTheBest_data();
     void boundedLcfIsTheBest();
+    void hopelessTargetsGiveNoNumbers();
 };
 
 void PrecisionTest::smallQrByHand()
@@ -410,8 +413,46 @@ void PrecisionTest::undeterminedIsNotANumber()
     AnalysisInput equal = threeReferences(8, true);
     equal.references[1].spectrum = equal.references[0].spectrum;
     measure(equal, sampleOf(equal, {0.5, 0.3, 0.4}), std::vector<double>(8, 1e-3), 3);
-    equal.precision = {true, NoiseSource::Given, 1e-3};
-    QVERIFY(std::isnan(calculateMap(equal).maps->at(Quantity::SigmaAmount, 0)));
+    for (const NoiseSource noise : {NoiseSource::Given, NoiseSource::Pooled}) {
+        equal.precision = {true, noise, 1e-3};
+        equal.method.nonEquivBounds = NonEquivBounds::NonNegative;
+        const auto none = calculateMap(equal).maps;
+        QVERIFY(std::isnan(none->at(Quantity::SigmaAmount, 0)));
+        QVERIFY(std::isnan(none->at(Quantity::Residual, 0)));
+        QVERIFY(noise == NoiseSource::Given || std::isnan(none->precision()->sigma));
+        QVERIFY(!none->isBounded());
+    }
+}
+
+/// A pixel that some image does not have, or has no light in, stands for nothing: it must neither
+/// count as noise nor get a deviation.
+void PrecisionTest::unmeasuredPixelsDoNotCount()
+{
+    constexpr double kSigma = 1e-3;
+    AnalysisInput input = threeReferences(8, true);
+    const std::vector<double> y = sampleOf(input, {0.5, 0.3, 0.4});
+    measure(input, y, std::vector<double>(y.size(), kSigma), 8);
+    Column cut = input.points[3].map->absorptionPlane();
+    cut.resize(cut.size() - kWidth); // the last row is missing
+    input.points[3].map = ImageData::fromAbsorption(kWidth, kHeight, std::move(cut));
+    MapColumns columns;
+    for (const double absorption : input.points[5].map->absorptionPlane()) {
+        columns.x.push_back(0.0);
+        columns.y.push_back(0.0);
+        columns.signal.push_back(columns.signal.size() == 7 ? 0.0 : 1e6 * std::exp(-absorption));
+        columns.reference.push_back(1e6);
+    }
+    input.points[5].map = ImageData::fromColumns({}, kWidth, kHeight, std::move(columns));
+    for (const NoiseSource noise : {NoiseSource::Pooled, NoiseSource::Given}) {
+        input.precision = {true, noise, kSigma};
+        const auto maps = calculateMap(input).maps;
+        QVERIFY(std::fabs(maps->precision()->sigma / kSigma - 1) < 0.02);
+        for (const qint64 i : {qint64(7), maps->size() - 1}) {
+            QVERIFY(std::isnan(maps->at(Quantity::SigmaAmount, i)));
+            QVERIFY(std::isnan(maps->at(Quantity::SigmaValence, i)));
+        }
+        QVERIFY(maps->at(Quantity::SigmaAmount, 8) > 0);
+    }
 }
 
 namespace {
@@ -481,9 +522,9 @@ void PrecisionTest::fourPointsSigmasAreTheDerivatives()
                    kSigma * std::sqrt(varianceA)));
     QCOMPARE(maps->fills(Quantity::Residual), points > 4);
 
-    input.precision.noise = NoiseSource::Pooled; // without freedom: not determined
-    const auto pooled = calculateMap(input).maps;
-    QCOMPARE(std::isnan(pooled->at(Quantity::SigmaAmount, 0)), points <= 4);
+    input.precision.noise = NoiseSource::Pixel; // without freedom: not determined
+    const auto own = calculateMap(input).maps;
+    QCOMPARE(std::isnan(own->at(Quantity::SigmaAmount, 0)), points <= 4);
 }
 
 void PrecisionTest::fourPointsResidualsGiveTheNoise()
@@ -498,8 +539,23 @@ void PrecisionTest::fourPointsResidualsGiveTheNoise()
     }
     measure(input, y, std::vector<double>(8, kSigma), 5);
     input.precision = {true, NoiseSource::Pooled, 0.0};
+    // Nothing but background in every other pixel: there g is near 0, and the residuals, which are
+    // over g, would drown the noise of the sample.
+    AnalysisInput halfBlank = input;
+    for (size_t e = 0; e < 8; ++e) {
+        std::mt19937_64 random(40 + e);
+        std::normal_distribution<> noise(0.0, kSigma);
+        Column pixels = input.points[e].map->absorptionPlane();
+        for (size_t i = 0; i < pixels.size(); i += 2) {
+            pixels[i] = 0.1 + 0.0005 * kEnergies[e] + noise(random);
+        }
+        halfBlank.points[e].map = ImageData::fromAbsorption(kWidth, kHeight, std::move(pixels));
+    }
+    const double s = calculateMap(halfBlank).maps->precision()->sigma;
+    QVERIFY2(std::fabs(s / kSigma - 1) < kScatterTolerance, qPrintable(QString::number(s)));
+
     const auto maps = calculateMap(input).maps;
-    QVERIFY(close(maps->precision()->sigma, kSigma, 0.02 * kSigma));
+    QVERIFY(std::fabs(maps->precision()->sigma / kSigma - 1) < 0.02);
     for (const Quantity q : {Quantity::Ratio1, Quantity::Valence, Quantity::Amount}) {
         QVERIFY(std::fabs(predicted(*maps, sigmaOf(q)) / scatterOf(*maps, q).sigma - 1) <
                 kScatterTolerance);
@@ -677,19 +733,34 @@ AnalysisInput lcfInput(const std::vector<double> &x, std::mt19937_64 *random, do
 
 } // namespace
 
+void PrecisionTest::lcfSigmasAreTheScatter_data()
+{
+    QTest::addColumn<int>("bounds");
+    QTest::newRow("free") << static_cast<int>(LcfBounds::Free);
+    QTest::newRow("sum to one") << static_cast<int>(LcfBounds::SumToOne);
+    QTest::newRow("one held") << static_cast<int>(LcfBounds::NonNegativeSumToOne);
+}
+
 void PrecisionTest::lcfSigmasAreTheScatter()
 {
+    QFETCH(int, bounds);
     constexpr double kSigma = 2e-3;
     std::mt19937_64 random(4);
-    const AnalysisInput exact = lcfInput({0.5, 0.3, 0.2}, nullptr, 0.0);
+    const bool sumToOne = bounds != static_cast<int>(LcfBounds::Free);
+    const bool oneHeld = bounds == static_cast<int>(LcfBounds::NonNegativeSumToOne);
+    const std::vector<double> x = oneHeld ? std::vector<double>{0.9, 0.4, -0.3} // far below
+                                          : std::vector<double>{0.5, 0.3, 0.2};
+    AnalysisInput exact = lcfInput(x, nullptr, 0.0);
+    exact.method.lcfBounds = static_cast<LcfBounds>(bounds);
     const LcfResult truth = *calculateLcf(exact).result;
     std::array<double, 3> squares = {};
     std::array<double, 3> predictions = {};
+    double givenPrediction = 0.0; // of the first ratio
     double valenceSquare = 0.0;
     double valencePrediction = 0.0;
     double variance = 0.0;
     double chiSquare = 0.0;
-    AnalysisInput input = lcfInput({0.5, 0.3, 0.2}, nullptr, 0.0);
+    AnalysisInput input = exact;
     const QVector<MutPoint> clean = input.target.points();
     std::normal_distribution<> noise(0.0, kSigma);
     for (int draw = 0; draw < kDraws; ++draw) {
@@ -708,22 +779,33 @@ void PrecisionTest::lcfSigmasAreTheScatter()
             squares[i] += std::pow(result.ratios[i] - truth.ratios[i], 2) / kDraws;
             predictions[i] += std::pow(result.precision.sigmaRatios[i], 2) / kDraws;
         }
+        givenPrediction +=
+            draw % 2 == 0 ? 0.0 : std::pow(result.precision.sigmaRatios[0], 2) * 2 / kDraws;
         valenceSquare += std::pow(result.valence - truth.valence, 2) / kDraws;
         valencePrediction += std::pow(result.precision.sigmaValence, 2) / kDraws;
         variance += std::pow(result.precision.sigma, 2) / kDraws;
+        QCOMPARE(result.held, oneHeld ? 4U : 0U);
         chiSquare += draw % 2 == 0 ? 0.0 : result.precision.chiSquare / (kDraws / 2);
         QVERIFY(draw % 2 != 0 || std::isnan(result.precision.chiSquare));
     }
     const auto agree = [](double predictedSquare, double foundSquare) {
         return std::fabs(std::sqrt(predictedSquare / foundSquare) - 1) < kScatterTolerance;
     };
-    for (size_t i = 0; i < 3; ++i) {
-        QVERIFY(agree(predictions[i], squares[i]));
+    // A fit that must hold a reference misses: its residuals are no measure of the noise.
+    if (!oneHeld) {
+        for (size_t i = 0; i < 3; ++i) {
+            QVERIFY(agree(predictions[i], squares[i]));
+        }
+        QVERIFY(agree(valencePrediction, valenceSquare));
+        QVERIFY(agree(variance, kSigma * kSigma)); // the jump is 1
+        QVERIFY(close(chiSquare, 1.0, 0.02));
+    } else {
+        QVERIFY(agree(givenPrediction, squares[0]));
+        QCOMPARE(predictions[2], 0.0);
+        QCOMPARE(squares[2], 0.0);
     }
-    QVERIFY(agree(valencePrediction, valenceSquare));
-    QVERIFY(agree(variance, kSigma * kSigma)); // the jump is 1
-    QVERIFY(close(chiSquare, 1.0, 0.02));
-    QCOMPARE(truth.precision.freedom, truth.precision.points - 4);
+    QCOMPARE(truth.precision.freedom,
+             truth.precision.points - 4 + (sumToOne ? 1 : 0) + (oneHeld ? 1 : 0));
 }
 
 void PrecisionTest::boundedLcfIsTheBest_data()
@@ -745,13 +827,13 @@ void PrecisionTest::boundedLcfIsTheBest()
         AnalysisInput input = lcfInput(x, &random, 5e-3);
         input.method.lcfBounds = static_cast<LcfBounds>(bounds);
         const LcfResult result = *calculateLcf(input).result;
-        double sum = 0.0;
+        double valence = 0.0; // by the ratios; the result's goes by the coefficients
         for (size_t i = 0; i < 3; ++i) {
             QVERIFY(!nonNegative || result.ratios[i] >= 0.0);
             QCOMPARE((result.held >> i & 1U) != 0, nonNegative && result.ratios[i] == 0.0);
-            sum += result.ratios[i] * result.precision.sigmaRatios[i] * 0.0 + result.ratios[i];
+            valence += result.ratios[i] * input.references[i].valence;
         }
-        QVERIFY(close(sum, 1.0, 1e-12));
+        QCOMPARE(std::fabs(valence - result.valence) < 1e-9, sumToOne);
 
         // What the fitted curve leaves is the least of all that the bounds allow: coefficients on
         // a fine grid, each with its best base.
@@ -770,6 +852,7 @@ void PrecisionTest::boundedLcfIsTheBest()
         QVERIFY(
             close(result.precision.rFactor * std::inner_product(y.begin(), y.end(), y.begin(), 0.0),
                   rss, 1e-9));
+        double leastOfGrid = std::numeric_limits<double>::infinity();
         const double low = nonNegative ? 0.0 : -1.0;
         for (double a = low; a <= 2.0; a += 0.05) {
             for (double b = low; b <= 2.0; b += 0.05) {
@@ -785,9 +868,40 @@ void PrecisionTest::boundedLcfIsTheBest()
                         mean += r / static_cast<double>(y.size());
                         square += r * r;
                     }
-                    QVERIFY(square - mean * mean * static_cast<double>(y.size()) >= rss - 1e-9);
+                    const double left = square - mean * mean * static_cast<double>(y.size());
+                    QVERIFY(left >= rss - 1e-9);
+                    leastOfGrid = std::min(leastOfGrid, left);
                 }
             }
+        }
+        // Half a step of the grid away at most, in three coefficients of curves of about 1.
+        QVERIFY(leastOfGrid - rss < static_cast<double>(y.size()) * 0.075 * 0.075);
+    }
+}
+
+/// What no fit can be made of gives not-a-numbers, with bounds as without.
+void PrecisionTest::hopelessTargetsGiveNoNumbers()
+{
+    const AnalysisInput sound = lcfInput({0.5, 0.3, 0.2}, nullptr, 0.0);
+    QVector<MutPoint> broken = sound.target.points();
+    broken[broken.size() / 2].mut = qQNaN();
+    QVector<MutPoint> flat = sound.target.points();
+    for (MutPoint &p : flat) {
+        p.mut = 0.25;
+    }
+    const QVector<MutPoint> noPreEdge = sound.target.points().mid(4);
+    for (const auto &points : {broken, flat, noPreEdge}) {
+        for (const LcfBounds bounds : {LcfBounds::Free, LcfBounds::NonNegative, LcfBounds::SumToOne,
+                                       LcfBounds::NonNegativeSumToOne}) {
+            AnalysisInput input = sound;
+            AMutE target;
+            target.setPoints(points);
+            input.target = inputs::withLines(target);
+            input.method.lcfBounds = bounds;
+            const LcfOutcome outcome = calculateLcf(input);
+            QVERIFY(outcome.result && outcome.result->ratios.size() == 3);
+            QVERIFY(!std::isfinite(outcome.result->ratios[0]) ||
+                    std::isfinite(outcome.result->precision.sigmaRatios[0]));
         }
     }
 }

@@ -190,7 +190,7 @@ void AdvancedTest::boundsHoldFromTheNextCalculation()
     QVERIFY(valueAt(panel, 0.5).toDouble() < 0);
     panel.calcBoth();
     QCOMPARE(valueAt(panel, 0.5).toDouble(), 0.0);
-    QCOMPARE(shown(panel, "BoundsFound"), QString("1 pixels on a bound"));
+    QCOMPARE(shown(panel, "BoundsFound"), QString("1 pixels on a bound (0 : 1)"));
 }
 
 void AdvancedTest::doubleClickShowsThePixel()
