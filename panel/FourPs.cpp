@@ -7,6 +7,7 @@
 #include "images/AEPoint.h"
 #include "panel/AdvancedPanel.h"
 #include "panel/EnergyAdviserDialog.h"
+#include "panel/Manual.h"
 #include "panel/PointHeader.h"
 #include "panel/TabOrder.h"
 #include "panel/ToolTips.h"
@@ -325,6 +326,12 @@ void FourPs::connectRuns()
     connect(m_ui->LCFB, &QPushButton::clicked, this, &FourPs::lcf);
     connect(m_ui->OpenSessionB, &QPushButton::clicked, this, [this] { chooseSession(false); });
     connect(m_ui->SaveSessionB, &QPushButton::clicked, this, [this] { chooseSession(true); });
+    connect(m_ui->HelpB, &QPushButton::clicked, this, [this] {
+        const QString fault = orvel::openManual();
+        if (!fault.isEmpty()) {
+            writeMessage(fault);
+        }
+    });
 }
 
 void FourPs::connectDisplays()

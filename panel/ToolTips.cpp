@@ -97,6 +97,7 @@ constexpr Tip kTips[] = {
     // execution and results
     {"FourPs", "OpenSessionB", QT_TRANSLATE_NOOP("ToolTips", "Open a session file: files, parameters and view")},
     {"FourPs", "SaveSessionB", QT_TRANSLATE_NOOP("ToolTips", "Save files, parameters and view as a session file")},
+    {"FourPs", "HelpB", QT_TRANSLATE_NOOP("ToolTips", "Open the manual in the browser")},
     {"FourPs", "CalcTargetB", QT_TRANSLATE_NOOP("ToolTips", "Analyse the spectrum of the target by the chosen method")},
     {"FourPs", "CalcRes", QT_TRANSLATE_NOOP("ToolTips", "Result of the chosen method for the target")},
     {"FourPs", "TargetDMut", QT_TRANSLATE_NOOP("ToolTips", "Result: edge jump of the target, in units of mut (non-equivalent method)")},

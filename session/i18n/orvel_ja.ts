@@ -48,6 +48,10 @@
         <translation>結果ファイル</translation>
     </message>
     <message>
+        <source>Help</source>
+        <translation>ヘルプ</translation>
+    </message>
+    <message>
         <source>Save session...</source>
         <translation>セッションを保存...</translation>
     </message>
@@ -540,6 +544,10 @@
     <message>
         <source>Save files, parameters and view as a session file</source>
         <translation>ファイル, パラメータ, 表示の設定をセッションファイルに保存します</translation>
+    </message>
+    <message>
+        <source>Open the manual in the browser</source>
+        <translation>説明書をブラウザで開きます</translation>
     </message>
     <message>
         <source>Analyse the spectrum of the target by the chosen method</source>
@@ -1153,6 +1161,17 @@
     <message>
         <source>The amount is hardly above its noise: the true standard deviations are larger.</source>
         <translation>量がノイズと同程度です。実際の標準偏差はこれより大きくなります。</translation>
+    </message>
+</context>
+<context>
+    <name>Manual</name>
+    <message>
+        <source>manual.html</source>
+        <translation>manual.ja.html</translation>
+    </message>
+    <message>
+        <source>The manual could not be opened; it should be here: %1</source>
+        <translation>説明書を開けませんでした。あるはずの場所: %1</translation>
     </message>
 </context>
 </TS>

@@ -1,0 +1,252 @@
+// Manuals age silently: a message is reworded, a picture renamed, a section added in one language.
+// What the documents name is compared here with the program, and their pages with the documents.
+
+#include "panel/FourPs.h"
+#include "session/Catalogue.h"
+#include "text/ReadFailure.h"
+
+#include <QAbstractButton>
+#include <QDesktopServices>
+#include <QPlainTextEdit>
+#include <QRegularExpression>
+#include <QtTest>
+
+namespace {
+
+const QString kDocs = QStringLiteral(ORVEL_SOURCES "/docs/");
+const QString kPages = QStringLiteral(ORVEL_PAGES "/");
+
+QString contentOf(const QString &path)
+{
+    QFile file(path);
+    return file.open(QIODevice::ReadOnly) ? QString::fromUtf8(file.readAll()) : QString();
+}
+
+QStringList allOf(const QString &pattern, const QString &text, int group = 1)
+{
+    QStringList found;
+    const QRegularExpression expression(pattern, QRegularExpression::MultilineOption);
+    for (auto matches = expression.globalMatch(text); matches.hasNext();)
+        found += matches.next().captured(group);
+    return found;
+}
+
+/// Every literal that stands behind `before` in a source file, its parts joined.
+QStringList literalsIn(const QString &path, const QString &before)
+{
+    QStringList texts;
+    const QString content = contentOf(QStringLiteral(ORVEL_SOURCES "/") + path);
+    for (QString text : allOf(before + R"(\s*((?:"(?:[^"\\]|\\.)*"\s*)+)[)}])", content)) {
+        text = text.trimmed();
+        text = text.mid(1, text.size() - 2);
+        texts += text.remove(QRegularExpression(QStringLiteral("\"\\s*\""))).replace("\\\"", "\"");
+    }
+    return texts;
+}
+
+/// A text with its places filled in, as a pattern; the box shows it without blanks at its ends.
+QString patternOf(const QString &text)
+{
+    QString pattern = QRegularExpression::escape(text.simplified());
+    return pattern.replace(QRegularExpression(QStringLiteral("\\\\%[0-9]")), QStringLiteral(".+"));
+}
+
+} // namespace
+
+class ManualTest : public QObject {
+    Q_OBJECT
+
+private slots:
+    void bothLanguagesHaveTheSameHeadings();
+    void everyMessageIsExplained_data();
+    void everyMessageIsExplained();
+    void pagesHoldWhatTheDocumentsHold_data() { documents(); }
+    void pagesHoldWhatTheDocumentsHold();
+    void linksAndPicturesAreThere_data() { documents(); }
+    void linksAndPicturesAreThere();
+    void helpOpensTheManual_data();
+    void helpOpensTheManual();
+    void helpSaysWhereAManualShouldBe();
+
+public slots:
+    void takeUrl(const QUrl &url) { m_opened += url; }
+
+private:
+    static void documents();
+    QList<QUrl> m_opened;
+};
+
+void ManualTest::documents()
+{
+    QTest::addColumn<QString>("name");
+    for (const char *name : {"manual", "manual.ja", "formats", "numerics"})
+        QTest::newRow(name) << QString(name);
+}
+
+void ManualTest::bothLanguagesHaveTheSameHeadings()
+{
+    const QStringList english = allOf("^(#+) ", contentOf(kDocs + "manual.md"));
+    QVERIFY(english.size() > 20);
+    QCOMPARE(allOf("^(#+) ", contentOf(kDocs + "manual.ja.md")), english);
+}
+
+void ManualTest::everyMessageIsExplained_data()
+{
+    QTest::addColumn<QString>("document");
+    QTest::addColumn<QString>("section");
+    QTest::addColumn<bool>("japanese");
+    QTest::newRow("en") << "manual.md"
+                        << "## Troubleshooting" << false;
+    QTest::newRow("ja") << "manual.ja.md" << QString::fromUtf8("## 困ったときは") << true;
+}
+
+void ManualTest::everyMessageIsExplained()
+{
+    QFETCH(const QString, document);
+    QFETCH(const QString, section);
+    QFETCH(const bool, japanese);
+    const QString manual = contentOf(kDocs + document);
+    QVERIFY(manual.contains('\n' + section + '\n'));
+    const QStringList explained =
+        allOf("`([^`\n]+)`", manual.mid(manual.indexOf('\n' + section + '\n')));
+
+    orvel::Translators translators;
+    if (japanese)
+        orvel::installJapanese(translators);
+    QStringList texts;
+    int found = 0;
+    const QDir analysis(QStringLiteral(ORVEL_SOURCES "/analysis"));
+    for (const QString &name : analysis.entryList({"*.cpp"})) {
+        for (const QString &text :
+             literalsIn("analysis/" + name, R"(QT_TRANSLATE_NOOP\(\s*"FourPs",)")) {
+            texts += QCoreApplication::translate("FourPs", text.toUtf8().constData());
+            ++found;
+        }
+    }
+    QVERIFY2(found >= 18, qPrintable(QString::number(found))); // or sources are read wrongly
+    for (const QString &text : literalsIn("panel/FourPsRun.cpp", R"(\btr\()") +
+                                   QStringList("Writing replaces the input %1"))
+        texts += QCoreApplication::translate("FourPs", text.toUtf8().constData());
+    texts += QCoreApplication::translate("Manual",
+                                         "The manual could not be opened; it should be here: %1");
+    int reason = 1; // 0 is none
+    while (!orvel::describe(orvel::ReadFailure(reason)).isEmpty())
+        texts += orvel::describe(orvel::ReadFailure(reason++));
+    QVERIFY(reason > 10);
+    const QStringList ofSessions =
+        literalsIn("session/SessionFile.cpp", R"(reading\.error =\s*QStringLiteral\()");
+    QVERIFY(ofSessions.size() >= 5);
+    const QStringList ofAdvice = literalsIn("batch/Advice.cpp", R"(return \{"\w+",)");
+    QVERIFY(ofAdvice.size() >= 16);
+
+    QStringList missing;
+    for (const QString &text : texts + ofSessions + ofAdvice) {
+        // The pieces of a result line stand within one; all else stands alone.
+        const bool isPiece = text.startsWith(',') || text.endsWith(' ');
+        const QString pattern = patternOf(text);
+        const QRegularExpression expression(isPiece ? pattern
+                                                    : QRegularExpression::anchoredPattern(pattern));
+        if (explained.filter(expression).isEmpty())
+            missing += text;
+    }
+    QCOMPARE(missing, QStringList());
+}
+
+void ManualTest::pagesHoldWhatTheDocumentsHold()
+{
+    QFETCH(const QString, name);
+    const QString document = contentOf(kDocs + name + ".md");
+    const QString page = contentOf(kPages + name + ".html");
+    QVERIFY(!document.isEmpty());
+    QCOMPARE(allOf("<h([1-6]) ", page).size(), allOf("^(#+) ", document).size());
+    QCOMPARE(allOf("<(img) ", page).size(), allOf("(!)\\[", document).size());
+    const int rules = allOf("^ {0,3}(\\|)[-|]+$", document).size();
+    QCOMPARE(allOf("<(tr)>", page).size(), allOf("^ {0,3}(\\|)", document).size() - rules);
+    QCOMPARE(allOf("<(table)>", page).size(), rules);
+    // Every line of code, its blanks included.
+    QString code =
+        allOf("<pre>([^<]*)</pre>", page).join(QString()).replace("&lt;", "<").replace("&gt;", ">");
+    const QStringList shown =
+        code.replace("&quot;", "\"").replace("&amp;", "&").split('\n', Qt::SkipEmptyParts);
+    QStringList written = allOf("^    (.+)$", document);
+    QCOMPARE(shown, written);
+}
+
+/// In the documents, for readers of the sources, and in the pages, as installed.
+void ManualTest::linksAndPicturesAreThere()
+{
+    QFETCH(const QString, name);
+    const QString document = contentOf(kDocs + name + ".md");
+    const QString page = contentOf(kPages + name + ".html");
+    QStringList broken;
+    for (const QString &link : allOf("\\]\\(([^)#:]+)[^):]*\\)", document)) {
+        if (!QFileInfo::exists(kDocs + link))
+            broken += link;
+    }
+    for (const QString &link : allOf("(?:href|src)=\"([^\":]+)\"", page)) {
+        const QString target =
+            kPages + (link.startsWith('#') ? name + ".html" : link.section('#', 0, 0));
+        const QString anchor = link.section('#', 1);
+        if (!QFileInfo::exists(target) ||
+            (!anchor.isEmpty() && !contentOf(target).contains(" id=\"" + anchor + '"')))
+            broken += link;
+    }
+    QCOMPARE(broken, QStringList());
+}
+
+void ManualTest::helpOpensTheManual_data()
+{
+    QTest::addColumn<bool>("japanese");
+    QTest::addColumn<QString>("file");
+    QTest::newRow("en") << false << "manual.html";
+    QTest::newRow("ja") << true << "manual.ja.html";
+}
+
+void ManualTest::helpOpensTheManual()
+{
+    QFETCH(const bool, japanese);
+    orvel::Translators translators;
+    if (japanese)
+        orvel::installJapanese(translators);
+    const FourPs panel;
+    m_opened.clear();
+    QDesktopServices::setUrlHandler(QStringLiteral("file"), this, "takeUrl");
+    panel.findChild<QAbstractButton *>(QStringLiteral("HelpB"))->click();
+    QDesktopServices::unsetUrlHandler(QStringLiteral("file"));
+    QCOMPARE(m_opened.size(), 1);
+    QFETCH(const QString, file);
+    QCOMPARE(QFileInfo(m_opened[0].toLocalFile()), QFileInfo(kPages + file));
+    QCOMPARE(panel.findChild<QPlainTextEdit *>(QStringLiteral("Message"))->toPlainText(),
+             QString());
+}
+
+/// A catalogue that names a manual which nobody made.
+class OtherLanguage : public QTranslator {
+public:
+    bool isEmpty() const override { return false; }
+    QString translate(const char * /*context*/, const char *source, const char * /*hint*/,
+                      int /*n*/) const override
+    {
+        return QLatin1String(source) == QLatin1String("manual.html") ? QStringLiteral("none.html")
+                                                                     : QString();
+    }
+};
+
+void ManualTest::helpSaysWhereAManualShouldBe()
+{
+    OtherLanguage other;
+    QCoreApplication::installTranslator(&other);
+    const FourPs panel;
+    m_opened.clear();
+    QDesktopServices::setUrlHandler(QStringLiteral("file"), this, "takeUrl");
+    panel.findChild<QAbstractButton *>(QStringLiteral("HelpB"))->click();
+    QDesktopServices::unsetUrlHandler(QStringLiteral("file"));
+    QCOMPARE(m_opened.size(), 0);
+    const QString message =
+        panel.findChild<QPlainTextEdit *>(QStringLiteral("Message"))->toPlainText();
+    QVERIFY2(message.contains(QDir::cleanPath(kPages + "none.html")), qPrintable(message));
+}
+
+QTEST_MAIN(ManualTest)
+
+#include "tst_manual.moc"
