@@ -1,8 +1,10 @@
 // Renders the main window to a picture: what docs/shots calls for the pictures of the documents.
 //
-//   orvel-shots [-j] [--size WxH] [--conditions] [--precision] [--pop NAME] OUT.png [SESSION]
+//   orvel-shots [-j] [--size WxH] [--conditions] [--precision] [--pop NAME] [--window NAME]
+//               OUT.png [SESSION]
 //
 // --pop  the window of a map ("ResultMap", "DataMap") or of a graph (e.g. "DMuts", "DM2M3")
+// --window  "energies", the advice on energies, or "pixel", the fit of the pixel in the middle
 #include "app/Body.h"
 #include "display/DispABase.h"
 #include "display/DispMBase.h"
@@ -13,6 +15,7 @@
 #include <QApplication>
 #include <QCommandLineParser>
 #include <QLoggingCategory>
+#include <QMouseEvent>
 
 #include <cstdio>
 
@@ -24,6 +27,30 @@ void settle()
     for (int i = 0; i < 20; ++i) {
         QApplication::processEvents();
     }
+}
+
+/// A window beside the main one, by the ways that a user opens it; null when it did not open.
+QWidget *openWindow(FourPs &panel, const QString &name)
+{
+    const auto button = [&panel](const char *its) {
+        return panel.findChild<QAbstractButton *>(QLatin1String(its));
+    };
+    if (name == QLatin1String("energies")) {
+        button("AdviserB")->click();
+    } else if (name == QLatin1String("pixel")) {
+        button("ShowPixelWindow")->setChecked(true);
+        DispArea *area = panel.findChild<DispMBase *>(QStringLiteral("ResultMap"))->area();
+        QMouseEvent click(QEvent::MouseButtonDblClick, QPointF(area->rect().center()),
+                          Qt::LeftButton, Qt::LeftButton, Qt::NoModifier);
+        QApplication::sendEvent(area, &click);
+    }
+    settle();
+    for (QWidget *widget : QApplication::topLevelWidgets()) {
+        if (widget->isVisible() && widget != panel.window()) {
+            return widget;
+        }
+    }
+    return nullptr;
 }
 
 } // namespace
@@ -39,13 +66,14 @@ int main(int argc, char **argv)
     const QCommandLineOption conditions(QStringLiteral("conditions"));
     const QCommandLineOption pop(QStringLiteral("pop"), QString(), QStringLiteral("NAME"));
     const QCommandLineOption precision(QStringLiteral("precision"));
-    parser.addOptions({japanese, size, conditions, precision, pop});
+    const QCommandLineOption window(QStringLiteral("window"), QString(), QStringLiteral("NAME"));
+    parser.addOptions({japanese, size, conditions, precision, pop, window});
     parser.process(app);
     const QStringList paths = parser.positionalArguments();
     const QStringList sides = parser.value(size).split(QLatin1Char('x'));
     if (paths.isEmpty() || sides.size() != 2) {
         std::fputs("usage: orvel-shots [-j] [--size WxH] [--conditions] [--precision] [--pop NAME] "
-                   "OUT.png [SESSION]\n",
+                   "[--window NAME] OUT.png [SESSION]\n",
                    stderr);
         return 2;
     }
@@ -79,6 +107,13 @@ int main(int argc, char **argv)
         map ? map->popDock() : graph->popDock();
         settle();
         shown = (map ? map->area() : graph->area())->window();
+    }
+    if (parser.isSet(window)) {
+        shown = openWindow(*body.panel(), parser.value(window));
+        if (!shown) {
+            std::fprintf(stderr, "orvel-shots: no window %s\n", qPrintable(parser.value(window)));
+            return 2;
+        }
     }
     if (!shown->grab().save(paths[0])) {
         std::fprintf(stderr, "orvel-shots: cannot write %s\n", qPrintable(paths[0]));
