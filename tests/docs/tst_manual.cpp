@@ -124,9 +124,16 @@ void ManualTest::everyMessageIsExplained()
         }
     }
     QVERIFY2(found >= 18, qPrintable(QString::number(found))); // or sources are read wrongly
-    for (const QString &text : literalsIn("panel/FourPsRun.cpp", R"(\btr\()") +
-                                   QStringList("Writing replaces the input %1"))
+    QStringList ofPanel = literalsIn("panel/FourPsRun.cpp", R"(\btr\()");
+    QVERIFY(ofPanel.contains("Written: %1"));
+    ofPanel +=
+        {"Writing replaces the input %1", "The inputs have changed: calculate the map first"};
+    for (const QString &text : ofPanel)
         texts += QCoreApplication::translate("FourPs", text.toUtf8().constData());
+    const QStringList ofAdviser = literalsIn("panel/EnergyAdviserDialog.cpp", R"(return tr\()");
+    QVERIFY(ofAdviser.size() >= 16);
+    for (const QString &text : ofAdviser)
+        texts += QCoreApplication::translate("EnergyAdviserDialog", text.toUtf8().constData());
     texts += QCoreApplication::translate("Manual",
                                          "The manual could not be opened; it should be here: %1");
     int reason = 1; // 0 is none
