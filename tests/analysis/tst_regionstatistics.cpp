@@ -1,0 +1,329 @@
+// Pixels of regions against a plain point-in-polygon, their statistics against numbers by hand and
+// against the plain formulas on a sorted copy.
+
+#include "analysis/RegionStatistics.h"
+#include "tests/analysis/Inputs.h"
+
+#include <QtTest>
+
+#include <algorithm>
+#include <cmath>
+#include <limits>
+#include <random>
+
+using namespace orvel;
+
+Q_DECLARE_METATYPE(orvel::Region)
+
+namespace {
+
+constexpr double kInf = std::numeric_limits<double>::infinity();
+const double kNan = std::nan("");
+
+Region rectangle(double x0, double y0, double x1, double y1)
+{
+    return {Region::Shape::Rectangle, 1, {{x0, y0}, {x1, y1}}};
+}
+Region polygon(std::vector<RegionPoint> corners)
+{
+    return {Region::Shape::Polygon, 1, std::move(corners)};
+}
+
+/// Rows from the bottom, a letter a pixel: '#' inside.
+QString drawn(const std::vector<PixelSpan> &spans, int width, int height)
+{
+    QStringList rows;
+    for (int row = 0; row < height; ++row) {
+        QString line(width, '.');
+        for (const PixelSpan &span : spans) {
+            for (int x = span.begin; span.row == row && x < span.end; ++x) {
+                line[x] = line[x] == '.' ? '#' : '!'; // not twice
+            }
+        }
+        rows += line;
+    }
+    return rows.join(' ');
+}
+
+/// The textbook's test: a ray to the right crosses the outline an odd number of times.
+bool isInside(double x, double y, const std::vector<RegionPoint> &outline)
+{
+    bool inside = false;
+    for (size_t i = 0, j = outline.size() - 1; i < outline.size(); j = i++) {
+        const RegionPoint &a = outline[i];
+        const RegionPoint &b = outline[j];
+        if ((a.y > y) != (b.y > y) && x < (b.x - a.x) * (y - a.y) / (b.y - a.y) + a.x) {
+            inside = !inside;
+        }
+    }
+    return inside;
+}
+
+bool isOnAnEdge(double x, double y, const std::vector<RegionPoint> &outline)
+{
+    for (size_t i = 0, j = outline.size() - 1; i < outline.size(); j = i++) {
+        const RegionPoint &a = outline[i];
+        const RegionPoint &b = outline[j];
+        if ((a.y > y) != (b.y > y) &&
+            std::fabs((b.x - a.x) * (y - a.y) / (b.y - a.y) + a.x - x) < 1e-9) {
+            return true;
+        }
+    }
+    return false;
+}
+
+} // namespace
+
+class RegionStatisticsTest : public QObject {
+    Q_OBJECT
+
+private slots:
+    void pixels_data();
+    void pixels();
+    void pixelsAreThoseOfThePointInPolygon();
+    void neighboursShareNoPixel();
+    void refusesWhatIsNoRegion();
+    void numbers_data();
+    void numbers();
+    void numbersAreThoseOfThePlainFormulas();
+    void quantitiesWithoutAPlane();
+};
+
+void RegionStatisticsTest::pixels_data()
+{
+    QTest::addColumn<Region>("region");
+    QTest::addColumn<QString>("expected"); // of a map of 5 x 4, rows from the bottom
+    const QString none = "..... ..... ..... .....";
+    const QString all = "##### ##### ##### #####";
+    QTest::newRow("rectangle") << rectangle(1, 1, 3, 4) << "..... .##.. .##.. .##..";
+    QTest::newRow("one pixel") << rectangle(4, 3, 5, 4) << "..... ..... ..... ....#";
+    QTest::newRow("clipped") << rectangle(-7, -1, 2, 2) << "##... ##... ..... .....";
+    QTest::newRow("all") << rectangle(-1e8, -1e8, 1e8, 1e8) << all;
+    QTest::newRow("left of it") << rectangle(-3, 0, 0, 4) << none;
+    QTest::newRow("above it") << rectangle(0, 4, 5, 9) << none;
+    QTest::newRow("triangle") << polygon({{0, 0}, {4.2, 0}, {0, 4.2}})
+                              << "####. ###.. ##... #....";
+    QTest::newRow("either way round") << polygon({{0, 4.2}, {4.2, 0}, {0, 0}})
+                                      << "####. ###.. ##... #....";
+    QTest::newRow("a diagonal through centres") // a centre on the left edge counts
+        << polygon({{0, 0}, {4, 4}, {4, 0}}) << "####. .###. ..##. ...#.";
+    QTest::newRow("between centres") << polygon({{0.6, 0.6}, {1.4, 0.6}, {1.4, 1.4}}) << none;
+    QTest::newRow("no area") << polygon({{0, 0}, {5, 4}, {0, 0}}) << none;
+    QTest::newRow("concave") << polygon({{0, 0}, {5, 0}, {5, 4}, {2.5, 1}, {0, 4}})
+                             << "##### ##.## #...# .....";
+    QTest::newRow("crossing itself: two triangles")
+        << polygon({{0, 0}, {5, 4}, {0, 4}, {5, 0}}) << ".###. ..#.. ..#.. .###.";
+    QTest::newRow("twice around the same is outside")
+        << polygon({{0, 0}, {5, 0}, {5, 4}, {0, 4}, {0, 0}, {5, 0}, {5, 4}, {0, 4}}) << none;
+    QTest::newRow("a hole, by a bridge without width")
+        << polygon({{0, 0}, {5, 0}, {5, 4}, {0, 4}, {0, 0}, {1, 1}, {1, 3}, {4, 3}, {4, 1}, {1, 1}})
+        << "##### #...# #...# #####";
+}
+
+void RegionStatisticsTest::pixels()
+{
+    QFETCH(Region, region);
+    QFETCH(QString, expected);
+    const std::vector<PixelSpan> spans = pixelsOf(region, 5, 4);
+    QCOMPARE(drawn(spans, 5, 4), expected);
+    QCOMPARE(countOf(spans), qint64(expected.count('#')));
+    for (int y = 0; y < 4; ++y) { // a click lands where its pixel belongs
+        for (int x = 0; x < 5; ++x) {
+            QCOMPARE(contains(region, {x + 0.5, y + 0.5}), expected[6 * y + x] == '#');
+        }
+    }
+}
+
+void RegionStatisticsTest::pixelsAreThoseOfThePointInPolygon()
+{
+    std::mt19937 random(7);
+    const auto below = [&random](int n) { return static_cast<int>(random() % unsigned(n)); };
+    const int width = 23;
+    const int height = 17;
+    int inside = 0;
+    for (int n = 0; n < 2000; ++n) {
+        Region region = polygon({});
+        const int grain = n % 2 ? 1000 : 2; // also corners and edges on centres
+        for (int corners = 3 + below(n % 10 ? 8 : 250); corners > 0; --corners) {
+            region.corners.push_back({(below(40 * grain) - 8 * grain) / double(grain),
+                                      (below(30 * grain) - 6 * grain) / double(grain)});
+        }
+        const QString picture = drawn(pixelsOf(region, width, height), width, height);
+        for (int y = 0; y < height; ++y) {
+            for (int x = 0; x < width; ++x) {
+                const bool found = picture[(width + 1) * y + x] == '#';
+                inside += found;
+                // A centre on an edge may fall either way by a rounding; elsewhere never.
+                QVERIFY(found == isInside(x + 0.5, y + 0.5, region.corners) ||
+                        isOnAnEdge(x + 0.5, y + 0.5, region.corners));
+            }
+        }
+        QVERIFY(!picture.contains('!'));
+    }
+    QVERIFY(inside > 10000);
+}
+
+void RegionStatisticsTest::neighboursShareNoPixel()
+{
+    std::mt19937 random(11);
+    std::uniform_real_distribution<double> somewhere(-2.0, 12.0);
+    for (int n = 0; n < 500; ++n) { // a square cut in two by any line through both sides
+        const double left = somewhere(random);
+        const double right = somewhere(random);
+        const Region below = polygon({{0, -20}, {10, -20}, {10, right}, {0, left}});
+        const Region above = polygon({{10, right}, {10, 20}, {0, 20}, {0, left}});
+        const QString pictures[] = {drawn(pixelsOf(below, 10, 10), 10, 10),
+                                    drawn(pixelsOf(above, 10, 10), 10, 10)};
+        for (int i = 0; i < pictures[0].size(); ++i) {
+            QVERIFY((pictures[0][i] == '#') != (pictures[1][i] == '#') || pictures[0][i] == ' ');
+        }
+    }
+}
+
+void RegionStatisticsTest::refusesWhatIsNoRegion()
+{
+    Region many = polygon({{0, 0}, {5, 0}});
+    many.corners.resize(kMostCorners + 1, {5, 5});
+    Region black = rectangle(0, 0, 1, 1);
+    black.colour = 0;
+    for (const Region &bad :
+         {rectangle(0, 0, 1.5, 1), rectangle(1, 0, 1, 1), rectangle(2, 2, 1, 1),
+          rectangle(kNan, 0, 1, 1), rectangle(0, 0, kInf, 1), polygon({}), polygon({{0, 0}, {1, 1}}),
+          polygon({{0, 0}, {9, 0}, {kNan, 9}}), polygon({{0, 0}, {2e8, 0}, {0, 9}}), many, black}) {
+        QVERIFY(!bad.isValid());
+        QVERIFY(pixelsOf(bad, 5, 5).empty() && !contains(bad, {0.5, 0.5}));
+    }
+    QVERIFY(pixelsOf(rectangle(0, 0, 1, 1), 0, 5).empty());
+    QVERIFY(pixelsOf(rectangle(0, 0, 1, 1), 5, -1).empty());
+}
+
+void RegionStatisticsTest::numbers_data()
+{
+    QTest::addColumn<QVector<double>>("values");
+    QTest::addColumn<QVector<double>>("expected"); // mean, deviation, median, finite
+    using Numbers = QVector<double>;
+    QTest::newRow("none") << Numbers{} << Numbers{kNan, kNan, kNan, 0};
+    QTest::newRow("one") << Numbers{3} << Numbers{3, kNan, 3, 1};
+    QTest::newRow("two") << Numbers{1, 4} << Numbers{2.5, std::sqrt(4.5), 2.5, 2};
+    QTest::newRow("odd") << Numbers{9, 1, 2} << Numbers{4, std::sqrt(19), 2, 3};
+    QTest::newRow("even") << Numbers{2, 4, 4, 4, 5, 5, 7, 9}
+                          << Numbers{5, std::sqrt(32.0 / 7), 4.5, 8};
+    QTest::newRow("what is not finite does not count")
+        << Numbers{kNan, 1, kInf, 4, -kInf, kNan} << Numbers{2.5, std::sqrt(4.5), 2.5, 2};
+    QTest::newRow("nothing finite") << Numbers{kNan, kInf} << Numbers{kNan, kNan, kNan, 0};
+    QTest::newRow("equal") << Numbers(1000, 0.1) << Numbers{0.1, 0, 0.1, 1000};
+    QTest::newRow("far from 0") << Numbers{1e9 + 4, 1e9 + 7, 1e9 + 13, 1e9 + 16}
+                                << Numbers{1e9 + 10, std::sqrt(30), 1e9 + 10, 4};
+    QTest::newRow("the largest") << Numbers{1.7e308, 1.7e308, -1.7e308}
+                                 << Numbers{kInf, kNan, 1.7e308, 3}; // sums overflow, as they do
+}
+
+void RegionStatisticsTest::numbers()
+{
+    QFETCH(QVector<double>, values);
+    QFETCH(QVector<double>, expected);
+    // In the second row of a plane, behind pixels that do not belong.
+    QVector<double> plane(2 * (values.size() + 1), 1e6);
+    std::copy(values.begin(), values.end(), plane.begin() + values.size() + 2);
+    RegionStatistician statistician;
+    for (int run = 0; run < 2; ++run) { // the second with what the first left behind
+        const RegionStatistics found =
+            statistician.of(plane.data(), values.size() + 1, {{1, 1, values.size() + 1}});
+        QCOMPARE(found.pixels, qint64(values.size()));
+        QCOMPARE(double(found.finite), expected[3]);
+        const double numbers[] = {found.mean, found.deviation, found.median};
+        for (int i = 0; i < 3; ++i) {
+            if (std::isnan(expected[i]) || std::isinf(expected[0])) {
+                QVERIFY(std::isnan(numbers[i]) || std::isinf(expected[0]));
+            } else {
+                QVERIFY2(std::fabs(numbers[i] - expected[i]) <= 1e-15 * std::fabs(expected[i]),
+                         qPrintable(QString::number(numbers[i], 'g', 17)));
+            }
+        }
+        QVERIFY(std::isnan(expected[2]) || found.median == expected[2]);
+    }
+}
+
+/// Large enough that the median is found by a sample, in orders that mislead a sample as well.
+void RegionStatisticsTest::numbersAreThoseOfThePlainFormulas()
+{
+    std::mt19937 random(3);
+    std::normal_distribution<double> normal(2.5, 0.3);
+    RegionStatistician statistician;
+    for (const char *order : {"random", "few values", "ascending", "two heaps", "one outlier",
+                              "every sampled one is huge"}) {
+        for (const int n : {32767, 32768, 100000, 100001}) {
+            std::vector<double> values;
+            for (int i = 0; i < n; ++i) {
+                const QByteArray kind(order);
+                values.push_back(kind == "few values"    ? std::round(normal(random))
+                                 : kind == "ascending"   ? i
+                                 : kind == "two heaps"   ? normal(random) + (i < n / 2 ? 0 : 1000)
+                                 : kind == "one outlier" ? (i == 0 ? 1e12 : normal(random))
+                                                         : normal(random));
+            }
+            for (int i = 0; QByteArray(order).startsWith("every") && i < 4096; ++i) {
+                values[size_t(i) * size_t(n) / 4096] = 1e6 + i;
+            }
+            const RegionStatistics found = statistician.of(values.data(), n, {{0, 0, n}});
+            long double sum = 0;
+            for (const double value : values) {
+                sum += value;
+            }
+            const long double mean = sum / n;
+            long double squares = 0;
+            for (const double value : values) {
+                squares += (value - mean) * (value - mean);
+            }
+            std::sort(values.begin(), values.end());
+            const double median = n % 2 ? values[n / 2] : 0.5 * values[n / 2 - 1] + 0.5 * values[n / 2];
+            QVERIFY2(found.median == median, order);
+            // Eight lanes of n / 8 roundings each, of numbers of one sign.
+            const double rounding = n * std::numeric_limits<double>::epsilon();
+            QVERIFY2(std::fabs(double(found.mean - mean)) <= rounding * std::fabs(double(mean)),
+                     order);
+            const double deviation = std::sqrt(double(squares) / (n - 1));
+            QVERIFY2(std::fabs(found.deviation - deviation) <= rounding * deviation, order);
+            QCOMPARE(found.finite, qint64(n));
+        }
+    }
+}
+
+void RegionStatisticsTest::quantitiesWithoutAPlane()
+{
+    ResultMaps maps(Method::ThreePoints, inputs::image(3, 1, {0, 0, 0}));
+    double *ratio = maps.addPlane(Quantity::Ratio1);
+    maps.addPlane(Quantity::Valence);
+    ratio[0] = 0.25;
+    ratio[1] = kNan;
+    ratio[2] = 0.5;
+    RegionStatistician statistician;
+    const RegionStatistics rest = statistician.of(maps, Quantity::Ratio2, {{0, 0, 3}});
+    QCOMPARE(rest.mean, 0.625); // 1 - ratio
+    QCOMPARE(rest.finite, qint64(2));
+    QCOMPARE(rest.pixels, qint64(3));
+
+    // What is worth a line of a table.
+    const auto determined = [](const ResultMaps &of, int references) {
+        QStringList found;
+        for (int q = 0; q < kMapQuantities; ++q) {
+            if (isDetermined(of, references, quantityAt(q))) {
+                found += QString::number(q);
+            }
+        }
+        return found.join(' ');
+    };
+    QCOMPARE(determined(maps, 2), QString("0 1 11"));
+    ResultMaps linear(Method::NonEquivLinear, inputs::image(1, 1, {0}));
+    ResultMaps victoreen(Method::NonEquivVictoreen, inputs::image(1, 1, {0}));
+    for (int q = 0; q < kQuantities; ++q) {
+        linear.addPlane(quantityAt(q));
+        victoreen.addPlane(quantityAt(q));
+    }
+    QCOMPARE(determined(linear, 2), QString("0 1 4 5 8 9 11 12"));
+    QCOMPARE(determined(victoreen, 3), QString("0 1 2 4 5 6 8 9 10 11 12"));
+}
+
+QTEST_APPLESS_MAIN(RegionStatisticsTest)
+
+#include "tst_regionstatistics.moc"
