@@ -296,6 +296,10 @@ save("session", {
     "list-odd.ini": HEAD + "[View]\nDispFiles=a, ,, \"\", b,\"c\" ,\n",
     "list-one.ini": HEAD + "[View]\nDispFiles=\"one, two.dat\"\n",
     "list-empty.ini": HEAD + "[View]\nDispFiles=@Invalid()\n",
+    "regions.ini": HEAD + "[Regions]\nRegion1=1 Rectangle 0 0 4 3\nRegion2=14 Polygon 0.5 0 9 1 2 7.25\n"
+                          "[View]\nRegionsAlone=1\n",
+    "regions-bad.ini": HEAD + "[Regions]\nRegion1=0 Rectangle 0 0 4 3\nRegion2=1 Polygon 0 0 nan 1 2 1e999\n"
+                              "Region3=1, Polygon 0 0 1 1, 2 2\nRegion15=1 Rectangle 0 0 1 1\nRegion4=\n",
     "paths-up.ini": HEAD + "[Ref1]\nXafsFS=../a/./b/../c.dat\n[Ref2]\nXafsFS=..\n[Ref3]\nXafsFS=.\n",
     "paths-odd.ini": HEAD + "[Ref1]\nXafsFS=..a.dat\n[Ref2]\nXafsFS=//a//b/\n[Ref3]\nXafsFS=:/a\n"
                             "[Ref4]\nXafsFS=~/a\n[Target]\nTargetFile=C:\\\\a\\\\b.dat\n"

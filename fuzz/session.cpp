@@ -32,12 +32,13 @@ auto plainMembersOf(const orvel::SessionTexts &t)
 {
     return std::tie(t.edgeE, t.preEdgeEndDE, t.postEdgeStartDE, t.target.file, t.target.dE,
                     t.nonEquiv, t.solver, t.subForRef, t.subForTarget, t.background, t.record,
-                    t.resultFile);
+                    t.resultFile, t.regions);
 }
 auto membersOf(const orvel::ViewTexts &t)
 {
     return std::tie(t.mapQuantity, t.histogramQuantity, t.normalize, t.fullRange, t.mapWithGrid,
-                    t.showDataMap, t.showGraphs, t.showResultMap, t.dataMapRow, t.displayFiles);
+                    t.showDataMap, t.showGraphs, t.showResultMap, t.dataMapRow, t.displayFiles,
+                    t.regionsAlone);
 }
 
 template <class Rows> bool sameRows(const Rows &a, const Rows &b)

@@ -1,5 +1,6 @@
 #include "session/SessionFile.h"
 
+#include "session/RegionTexts.h"
 #include "text/OutputFile.h"
 #include "text/RegularFile.h"
 
@@ -17,10 +18,16 @@ const QString kVersionKey = QStringLiteral("Session/Version");
 const QString kVersion = QStringLiteral("1");
 constexpr ushort kByteOrderMark = 0xFEFF; // QSettings drops it at the start of a value
 
+QString regionKey(int index)
+{
+    return QStringLiteral("Regions/Region%1").arg(index + 1);
+}
+
 /// Names every key once, for reading and for writing: calls
 ///   field.text(key, QString &), field.given(key, optional<QString> &),
 ///   field.box(key, bool &), field.path(key, QString &), field.paths(key, QStringList &),
 ///   field.choice(key, Enum &, names in the order of the enum);
+///   field.regions(vector<Region> &);
 /// the same as rare...(key, value, default, ...) for keys that are written only where they differ.
 template <class State, class Field> void eachField(State &state, Field &field)
 {
@@ -95,6 +102,8 @@ template <class State, class Field> void eachField(State &state, Field &field)
                      {QStringLiteral("Free"), QStringLiteral("NonNegative"),
                       QStringLiteral("SumToOne"), QStringLiteral("NonNegativeSumToOne")});
 
+    field.regions(texts.regions);
+
     field.choice(QStringLiteral("View/MapQuantity"), view.mapQuantity, mapQuantityNames());
     field.choice(QStringLiteral("View/HgQuantity"), view.histogramQuantity, quantityNames());
     field.choice(QStringLiteral("View/Normalize"), view.normalize,
@@ -113,6 +122,7 @@ template <class State, class Field> void eachField(State &state, Field &field)
     field.rareText(QStringLiteral("View/SigmaLimit"), view.sigmaLimit, usualView.sigmaLimit);
     field.rareBox(QStringLiteral("View/ShowPixelWindow"), view.showPixelWindow,
                   usualView.showPixelWindow);
+    field.rareBox(QStringLiteral("View/RegionsAlone"), view.regionsAlone, usualView.regionsAlone);
 }
 
 class FieldReader {
@@ -171,6 +181,21 @@ public:
                 key.startsWith(QLatin1String("View/")) ? m_reading.viewNotes : m_reading.notes;
             notes.append(QStringLiteral("unknown choice %1=%2, taken as %3")
                              .arg(key, name, names[static_cast<int>(value)]));
+        }
+    }
+
+    void regions(std::vector<Region> &values)
+    {
+        for (int i = 0; i < kMostRegions; ++i) {
+            const QString key = regionKey(i);
+            if (!has(key)) {
+                continue;
+            }
+            if (const auto region = regionFromText(textAt(key))) {
+                values.push_back(*region);
+            } else {
+                m_reading.notes.append(QStringLiteral("%1 is no region, ignored").arg(key));
+            }
         }
     }
 
@@ -247,6 +272,12 @@ public:
     void choice(const QString &key, const Enum &value, const QStringList &names)
     {
         text(key, names[static_cast<int>(value)]);
+    }
+    void regions(const std::vector<Region> &values)
+    {
+        for (size_t i = 0; i < values.size(); ++i) {
+            text(regionKey(static_cast<int>(i)), textOf(values[i]));
+        }
     }
 
     void rareText(const QString &key, const QString &value, const QString &usual)

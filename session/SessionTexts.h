@@ -1,6 +1,7 @@
 #pragma once
 
 #include "analysis/AnalysisInput.h"
+#include "analysis/Regions.h"
 #include "analysis/ResultMaps.h"
 
 #include <QString>
@@ -8,6 +9,7 @@
 
 #include <array>
 #include <optional>
+#include <vector>
 
 namespace orvel {
 
@@ -84,6 +86,7 @@ struct SessionTexts {
     std::array<bool, kQuantities> record; ///< columns of a non-equivalent file, by Quantity
     QString resultFile;
     AdvancedTexts advanced;
+    std::vector<Region> regions; ///< valid ones, kMostRegions at most
 
     SessionTexts() { record.fill(true); }
 };
@@ -103,6 +106,7 @@ struct ViewTexts {
     bool hideUncertain = false;                 ///< pixels whose sigma exceeds the limit stay white
     QString sigmaLimit = QStringLiteral("0.1"); ///< in units of the shown quantity
     bool showPixelWindow = false;               ///< a double click in the map shows the pixel's fit
+    bool regionsAlone = false;                  ///< plots show regions without the whole map
 };
 
 /// Everything that a session file keeps: the one value to snapshot and restore.

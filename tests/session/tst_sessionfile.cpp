@@ -1,4 +1,5 @@
 #include "session/InputLoader.h"
+#include "session/RegionTexts.h"
 #include "session/SessionFile.h"
 #include "tests/TestFiles.h"
 
@@ -36,9 +37,11 @@ QByteArray fullSession()
         text += QString("Rec%1=false\n").arg(quantity);
     }
     text += "[Output]\nSaveFSelect=../out/map.v1.dat\n"
+            "[Regions]\nRegion1=14 Rectangle -1 2 3 40\n"
+            "Region2=1 Polygon 0.5 0 1e-05 7.25 8 9 0 0\n"
             "[View]\nMapQuantity=C2\nHgQuantity=DMut3\nNormalize=2Vics\nFullRangeCB=false\n"
             "MapWGrid=true\nShowDMap=false\nShowDAB=false\nShowMap=false\nShowMapB=7\n"
-            "DispFiles=one.dat, /else/two.dat\n";
+            "DispFiles=one.dat, /else/two.dat\nRegionsAlone=true\n";
     return text.toUtf8();
 }
 
@@ -77,6 +80,10 @@ QStringList listed(const PanelState &state)
     add("shown",
         {view.mapWithGrid, view.showDataMap, view.showGraphs, view.showResultMap, view.dataMapRow});
     add("displayed", {view.displayFiles.join(' ')});
+    for (const Region &region : texts.regions) {
+        add("region", {textOf(region), region.isValid()});
+    }
+    add("regions", {view.regionsAlone});
     return lines;
 }
 
@@ -105,6 +112,8 @@ private slots:
     void texts_data();
     void texts();
     void refuses();
+    void regions_data();
+    void regions();
     void edgeOfTheSpectra();
     void inputsAreShiftedAndFilled();
 
@@ -131,7 +140,9 @@ void SessionFileTest::readsAndWritesEveryKey()
     expected += "|method true 1 1 1 1|histogram 1 2 3 true|histogram 4 5 6 true|record" +
                 QString(" off").repeated(13) + "|result " + folder.path() + "/../out/map.v1.dat" +
                 "|quantities 10 6|graphs 3 false|shown true false false false 7|displayed " +
-                folder.path() + "/one.dat /else/two.dat";
+                folder.path() + "/one.dat /else/two.dat" +
+                "|region 14 Rectangle -1 2 3 40 true" +
+                "|region 1 Polygon 0.5 0 1e-05 7.25 8 9 0 0 true|regions true";
     const SessionReading reading = read(fullSession());
     QCOMPARE(reading.error + (reading.notes + reading.viewNotes).join('|'), QString());
     QCOMPARE(listed(reading.state).join('|'), expected);
@@ -166,7 +177,8 @@ void SessionFileTest::defaultsAreTheForms()
                  QString("point false false false  |").repeated(8) +
                  "method false 0 0 0 0|histogram 1.5 3.5 51 false|histogram -0.2 1.2 51 false|" +
                  "record" + QString(" on").repeated(13) +
-                 "|result |quantities 11 11|graphs 0 true|shown false true true true 1|displayed ");
+                 "|result |quantities 11 11|graphs 0 true|shown false true true true 1|displayed " +
+                 "|regions false");
 }
 
 void SessionFileTest::pathsMoveWithTheirFolder_data()
@@ -243,6 +255,47 @@ void SessionFileTest::texts()
                  qPrintable(listed(reading.state).join('\n')));
         QTEST((reading.notes + reading.viewNotes).join('|'), "note");
     }
+}
+
+void SessionFileTest::regions_data()
+{
+    QTest::addColumn<QString>("text");
+    QTest::addColumn<bool>("isTaken");
+    QTest::newRow("rectangle") << "1 Rectangle 0 0 1 1" << true;
+    QTest::newRow("blanks") << "  14   Polygon 0 0\t1 0 1 1 " << true;
+    QTest::newRow("beyond the map") << "2 Rectangle -100000 -5 1e7 9" << true;
+    for (const char *bad :
+         {"", "1", "Rectangle 0 0 1 1", "1 rectangle 0 0 1 1", "1 Circle 0 0 1 1",
+          "0 Rectangle 0 0 1 1", "15 Rectangle 0 0 1 1", "1 Rectangle 0 0 1", "1 Rectangle 0 0 0 1",
+          "1 Rectangle 1 1 0 0", "1 Rectangle 0 0 1.5 1", "1 Rectangle 0 0 1 1 2 2",
+          "1 Rectangle 0 0 nan 1", "1 Rectangle 0 0 1e300 1", "1 Polygon 0 0 1 1",
+          "1 Polygon 0 0 1 0 inf 1", "1 Polygon 0 0 1 0 x 1"}) {
+        QTest::newRow(bad) << bad << false;
+    }
+    QTest::newRow("as many corners as may be") << "1 Polygon" + QString(" 1 2").repeated(256) << true;
+    QTest::newRow("one more") << "1 Polygon" + QString(" 1 2").repeated(257) << false;
+}
+
+void SessionFileTest::regions()
+{
+    QFETCH(QString, text);
+    QFETCH(bool, isTaken);
+    const SessionReading session =
+        read(kHead + "[Regions]\nRegion3=" + text.toUtf8() + "\nRegion14=2 Rectangle 0 0 1 1\n");
+    QCOMPARE(session.error, QString());
+    QCOMPARE(session.notes, isTaken ? QStringList()
+                                    : QStringList("Regions/Region3 is no region, ignored"));
+    const std::vector<Region> &regions = session.state.texts.regions;
+    QCOMPARE(regions.size(), isTaken ? size_t(2) : size_t(1)); // the others stay
+    QCOMPARE(textOf(regions.back()), QString("2 Rectangle 0 0 1 1"));
+    if (isTaken) {
+        QVERIFY(regions.front() == *regionFromText(textOf(regions.front())));
+    }
+    QCOMPARE(read(kHead + "[Regions]\nRegion15=1 Rectangle 0 0 1 1\n").notes,
+             QStringList("unknown key Regions/Region15"));
+    // A session without any does not mention them.
+    const QString path = m_files->path("none.ini");
+    QVERIFY(writeSession(path, PanelState()) && !m_files->read("none.ini").contains("Region"));
 }
 
 void SessionFileTest::refuses()
