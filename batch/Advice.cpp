@@ -263,13 +263,13 @@ SessionTexts forAdvice(SessionTexts texts)
 
 ExitStatus adviseSession(const CommandLine &commandLine)
 {
-    const SessionReading session = readSession(commandLine.sessionPath);
+    const SessionReading session = readSession(commandLine.sessionPaths.first());
     for (const QString &note : session.notes) {
-        complain(QStringLiteral("%1: %2").arg(commandLine.sessionPath, note));
+        complain(QStringLiteral("%1: %2").arg(commandLine.sessionPaths.first(), note));
     }
     if (!session.error.isEmpty()) {
         complain(QStringLiteral("cannot take the session %1: %2")
-                     .arg(commandLine.sessionPath, session.error));
+                     .arg(commandLine.sessionPaths.first(), session.error));
         return WrongUsage;
     }
     const SessionTexts texts = forAdvice(session.state.texts);

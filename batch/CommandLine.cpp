@@ -128,6 +128,11 @@ CommandLine parseCommandLine(const QStringList &arguments)
             if (line.resultPath.isEmpty()) {
                 return refuse(QStringLiteral("--result takes a path"));
             }
+        } else if (argument == QLatin1String("--table")) {
+            line.tablePath = hasValue ? arguments[++i] : QString();
+            if (line.tablePath.isEmpty()) {
+                return refuse(QStringLiteral("--table takes a path"));
+            }
         } else if (argument == QLatin1String("--json")) {
             line.json = true;
             adviceOption = argument;
@@ -141,7 +146,8 @@ CommandLine parseCommandLine(const QStringList &arguments)
             return refuse(QStringLiteral("unknown option %1").arg(argument));
         }
     }
-    if (sessions.size() != 1) {
+    const bool tabulates = !line.tablePath.isEmpty();
+    if (sessions.isEmpty() || (sessions.size() > 1 && !tabulates)) {
         return refuse(sessions.isEmpty() ? QStringLiteral("no session file is given")
                                          : QStringLiteral("more than one session file is given"));
     }
@@ -152,7 +158,13 @@ CommandLine parseCommandLine(const QStringList &arguments)
     if (advises && (line.images || !line.resultPath.isEmpty())) {
         return refuse(QStringLiteral("--advise writes no files"));
     }
-    line.sessionPath = sessions.first();
+    if (tabulates && (advises || !line.resultPath.isEmpty())) {
+        return refuse(QStringLiteral("--table does not go with --advise or --result"));
+    }
+    if (tabulates) {
+        line.task = CommandLine::Task::Table;
+    }
+    line.sessionPaths = sessions;
     return line;
 }
 
@@ -160,19 +172,26 @@ QString helpText()
 {
     return QStringLiteral(
         "Usage: orvel-batch [-e|-j] [--threads N] [--quiet] [--images] [--result PATH] SESSION\n"
+        "       orvel-batch --table OUT.csv [-e|-j] [--threads N] [--quiet] [--images] SESSION...\n"
         "       orvel-batch --advise N [--json] [--criterion valence|fractions] [--sigma S]\n"
         "                   [--amount T] [--fractions F,F...] [--range LOW,HIGH]\n"
         "                   [--spacing EV] [--alike D] SESSION\n"
         "\n"
         "Runs the analysis that a session file describes: maps, target, linear combination\n"
         "fit. Prints every message line, then the result fields; writes the result file and\n"
-        "its two histogram files when a result path is given.\n"
+        "its two histogram files when a result path is given, and a table of the session's\n"
+        "regions when it has any.\n"
         "\n"
         "  -e, -j         messages in English (default) or Japanese; the last one wins\n"
         "  --threads N    number of threads; 0 (default): all cores\n"
         "  --quiet        no progress; faults are still named\n"
         "  --images       also a PNG of every map and histogram beside the result file\n"
         "  --result PATH  result file, instead of the session's own\n"
+        "\n"
+        "  --table OUT.csv\n"
+        "                 runs every session and writes one line for each: status, result\n"
+        "                 fields, mean and number of the finite pixels of every map; prints\n"
+        "                 nothing, names faults on standard error\n"
         "\n"
         "  --advise N     instead: the N energies (3 to 8) from which the session's method would\n"
         "                 get the least standard deviation, from its references alone, beside\n"
@@ -195,8 +214,10 @@ QString helpText()
         "\n"
         "Exit status: 0 every step ran; 1 a check wrote a message; 2 wrong usage, a bad\n"
         "session file, or an output that is also an input; 3 an input file could not be read\n"
-        "(nothing is computed); 4 an output could not be written. With --advise: 1 there is no\n"
-        "such choice of energies, 3 a reference could not be read.\n");
+        "(nothing is computed); 4 an output could not be written. With --table the first that\n"
+        "applies to any session of 2, 3, 4, 1; also 2, and nothing is computed, when a file\n"
+        "would overwrite one of another session. With --advise: 1 there is no such choice of\n"
+        "energies, 3 a reference could not be read.\n");
 }
 
 } // namespace orvel

@@ -11,7 +11,7 @@ namespace orvel {
 
 /// What the user asked for.
 struct CommandLine {
-    enum class Task { Run, Advise, ShowHelp, ShowVersion, Refuse };
+    enum class Task { Run, Table, Advise, ShowHelp, ShowVersion, Refuse };
 
     Task task = Task::Run;
     QString fault; ///< with Refuse: what is wrong
@@ -20,7 +20,8 @@ struct CommandLine {
     bool images = false;
     int threads = 0;    ///< 0: all cores
     QString resultPath; ///< as given; empty: the session's own
-    QString sessionPath;
+    QString tablePath;  ///< with Table: as given
+    QStringList sessionPaths; ///< one, or with Table any number
 
     // With Advise:
     bool json = false;

@@ -1,6 +1,7 @@
 #include "batch/Images.h"
 
 #include "analysis/Calculations.h"
+#include "analysis/RegionStatistics.h"
 #include "display/Pictures.h"
 #include "session/ResultPaths.h"
 #include "session/SessionTexts.h"
@@ -60,24 +61,6 @@ QString pathOf(const QString &resultPath, const QString &tag)
 QString pathOf(const QString &resultPath, Quantity quantity)
 {
     return pathOf(resultPath, mapQuantityNames()[indexOf(quantity)]);
-}
-
-/// Planes of references that do not take part, and of a term that a linear background lacks, hold
-/// zeros and are not worth a picture.
-bool isWorthAPicture(const MapOutcome &outcome, const AnalysisInput &input, Quantity quantity)
-{
-    const int q = indexOf(quantity);
-    if (!outcome.maps->fills(quantity)) {
-        return false;
-    }
-    if (!isNonEquiv(outcome.maps->method())) {
-        return true;
-    }
-    const auto references = static_cast<int>(validReferences(input.references).size());
-    if (q < indexOf(Quantity::Mut0)) {
-        return q % kReferenceRows < references;
-    }
-    return quantity != Quantity::C2 || outcome.maps->method() != Method::NonEquivLinear;
 }
 
 QImage mapImage(const ResultMaps &maps, Quantity quantity)
@@ -158,9 +141,10 @@ QStringList writeImages(const QString &resultPath, const MapOutcome &outcome,
         }
         lost.append(path);
     };
+    const auto references = static_cast<int>(validReferences(input.references).size());
     for (int q = 0; q < kMapQuantities; ++q) {
         const Quantity quantity = quantityAt(q);
-        if (isWorthAPicture(outcome, input, quantity)) {
+        if (isDetermined(*outcome.maps, references, quantity)) {
             put(pathOf(resultPath, quantity), [&] { return mapImage(*outcome.maps, quantity); });
         }
     }

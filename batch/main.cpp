@@ -1,6 +1,7 @@
 #include "batch/Advice.h"
 #include "batch/BatchRun.h"
 #include "batch/CommandLine.h"
+#include "batch/TableRun.h"
 #include "session/Catalogue.h"
 
 #include <QGuiApplication>
@@ -67,13 +68,15 @@ int run(int argc, char **argv)
     case CommandLine::Task::Advise:
         return orvel::adviseSession(commandLine);
     case CommandLine::Task::Run:
+    case CommandLine::Task::Table:
         break;
     }
     orvel::Translators translators;
     if (commandLine.japanese) {
         orvel::installJapanese(translators);
     }
-    return orvel::runSession(commandLine);
+    return commandLine.task == CommandLine::Task::Table ? orvel::runTable(commandLine)
+                                                        : orvel::runSession(commandLine);
 }
 
 } // namespace

@@ -2,6 +2,7 @@
 
 #include "analysis/BinCounts.h"
 #include "analysis/ResultFile.h"
+#include "session/RegionTexts.h"
 #include "session/SessionTexts.h"
 #include "text/OutputFile.h"
 
@@ -10,12 +11,15 @@ namespace orvel {
 const QString kRatioTag = QStringLiteral("HGAlpha");
 const QString kThicknessTag = QStringLiteral("HGThick");
 
-QStringList resultPaths(const QString &resultPath, const AdvancedTexts &advanced)
+QStringList resultPaths(const QString &resultPath, const AdvancedTexts &advanced, bool hasRegions)
 {
     QStringList paths = {resultPath, BinCounts::pathBeside(resultPath, kRatioTag),
                          BinCounts::pathBeside(resultPath, kThicknessTag)};
     if (advanced.sigmaFile) {
         paths.append(sigmaPathBeside(resultPath));
+    }
+    if (hasRegions) {
+        paths.append(regionPathBeside(resultPath));
     }
     return paths;
 }

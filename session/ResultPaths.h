@@ -13,7 +13,8 @@ extern const QString kRatioTag;
 extern const QString kThicknessTag;
 
 /// The result file, its histogram files and what else the choices ask for beside it.
-QStringList resultPaths(const QString &resultPath, const AdvancedTexts &advanced);
+QStringList resultPaths(const QString &resultPath, const AdvancedTexts &advanced,
+                        bool hasRegions = false);
 
 /// Every file that an analysis reads.
 QStringList inputPaths(const SessionTexts &texts);

@@ -147,6 +147,10 @@ private slots:
     void drawsMaps_data();
     void drawsMaps();
     void writesPrecisionOnRequest();
+    void writesRegions();
+    void tabulates();
+    void tabulatesNothingThatIsAnothers_data();
+    void tabulatesNothingThatIsAnothers();
     void leavesEveryFileAlone_data();
     void leavesEveryFileAlone();
     void keepsWhatItCannotReplace_data();
@@ -165,7 +169,7 @@ private:
     }
     QByteArray read(const QString &name) const { return m_files->read(kFolder + name); }
     void writeMaps(const Pixels &pixels, bool victoreen) const;
-    QString session(const QString &changes = QString()) const;
+    QString session(const QString &changes = QString(), const QString &name = "解析 s.ini") const;
     static Run run(const QStringList &arguments)
     {
         Program program;
@@ -203,7 +207,7 @@ void BatchTest::writeMaps(const Pixels &pixels, bool victoreen) const
 }
 
 /// Writes the session with its changes, "Group/Key=value" each; later ones win.
-QString BatchTest::session(const QString &changes) const
+QString BatchTest::session(const QString &changes, const QString &name) const
 {
     QMap<QString, QString> values;
     for (const QString &entry : (kSession + ' ' + changes).split(' ', Qt::SkipEmptyParts)) {
@@ -214,7 +218,7 @@ QString BatchTest::session(const QString &changes) const
         text += '[' + value.key().section('/', 0, 0) + "]\n" + value.key().section('/', 1) + '=' +
                 QString(value.value()).replace('~', ' ') + '\n';
     }
-    return write("解析 s.ini", text.toUtf8());
+    return write(name, text.toUtf8());
 }
 
 QStringList BatchTest::filesAndSums() const
@@ -404,6 +408,133 @@ void BatchTest::writesPrecisionOnRequest()
     QVERIFY(read("r.dat").contains("\n# fit: no negative references; "));
 }
 
+void BatchTest::writesRegions()
+{
+    // Ratios of the six pixels by three points, row by row: tau = (7 a + 2 b - a) / (2 a + 2 b)
+    // with pixel a A + b B, ratio = (tau - 1) / 2: 0, 0.5, 1; -0.5, nan, 0.25.
+    const QString regions = " Regions/Region1=3~Rectangle~0~0~9~1 Regions/Region2=1~Polygon~0~1~3~1~3~2~0~2"
+                            " Regions/Region3=2~Rectangle~7~7~8~8";
+    QCOMPARE(run({session(kResult + regions)}).status, 0);
+    const QString csv = QString::fromUtf8(read("r_Regions.csv"));
+    const QStringList lines = csv.split("\r\n");
+    QCOMPARE(lines.first(),
+             QString("region,colour,shape,quantity,mean,deviation,median,finite,pixels"));
+    QCOMPARE(lines.size(), 1 + 3 * 4 + 1);
+    const QStringList ratios = lines.filter(",Ratio1,");
+    QCOMPARE(ratios[0], QString("1,3,Rectangle,Ratio1,0.5,0.5,0.5,3,3"));
+    const QStringList second = ratios[1].split(',');
+    QCOMPARE(second.mid(0, 4).join(','), QString("2,1,Polygon,Ratio1"));
+    QCOMPARE(second.mid(7).join(','), QString("2,3"));
+    QCOMPARE(ratios[2], QString("3,2,Rectangle,Ratio1,,,,0,0"));
+    QVERIFY(read("r.dat").startsWith("# klyv"));
+    // Never over an input; nothing beside a stopped map step, or without a result file.
+    QFile::remove(path("r_Regions.csv"));
+    write("r_Regions.csv", spectrum(1, 1, 1, 1));
+    QCOMPARE(run({session(kResult + regions + " Ref4/XafsFS=r_Regions.csv")}).status, 2);
+    QCOMPARE(read("r_Regions.csv"), spectrum(1, 1, 1, 1));
+    QFile::remove(path("r_Regions.csv"));
+    QCOMPARE(run({session(kResult + regions + kNoV)}).status, 1);
+    QCOMPARE(run({session(regions)}).status, 0);
+    QVERIFY(!QFile::exists(path("r_Regions.csv")));
+}
+
+void BatchTest::tabulates()
+{
+    const QString good = session(kResult, "a \"1\", b.ini");
+    const QString silent = session(kNoV, "no v.ini");
+    const QString unreadable = session(" Ref4/XafsFS=missing.dat", "unreadable.ini");
+    const QString unwritable = session(" Output/SaveFSelect=no/r.dat", "unwritable.ini");
+    const QString missing = path("missing.ini");
+    const QString table = path("table.csv");
+    const auto linesFor = [&](const QStringList &sessions, int status) {
+        const Run result = run(QStringList{"--table", table} + sessions);
+        [&] {
+            QCOMPARE(result.status, status);
+            QCOMPARE(result.out, QString());
+            QCOMPARE(result.err.isEmpty(), status == 0);
+        }();
+        return QString::fromUtf8(read("table.csv")).split("\r\n");
+    };
+
+    QStringList lines = linesFor({good}, 0);
+    QCOMPARE(lines.size(), 3);
+    const QStringList head = lines[0].split(',');
+    QCOMPARE(head.mid(0, 12).join(','),
+             QString("session,status,CalcRes,TargetDMut,LCFRes,width,height,pixels,Ratio1_mean,"
+                     "Ratio1_finite,Ratio2_mean,Ratio2_finite"));
+    QCOMPARE(head.size(), 8 + 2 * 20);
+    QString name = good;
+    QVERIFY(lines[1].startsWith('"' + name.replace('"', "\"\"") + "\",0,\"" + k3ps +
+                                "\",,\"" + kLcf + "\",3,2,6,"));
+    // Ratios as in writesRegions: 5 finite pixels, mean (0 + 0.5 + 1 - 0.5 + 0.25) / 5; the rest 1.
+    const QStringList cells = lines[1].section("3,2,6,", 1).split(',');
+    QCOMPARE(cells.size(), 2 * 20);
+    const auto mean = [&](const char *quantity) {
+        return cells[head.indexOf(QLatin1String(quantity) + QString("_mean")) - 8].toDouble();
+    };
+    QCOMPARE(cells[1] + ' ' + cells[3], QString("5 5"));
+    QVERIFY(std::fabs(mean("Ratio1") - 0.25) < 1e-12);
+    QVERIFY(std::fabs(mean("Ratio2") - 0.75) < 1e-12);
+    QVERIFY(std::fabs(mean("Valence") - 5.0) < 1e-12); // 2 a + 6 (1 - a)
+    QCOMPARE(cells.mid(4, 18).join(QString()), QString()); // what this method does not give
+
+    // Every session runs, and the table of before is replaced; the first that applies counts.
+    lines = linesFor({silent, good}, 1);
+    QVERIFY(lines[1].contains(",1,") && lines[2].contains(",0,"));
+    QVERIFY(lines[1].endsWith(",\"" + kLcf + "\"" + QString(3 + 40, ','))); // the fit goes on
+    QCOMPARE(linesFor({silent, unwritable, good}, 4).size(), 5);
+    QFile::remove(path("r.dat"));
+    lines = linesFor({silent, unwritable, unreadable, good}, 3);
+    QCOMPARE(lines[3], '"' + unreadable + "\",3" + QString(46, ','));
+    QVERIFY(QFile::exists(path("r.dat")));
+    lines = linesFor({missing, unreadable, good}, 2);
+    QCOMPARE(lines[1], '"' + missing + "\",2" + QString(46, ','));
+    QVERIFY(lines[3].contains(",0,"));
+
+    // Not a file: early, before anything is written.
+    QFile::remove(path("r.dat"));
+    QCOMPARE(run({"--table", path("no/table.csv"), good}).status, 4);
+    QVERIFY(!QFile::exists(path("r.dat")));
+    // A full disk leaves the old table whole.
+    const QByteArray before = read("table.csv");
+    Program full;
+    full.mostBytes = 100;
+    QCOMPARE(full.run({"--table", table, silent}).status, 4);
+    QCOMPARE(read("table.csv"), before);
+}
+
+void BatchTest::tabulatesNothingThatIsAnothers_data()
+{
+    QTest::addColumn<QString>("table");
+    QTest::addColumn<QString>("first");
+    QTest::addColumn<QString>("second");
+    QTest::newRow("a session") << "2.ini" << "" << "";
+    QTest::newRow("an input") << "t.dat" << "" << "";
+    QTest::newRow("an input by another name") << "sub/../t.dat" << "" << "";
+    QTest::newRow("a result") << "r.dat" << kResult << "";
+    QTest::newRow("a histogram") << "r_HGThick.dat" << "" << kResult;
+    QTest::newRow("two with one result") << "table.csv" << kResult << kResult;
+    QTest::newRow("a result that is another's input")
+        << "table.csv" << " Output/SaveFSelect=u.dat" << " Ref4/XafsFS=u.dat";
+    QTest::newRow("a result that is another session")
+        << "table.csv" << "" << " Output/SaveFSelect=1.ini";
+}
+
+void BatchTest::tabulatesNothingThatIsAnothers()
+{
+    QFETCH(QString, table);
+    QFETCH(QString, first);
+    QFETCH(QString, second);
+    write("u.dat", spectrum(1, 0, 0, 3));
+    const QStringList words = {"--table", path(table), session(first, "1.ini"),
+                               session(second, "2.ini")};
+    const QStringList before = filesAndSums();
+    const Run result = run(words);
+    QCOMPARE(result.status, 2);
+    QVERIFY(result.err.contains("would overwrite"));
+    QCOMPARE(filesAndSums(), before);
+}
+
 void BatchTest::leavesEveryFileAlone_data()
 {
     QTest::addColumn<QString>("arguments"); // S: a session, T: a spectrum
@@ -431,6 +562,10 @@ void BatchTest::leavesEveryFileAlone_data()
                               "T",
                               "--quiet=1 S",
                               "-ej S",
+                              "--table",
+                              "--table x.csv",
+                              "--table x.csv --result y S",
+                              "--table x.csv --advise 3 S",
                               "--advise 2 S",
                               "--advise 9 S",
                               "--advise S",
