@@ -5,9 +5,11 @@
 #include <algorithm>
 #include <cmath>
 #include <cstdio>
+#include <cstdlib>
 #include <fstream>
 #include <ostream>
 #include <stdexcept>
+#include <utility>
 
 namespace orvel::phantom {
 
@@ -159,6 +161,37 @@ bool compareField(const std::filesystem::path &path, const std::string &name,
     return good;
 }
 
+using CsvLine = std::vector<std::string>;
+
+/// Fields between commas, some in quotes with quotes doubled; lines end in CR LF.
+std::vector<CsvLine> readCsv(const std::filesystem::path &path)
+{
+    std::ifstream file(path, std::ios::binary);
+    if (!file) {
+        throw std::runtime_error(path.string() + ": cannot be read");
+    }
+    std::vector<CsvLine> lines;
+    for (std::string text; std::getline(file, text);) {
+        if (text.empty() || text.back() != '\r') {
+            throw std::runtime_error(path.string() + ": a line without CR LF");
+        }
+        text.pop_back();
+        CsvLine fields(1);
+        bool isQuoted = false;
+        for (const char c : text) {
+            if (c == '"') {
+                isQuoted = !isQuoted;
+            } else if (c == ',' && !isQuoted) {
+                fields.emplace_back();
+            } else {
+                fields.back() += c;
+            }
+        }
+        lines.push_back(fields);
+    }
+    return lines;
+}
+
 } // namespace
 
 bool compareMap(const Plan &plan, const std::filesystem::path &resultFile, std::ostream &out)
@@ -230,6 +263,59 @@ bool compareTarget(const Plan &plan, const std::filesystem::path &printed, std::
         good = compareField(printed, "CalcRes", line, -1, out);
     }
     return compareField(printed, "LCFRes", lcfExpectation(plan), kDecimals, out) && good;
+}
+
+bool compareTable(const std::filesystem::path &table, std::ostream &out)
+{
+    const std::vector<CsvLine> lines = readCsv(table);
+    if (lines.size() != kBeamtimeCells.size() + 1) {
+        throw std::runtime_error(table.string() + ": not a line for each sample");
+    }
+    const CsvLine &head = lines.front();
+    const auto columnOf = [&](const std::string &name) {
+        const auto found = std::find(head.begin(), head.end(), name);
+        if (found == head.end()) {
+            throw std::runtime_error(table.string() + ": no column " + name);
+        }
+        return static_cast<std::size_t>(found - head.begin());
+    };
+    const std::pair<const char *, std::size_t> means[] = { // and their places in a result vector
+        {"Ratio1_mean", 0},   {"Ratio2_mean", 1},   {"Ratio3_mean", 2},
+        {"Valence_mean", 11}, {"Amount_mean", 12},
+    };
+    const NonEquivalentExpectation expectation(*planNamed("nonequiv-vic"));
+    bool good = true;
+    for (std::size_t i = 0; i < kBeamtimeCells.size(); ++i) {
+        const BeamtimeCell &cell = kBeamtimeCells[i];
+        const CsvLine &line = lines[i + 1];
+        if (line.size() != head.size() ||
+            line[columnOf("session")].find(std::string(cell.name) + "/") == std::string::npos) {
+            throw std::runtime_error(table.string() + ": line " + std::to_string(i + 2) +
+                                     " is not that of " + cell.name);
+        }
+        std::vector<Expected> sums(13, {0.0, 0.0});
+        constexpr int kAll = kPixels * kPixels;
+        for (int pixel = 0; pixel < kAll; ++pixel) {
+            const Mixture truth = oxidised(
+                pixelTruth(Sample::Particles, pixel % kPixels, pixel / kPixels), cell.share);
+            const std::vector<Expected> expected = expectation.of(truth, Source::Pixel);
+            for (std::size_t q = 0; q < sums.size(); ++q) {
+                sums[q].value += expected[q].value / kAll;
+                sums[q].bound += expected[q].bound / kAll;
+            }
+        }
+        good = good && line[columnOf("status")] == "0";
+        for (const auto &[name, q] : means) {
+            const double found = std::strtod(line[columnOf(name)].c_str(), nullptr);
+            const double deviation = std::abs(found - sums[q].value);
+            constexpr double kSumming = 1e-12; // of 16384 numbers of about 1, either way
+            const bool isGood = deviation <= sums[q].bound + kSumming;
+            print(out, "%s %-12s %.6f  |d| %.2e  bound %.2e%s", cell.name, name, found, deviation,
+                  sums[q].bound, isGood ? "" : "  FAILED");
+            good = good && isGood;
+        }
+    }
+    return good;
 }
 
 } // namespace orvel::phantom

@@ -159,6 +159,15 @@ Mixture targetTruth(Sample sample)
     return {{0.0, 0.35, 0.65}, 0.90, {BackgroundKind::Victoreen, 0.03, 0.17, -0.02}};
 }
 
+Mixture oxidised(Mixture mixture, double share)
+{
+    for (double &ratio : mixture.ratio) {
+        ratio *= 1.0 - share;
+    }
+    mixture.ratio[Oxyhydroxide] += share;
+    return mixture;
+}
+
 StagePosition stagePosition(Sample sample, int column, int row)
 {
     return sample == Sample::Particles ? StagePosition{-80.0 + 1.25 * column, 20.0 + 1.25 * row}

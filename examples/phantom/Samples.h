@@ -2,6 +2,7 @@
 
 #include "Compounds.h"
 
+#include <array>
 #include <string>
 #include <vector>
 
@@ -44,6 +45,17 @@ Mixture pixelTruth(Sample sample, int column, int row);
 
 /// The sample's bulk spectrum: a fixed mix over a Victoreen background, whatever the maps have.
 Mixture targetTruth(Sample sample);
+
+/// A share of all material turned into oxyhydroxide: ratio_i (1 - share), plus the share itself.
+Mixture oxidised(Mixture mixture, double share);
+
+/// Samples of one beamtime: the particles, oxidised further from cell to cell.
+struct BeamtimeCell {
+    const char *name; ///< of its folder
+    double share;     ///< see oxidised()
+};
+inline constexpr std::array<BeamtimeCell, 3> kBeamtimeCells{
+    {{"cell-1", 0.0}, {"cell-2", 0.3}, {"cell-3", 0.6}}};
 
 struct StagePosition {
     double xUm, yUm; ///< exact in six significant digits, as result files print them

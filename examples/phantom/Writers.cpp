@@ -11,6 +11,7 @@
 #include <stdexcept>
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace orvel::phantom {
 
@@ -131,6 +132,8 @@ std::string beamlineScan(const Scan &scan, const Curve &mu)
     return out;
 }
 
+using Truth = std::function<Mixture(int column, int row)>;
+
 // ---- maps -------------------------------------------------------------------------------------
 
 /// Beam profile in whole counts, so exact in a text file.
@@ -167,13 +170,13 @@ std::string mapHeader(Sample sample, const MapFile &map)
     return {};
 }
 
-std::string textMap(Sample sample, const MapFile &map)
+std::string textMap(Sample sample, const MapFile &map, const Truth &truth)
 {
     std::string out = mapHeader(sample, map);
     for (int row = 0; row < kPixels; ++row) {
         for (int column = 0; column < kPixels; ++column) {
             const double transmission =
-                std::exp(-pixelTruth(sample, column, row).absorption(map.energyEv));
+                std::exp(-truth(column, row).absorption(map.energyEv));
             const double i0 = referenceCounts(column, row);
             const StagePosition at = stagePosition(sample, column, row);
             const std::string reference = fixedText(i0, 0);
@@ -197,14 +200,14 @@ std::string textMap(Sample sample, const MapFile &map)
 
 /// Text header padded with zero bytes to a multiple of 256, then the doubles, then one flag a
 /// pixel.
-std::string processedMap(Sample sample, const MapFile &map)
+std::string processedMap(Sample sample, const MapFile &map, const Truth &truth)
 {
     static_assert(std::endian::native == std::endian::little,
                   "the file holds little-endian doubles");
     std::vector<double> values;
     for (int row = 0; row < kPixels; ++row) {
         for (int column = 0; column < kPixels; ++column) {
-            values.push_back(pixelTruth(sample, column, row).absorption(map.energyEv));
+            values.push_back(truth(column, row).absorption(map.energyEv));
         }
     }
     const auto [least, greatest] = std::minmax_element(values.begin(), values.end());
@@ -229,12 +232,40 @@ std::string processedMap(Sample sample, const MapFile &map)
     return out;
 }
 
-void writeStack(const fs::path &folder, Sample sample)
+void writeStack(const fs::path &folder, Sample sample, const Truth &truth)
 {
     for (const MapFile &map : stackOf(sample)) {
-        save(folder / folderOf(sample) / map.name,
-             map.layout == MapLayout::Processed ? processedMap(sample, map) : textMap(sample, map));
+        save(folder / map.name, map.layout == MapLayout::Processed
+                                    ? processedMap(sample, map, truth)
+                                    : textMap(sample, map, truth));
     }
+}
+
+void makeFolders(const std::vector<fs::path> &folders)
+{
+    for (const fs::path &needed : folders) {
+        std::error_code error;
+        fs::create_directories(needed, error);
+        if (error) {
+            throw std::runtime_error("cannot create " + needed.string() + ": " + error.message());
+        }
+    }
+}
+
+void writeReferences(const fs::path &refs)
+{
+    const auto compound = [](std::size_t i) { return [i](double e) { return absorption(i, e); }; };
+    // The title holds the word "sample" in Shift-JIS, as old control programs write it.
+    save(refs / "metal.dat",
+         withCrLf(beamlineScan({"metal foil \x8e\x8e\x97\xbf", 3.1355, "12"}, compound(Metal))));
+    save(refs / "monoxide.dat", twoColumns("monoxide, pressed pellet", compound(Monoxide)));
+    save(refs / "oxyhydroxide.dat",
+         beamlineScan({"oxyhydroxide pellet", 1.6374723, "21"}, compound(Oxyhydroxide)));
+}
+
+Curve curveOf(const Mixture &mixture)
+{
+    return [mixture](double energyEv) { return mixture.absorption(energyEv); };
 }
 
 } // namespace
@@ -243,32 +274,34 @@ void writeExample(const fs::path &folder)
 {
     const fs::path results =
         fs::absolute(folder / "x").lexically_normal().parent_path().parent_path() / "results";
-    const fs::path refs = folder / "refs";
-    for (const fs::path &needed :
-         {refs, folder / folderOf(Sample::Particles), folder / folderOf(Sample::Film), results}) {
-        std::error_code error;
-        fs::create_directories(needed, error);
-        if (error) {
-            throw std::runtime_error("cannot create " + needed.string() + ": " + error.message());
-        }
-    }
-
-    const auto compound = [](std::size_t i) { return [i](double e) { return absorption(i, e); }; };
-    const auto target = [](Sample sample) {
-        return [mixture = targetTruth(sample)](double e) { return mixture.absorption(e); };
+    const fs::path particles = folder / folderOf(Sample::Particles);
+    const fs::path film = folder / folderOf(Sample::Film);
+    makeFolders({folder / "refs", particles, film, results});
+    writeReferences(folder / "refs");
+    save(particles / "target.dat",
+         twoColumns("particles, whole field of view", curveOf(targetTruth(Sample::Particles))));
+    save(film / "target.dat", beamlineScan({"film, fluorescence", 3.1356, "313"},
+                                           curveOf(targetTruth(Sample::Film))));
+    const auto truthOf = [](Sample sample) {
+        return [sample](int column, int row) { return pixelTruth(sample, column, row); };
     };
-    // The title holds the word "sample" in Shift-JIS, as old control programs write it.
-    save(refs / "metal.dat",
-         withCrLf(beamlineScan({"metal foil \x8e\x8e\x97\xbf", 3.1355, "12"}, compound(Metal))));
-    save(refs / "monoxide.dat", twoColumns("monoxide, pressed pellet", compound(Monoxide)));
-    save(refs / "oxyhydroxide.dat",
-         beamlineScan({"oxyhydroxide pellet", 1.6374723, "21"}, compound(Oxyhydroxide)));
-    save(folder / folderOf(Sample::Particles) / "target.dat",
-         twoColumns("particles, whole field of view", target(Sample::Particles)));
-    save(folder / folderOf(Sample::Film) / "target.dat",
-         beamlineScan({"film, fluorescence", 3.1356, "313"}, target(Sample::Film)));
-    writeStack(folder, Sample::Particles);
-    writeStack(folder, Sample::Film);
+    writeStack(particles, Sample::Particles, truthOf(Sample::Particles));
+    writeStack(film, Sample::Film, truthOf(Sample::Film));
+}
+
+void writeBeamtime(const fs::path &folder)
+{
+    makeFolders({folder / "refs"});
+    writeReferences(folder / "refs");
+    for (const BeamtimeCell &cell : kBeamtimeCells) {
+        const fs::path sample = folder / "samples" / cell.name;
+        makeFolders({sample});
+        save(sample / "target.dat",
+             twoColumns(cell.name, curveOf(oxidised(targetTruth(Sample::Particles), cell.share))));
+        writeStack(sample, Sample::Particles, [&cell](int column, int row) {
+            return oxidised(pixelTruth(Sample::Particles, column, row), cell.share);
+        });
+    }
 }
 
 } // namespace orvel::phantom

@@ -26,4 +26,9 @@ inline constexpr double kSpectrumError = 1.0e-10;
 /// Throws std::runtime_error naming the file that cannot be written.
 void writeExample(const std::filesystem::path &folder);
 
+/// Writes the samples of a beamtime: refs/ as above and, for each of kBeamtimeCells, a folder
+/// samples/NAME with target.dat and the stack of the particles, all of them of the oxidised
+/// mixtures. Throws as above.
+void writeBeamtime(const std::filesystem::path &folder);
+
 } // namespace orvel::phantom

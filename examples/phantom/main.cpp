@@ -16,6 +16,8 @@ enum ExitStatus { Good = 0, OutOfBounds = 1, Unusable = 2 };
 int usage()
 {
     std::cerr << "usage: orvel-phantom make DIR\n"
+                 "       orvel-phantom make-beamtime DIR\n"
+                 "       orvel-phantom compare-table TABLE\n"
                  "       orvel-phantom compare WHAT RESULTFILE\n"
                  "       orvel-phantom compare-target WHAT PRINTED\n"
                  "WHAT:";
@@ -32,6 +34,13 @@ int run(const std::vector<std::string_view> &arguments)
     if (arguments.size() == 2 && arguments[0] == "make") {
         writeExample(arguments[1]);
         return Good;
+    }
+    if (arguments.size() == 2 && arguments[0] == "make-beamtime") {
+        writeBeamtime(arguments[1]);
+        return Good;
+    }
+    if (arguments.size() == 2 && arguments[0] == "compare-table") {
+        return compareTable(arguments[1], std::cout) ? Good : OutOfBounds;
     }
     const Plan *plan = arguments.size() == 3 ? planNamed(arguments[1]) : nullptr;
     if (plan && arguments[0] == "compare") {
