@@ -18,21 +18,26 @@ bool isFinite(double value)
     return (bits & kExponent) != kExponent;
 }
 
-/// Sum of f(value) in eight interleaved lanes, which are added at the end: not one long chain of
-/// additions that wait for each other, and the same order everywhere.
-template <class F> double sumOf(const double *values, std::size_t n, F f)
+/// Calls add(lane, value) for every value, lanes 0 to 7 in turn: not one long chain of additions
+/// that wait for each other, and the same order everywhere.
+constexpr std::size_t kLanes = 8;
+using Lanes = std::array<double, kLanes>;
+
+template <class Add> void inLanes(const double *values, std::size_t n, Add add)
 {
-    constexpr std::size_t kLanes = 8;
-    std::array<double, kLanes> lanes = {};
     const std::size_t whole = n - n % kLanes;
     for (std::size_t i = 0; i < whole; i += kLanes) {
         for (std::size_t k = 0; k < kLanes; ++k) {
-            lanes[k] += f(values[i + k]);
+            add(k, values[i + k]);
         }
     }
     for (std::size_t i = whole; i < n; ++i) {
-        lanes[i - whole] += f(values[i]);
+        add(i - whole, values[i]);
     }
+}
+
+double total(const Lanes &lanes)
+{
     return ((lanes[0] + lanes[1]) + (lanes[2] + lanes[3])) +
            ((lanes[4] + lanes[5]) + (lanes[6] + lanes[7]));
 }
@@ -67,8 +72,8 @@ double medianOf(Column &values, std::size_t n, Column &middle)
     constexpr std::size_t kLow = kSample / 2 - kBeside;
     constexpr std::size_t kHigh = kSample / 2 + kBeside;
     std::nth_element(sample.begin(), sample.begin() + kLow, sample.end());
-    std::nth_element(sample.begin() + kLow, sample.begin() + kHigh, sample.end());
     const double low = sample[kLow];
+    std::nth_element(sample.begin() + kLow + 1, sample.begin() + kHigh, sample.end());
     const double high = sample[kHigh];
     middle.resize(std::max(middle.size(), n));
     std::size_t below = 0;
@@ -142,16 +147,23 @@ RegionStatistics RegionStatistician::summed(qint64 pixels, std::size_t finite)
     }
     const auto n = static_cast<double>(finite);
     const double *const values = m_values.data();
-    const double mean = sumOf(values, finite, [](double value) { return value; }) / n;
-    // The rounded mean lies a little beside the true one; what is left over mends it.
-    const double rest = sumOf(values, finite, [mean](double value) { return value - mean; }) / n;
-    found.mean = mean + rest;
+    Lanes sums = {};
+    inLanes(values, finite, [&sums](std::size_t k, double value) { sums[k] += value; });
+    const double mean = total(sums) / n;
+    // The rounded mean lies a little beside the true one: what is left over mends it, and the
+    // squares about it.
+    Lanes rests = {};
+    Lanes squares = {};
+    inLanes(values, finite, [&](std::size_t k, double value) {
+        const double rest = value - mean;
+        rests[k] += rest;
+        squares[k] += rest * rest;
+    });
+    const double rest = total(rests);
+    found.mean = mean + rest / n;
     if (finite > 1) {
-        const double centre = found.mean;
-        const double squares = sumOf(values, finite, [centre](double value) {
-            return (value - centre) * (value - centre);
-        });
-        found.deviation = std::sqrt(squares / (n - 1.0));
+        const double about = std::max(total(squares) - rest * rest / n, 0.0);
+        found.deviation = std::sqrt(about / (n - 1.0));
     }
     found.median = medianOf(m_values, finite, m_middle);
     return found;

@@ -6,9 +6,9 @@
 
 namespace orvel {
 
-inline constexpr int kMostRegions = 14;   ///< the plot list has so many colours beside black
-inline constexpr int kMostCorners = 256;  ///< of one polygon
-inline constexpr double kFarthest = 1e8;  ///< coordinates beyond it are no place in any map
+inline constexpr int kMostRegions = 14;  ///< the plot list has so many colours beside black
+inline constexpr int kMostCorners = 256; ///< of one polygon
+inline constexpr double kFarthest = 1e8; ///< coordinates beyond it are no place in any map
 
 /// A place in a map, in pixels: pixel (i, j) covers i <= x < i + 1, j <= y < j + 1.
 struct RegionPoint {

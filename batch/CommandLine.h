@@ -18,9 +18,9 @@ struct CommandLine {
     bool japanese = false;
     bool quiet = false;
     bool images = false;
-    int threads = 0;    ///< 0: all cores
-    QString resultPath; ///< as given; empty: the session's own
-    QString tablePath;  ///< with Table: as given
+    int threads = 0;          ///< 0: all cores
+    QString resultPath;       ///< as given; empty: the session's own
+    QString tablePath;        ///< with Table: as given
     QStringList sessionPaths; ///< one, or with Table any number
 
     // With Advise:

@@ -18,10 +18,10 @@ namespace {
 
 QByteArray headLine()
 {
-    QStringList names = {QStringLiteral("session"),    QStringLiteral("status"),
-                         QStringLiteral("CalcRes"),    QStringLiteral("TargetDMut"),
-                         QStringLiteral("LCFRes"),     QStringLiteral("width"),
-                         QStringLiteral("height"),     QStringLiteral("pixels")};
+    QStringList names = {QStringLiteral("session"), QStringLiteral("status"),
+                         QStringLiteral("CalcRes"), QStringLiteral("TargetDMut"),
+                         QStringLiteral("LCFRes"),  QStringLiteral("width"),
+                         QStringLiteral("height"),  QStringLiteral("pixels")};
     for (const QString &quantity : mapQuantityNames()) {
         names << quantity + QStringLiteral("_mean") << quantity + QStringLiteral("_finite");
     }
@@ -94,8 +94,8 @@ bool keepApart(const std::vector<OpenedSession> &sessions, const QString &tableP
     };
     for (const OpenedSession &session : sessions) {
         // A session that cannot be read is still a file not to be lost.
-        const QString lost =
-            overwrittenInput({tablePath}, session.inputs + session.outputs + QStringList(session.path));
+        const QString lost = overwrittenInput({tablePath}, session.inputs + session.outputs +
+                                                               QStringList(session.path));
         if (!lost.isEmpty()) {
             refuse(QStringLiteral("the table %1").arg(tablePath), lost);
         }

@@ -4,6 +4,7 @@
 #include "bench/FileWorks.h"
 #include "bench/MapWorks.h"
 #include "bench/PaintWorks.h"
+#include "bench/RegionWork.h"
 #include "bench/WindowWorks.h"
 
 namespace orvel::bench {
@@ -19,6 +20,7 @@ const std::vector<NamedWork> &works()
         {"fourpoint-map", makeFourPointMap},
         {"fourpoint-map-again", makeFourPointMapAgain},
         {"advise", makeAdvise},
+        {"region-stats", makeRegionStats},
         {"write-map", makeWriteMap},
         {"read-spectrum", makeReadSpectrum},
         {"read-processed", makeReadProcessed},

@@ -10,8 +10,8 @@
 
 namespace orvel {
 
-/// A region as session files hold it: "COLOUR Rectangle X0 Y0 X1 Y1" or "COLOUR Polygon X Y X Y ...",
-/// numbers with as many digits as they need.
+/// A region as session files hold it: "COLOUR Rectangle X0 Y0 X1 Y1" or "COLOUR Polygon X Y X Y
+/// ...", numbers with as many digits as they need.
 QString textOf(const Region &region);
 /// None for what is no valid region.
 std::optional<Region> regionFromText(const QString &text);

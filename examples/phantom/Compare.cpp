@@ -279,8 +279,9 @@ bool compareTable(const std::filesystem::path &table, std::ostream &out)
         }
         return static_cast<std::size_t>(found - head.begin());
     };
-    const std::pair<const char *, std::size_t> means[] = { // and their places in a result vector
-        {"Ratio1_mean", 0},   {"Ratio2_mean", 1},   {"Ratio3_mean", 2},
+    const std::pair<const char *, std::size_t> means[] = {
+        // and their places in a result vector
+        {"Ratio1_mean", 0},   {"Ratio2_mean", 1},  {"Ratio3_mean", 2},
         {"Valence_mean", 11}, {"Amount_mean", 12},
     };
     const NonEquivalentExpectation expectation(*planNamed("nonequiv-vic"));

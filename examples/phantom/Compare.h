@@ -22,7 +22,8 @@ bool compareMap(const Plan &plan, const std::filesystem::path &resultFile, std::
 bool compareTarget(const Plan &plan, const std::filesystem::path &printed, std::ostream &out);
 
 /// A table of the beamtime's samples, one line each, known by the folder in its first column: every
-/// status 0, the means of all ratios, of valence and amount within the mean of their pixels' bounds.
+/// status 0, the means of all ratios, of valence and amount within the mean of their pixels'
+/// bounds.
 bool compareTable(const std::filesystem::path &table, std::ostream &out);
 
 } // namespace orvel::phantom

@@ -175,8 +175,7 @@ std::string textMap(Sample sample, const MapFile &map, const Truth &truth)
     std::string out = mapHeader(sample, map);
     for (int row = 0; row < kPixels; ++row) {
         for (int column = 0; column < kPixels; ++column) {
-            const double transmission =
-                std::exp(-truth(column, row).absorption(map.energyEv));
+            const double transmission = std::exp(-truth(column, row).absorption(map.energyEv));
             const double i0 = referenceCounts(column, row);
             const StagePosition at = stagePosition(sample, column, row);
             const std::string reference = fixedText(i0, 0);
@@ -280,8 +279,8 @@ void writeExample(const fs::path &folder)
     writeReferences(folder / "refs");
     save(particles / "target.dat",
          twoColumns("particles, whole field of view", curveOf(targetTruth(Sample::Particles))));
-    save(film / "target.dat", beamlineScan({"film, fluorescence", 3.1356, "313"},
-                                           curveOf(targetTruth(Sample::Film))));
+    save(film / "target.dat",
+         beamlineScan({"film, fluorescence", 3.1356, "313"}, curveOf(targetTruth(Sample::Film))));
     const auto truthOf = [](Sample sample) {
         return [sample](int column, int row) { return pixelTruth(sample, column, row); };
     };

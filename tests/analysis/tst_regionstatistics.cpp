@@ -101,10 +101,9 @@ void RegionStatisticsTest::pixels_data()
     QTest::newRow("all") << rectangle(-1e8, -1e8, 1e8, 1e8) << all;
     QTest::newRow("left of it") << rectangle(-3, 0, 0, 4) << none;
     QTest::newRow("above it") << rectangle(0, 4, 5, 9) << none;
-    QTest::newRow("triangle") << polygon({{0, 0}, {4.2, 0}, {0, 4.2}})
-                              << "####. ###.. ##... #....";
-    QTest::newRow("either way round") << polygon({{0, 4.2}, {4.2, 0}, {0, 0}})
-                                      << "####. ###.. ##... #....";
+    QTest::newRow("triangle") << polygon({{0, 0}, {4.2, 0}, {0, 4.2}}) << "####. ###.. ##... #....";
+    QTest::newRow("either way round")
+        << polygon({{0, 4.2}, {4.2, 0}, {0, 0}}) << "####. ###.. ##... #....";
     QTest::newRow("a diagonal through centres") // a centre on the left edge counts
         << polygon({{0, 0}, {4, 4}, {4, 0}}) << "####. .###. ..##. ...#.";
     QTest::newRow("between centres") << polygon({{0.6, 0.6}, {1.4, 0.6}, {1.4, 1.4}}) << none;
@@ -186,10 +185,10 @@ void RegionStatisticsTest::refusesWhatIsNoRegion()
     many.corners.resize(kMostCorners + 1, {5, 5});
     Region black = rectangle(0, 0, 1, 1);
     black.colour = 0;
-    for (const Region &bad :
-         {rectangle(0, 0, 1.5, 1), rectangle(1, 0, 1, 1), rectangle(2, 2, 1, 1),
-          rectangle(kNan, 0, 1, 1), rectangle(0, 0, kInf, 1), polygon({}), polygon({{0, 0}, {1, 1}}),
-          polygon({{0, 0}, {9, 0}, {kNan, 9}}), polygon({{0, 0}, {2e8, 0}, {0, 9}}), many, black}) {
+    for (const Region &bad : {rectangle(0, 0, 1.5, 1), rectangle(1, 0, 1, 1), rectangle(2, 2, 1, 1),
+                              rectangle(kNan, 0, 1, 1), rectangle(0, 0, kInf, 1), polygon({}),
+                              polygon({{0, 0}, {1, 1}}), polygon({{0, 0}, {9, 0}, {kNan, 9}}),
+                              polygon({{0, 0}, {2e8, 0}, {0, 9}}), many, black}) {
         QVERIFY(!bad.isValid());
         QVERIFY(pixelsOf(bad, 5, 5).empty() && !contains(bad, {0.5, 0.5}));
     }
@@ -276,7 +275,8 @@ void RegionStatisticsTest::numbersAreThoseOfThePlainFormulas()
                 squares += (value - mean) * (value - mean);
             }
             std::sort(values.begin(), values.end());
-            const double median = n % 2 ? values[n / 2] : 0.5 * values[n / 2 - 1] + 0.5 * values[n / 2];
+            const double median =
+                n % 2 ? values[n / 2] : 0.5 * values[n / 2 - 1] + 0.5 * values[n / 2];
             QVERIFY2(found.median == median, order);
             // Eight lanes of n / 8 roundings each, of numbers of one sign.
             const double rounding = n * std::numeric_limits<double>::epsilon();

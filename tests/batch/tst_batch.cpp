@@ -412,8 +412,9 @@ void BatchTest::writesRegions()
 {
     // Ratios of the six pixels by three points, row by row: tau = (7 a + 2 b - a) / (2 a + 2 b)
     // with pixel a A + b B, ratio = (tau - 1) / 2: 0, 0.5, 1; -0.5, nan, 0.25.
-    const QString regions = " Regions/Region1=3~Rectangle~0~0~9~1 Regions/Region2=1~Polygon~0~1~3~1~3~2~0~2"
-                            " Regions/Region3=2~Rectangle~7~7~8~8";
+    const QString regions =
+        " Regions/Region1=3~Rectangle~0~0~9~1 Regions/Region2=1~Polygon~0~1~3~1~3~2~0~2"
+        " Regions/Region3=2~Rectangle~7~7~8~8";
     QCOMPARE(run({session(kResult + regions)}).status, 0);
     const QString csv = QString::fromUtf8(read("r_Regions.csv"));
     const QStringList lines = csv.split("\r\n");
@@ -464,8 +465,8 @@ void BatchTest::tabulates()
                      "Ratio1_finite,Ratio2_mean,Ratio2_finite"));
     QCOMPARE(head.size(), 8 + 2 * 20);
     QString name = good;
-    QVERIFY(lines[1].startsWith('"' + name.replace('"', "\"\"") + "\",0,\"" + k3ps +
-                                "\",,\"" + kLcf + "\",3,2,6,"));
+    QVERIFY(lines[1].startsWith('"' + name.replace('"', "\"\"") + "\",0,\"" + k3ps + "\",,\"" +
+                                kLcf + "\",3,2,6,"));
     // Ratios as in writesRegions: 5 finite pixels, mean (0 + 0.5 + 1 - 0.5 + 0.25) / 5; the rest 1.
     const QStringList cells = lines[1].section("3,2,6,", 1).split(',');
     QCOMPARE(cells.size(), 2 * 20);
@@ -475,7 +476,7 @@ void BatchTest::tabulates()
     QCOMPARE(cells[1] + ' ' + cells[3], QString("5 5"));
     QVERIFY(std::fabs(mean("Ratio1") - 0.25) < 1e-12);
     QVERIFY(std::fabs(mean("Ratio2") - 0.75) < 1e-12);
-    QVERIFY(std::fabs(mean("Valence") - 5.0) < 1e-12); // 2 a + 6 (1 - a)
+    QVERIFY(std::fabs(mean("Valence") - 5.0) < 1e-12);     // 2 a + 6 (1 - a)
     QCOMPARE(cells.mid(4, 18).join(QString()), QString()); // what this method does not give
 
     // Every session runs, and the table of before is replaced; the first that applies counts.
@@ -508,16 +509,25 @@ void BatchTest::tabulatesNothingThatIsAnothers_data()
     QTest::addColumn<QString>("table");
     QTest::addColumn<QString>("first");
     QTest::addColumn<QString>("second");
-    QTest::newRow("a session") << "2.ini" << "" << "";
-    QTest::newRow("an input") << "t.dat" << "" << "";
-    QTest::newRow("an input by another name") << "sub/../t.dat" << "" << "";
+    QTest::newRow("a session") << "2.ini"
+                               << ""
+                               << "";
+    QTest::newRow("an input") << "t.dat"
+                              << ""
+                              << "";
+    QTest::newRow("an input by another name") << "sub/../t.dat"
+                                              << ""
+                                              << "";
     QTest::newRow("a result") << "r.dat" << kResult << "";
-    QTest::newRow("a histogram") << "r_HGThick.dat" << "" << kResult;
+    QTest::newRow("a histogram") << "r_HGThick.dat"
+                                 << "" << kResult;
     QTest::newRow("two with one result") << "table.csv" << kResult << kResult;
-    QTest::newRow("a result that is another's input")
-        << "table.csv" << " Output/SaveFSelect=u.dat" << " Ref4/XafsFS=u.dat";
-    QTest::newRow("a result that is another session")
-        << "table.csv" << "" << " Output/SaveFSelect=1.ini";
+    QTest::newRow("a result that is another's input") << "table.csv"
+                                                      << " Output/SaveFSelect=u.dat"
+                                                      << " Ref4/XafsFS=u.dat";
+    QTest::newRow("a result that is another session") << "table.csv"
+                                                      << ""
+                                                      << " Output/SaveFSelect=1.ini";
 }
 
 void BatchTest::tabulatesNothingThatIsAnothers()

@@ -140,8 +140,7 @@ void SessionFileTest::readsAndWritesEveryKey()
     expected += "|method true 1 1 1 1|histogram 1 2 3 true|histogram 4 5 6 true|record" +
                 QString(" off").repeated(13) + "|result " + folder.path() + "/../out/map.v1.dat" +
                 "|quantities 10 6|graphs 3 false|shown true false false false 7|displayed " +
-                folder.path() + "/one.dat /else/two.dat" +
-                "|region 14 Rectangle -1 2 3 40 true" +
+                folder.path() + "/one.dat /else/two.dat" + "|region 14 Rectangle -1 2 3 40 true" +
                 "|region 1 Polygon 0.5 0 1e-05 7.25 8 9 0 0 true|regions true";
     const SessionReading reading = read(fullSession());
     QCOMPARE(reading.error + (reading.notes + reading.viewNotes).join('|'), QString());
@@ -272,7 +271,8 @@ void SessionFileTest::regions_data()
           "1 Polygon 0 0 1 0 inf 1", "1 Polygon 0 0 1 0 x 1"}) {
         QTest::newRow(bad) << bad << false;
     }
-    QTest::newRow("as many corners as may be") << "1 Polygon" + QString(" 1 2").repeated(256) << true;
+    QTest::newRow("as many corners as may be")
+        << "1 Polygon" + QString(" 1 2").repeated(256) << true;
     QTest::newRow("one more") << "1 Polygon" + QString(" 1 2").repeated(257) << false;
 }
 
@@ -283,8 +283,8 @@ void SessionFileTest::regions()
     const SessionReading session =
         read(kHead + "[Regions]\nRegion3=" + text.toUtf8() + "\nRegion14=2 Rectangle 0 0 1 1\n");
     QCOMPARE(session.error, QString());
-    QCOMPARE(session.notes, isTaken ? QStringList()
-                                    : QStringList("Regions/Region3 is no region, ignored"));
+    QCOMPARE(session.notes,
+             isTaken ? QStringList() : QStringList("Regions/Region3 is no region, ignored"));
     const std::vector<Region> &regions = session.state.texts.regions;
     QCOMPARE(regions.size(), isTaken ? size_t(2) : size_t(1)); // the others stay
     QCOMPARE(textOf(regions.back()), QString("2 Rectangle 0 0 1 1"));
