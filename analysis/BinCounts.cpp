@@ -29,7 +29,13 @@ void BinCounts::setUp(const HistogramSettings &settings)
     m_step = (settings.to - settings.from) / (settings.boxes - 1);
     m_from = settings.from - m_step / 2;
     m_to = settings.to + m_step / 2;
-    m_counts.assign(static_cast<size_t>(std::max(0, settings.boxes)), 0);
+    m_counts.resize(static_cast<size_t>(std::max(0, settings.boxes)));
+    clear();
+}
+
+void BinCounts::clear()
+{
+    std::fill(m_counts.begin(), m_counts.end(), 0);
     m_underflow = 0;
     m_overflow = 0;
     m_largest = 0;

@@ -25,6 +25,9 @@ public:
     /// not-a-number.
     void setUp(const HistogramSettings &settings);
 
+    /// Empties the boxes and leaves their limits.
+    void clear();
+
     /// Adds one value to box trunc((value - from) / step). Truncation is toward zero: a value
     /// less than one box below from() falls into the first box. Other values outside add to
     /// underflow or overflow. What is no finite number, or 2^31 boxes and more away, adds to

@@ -159,8 +159,8 @@ OpenedSession openSession(const CommandLine &commandLine, const QString &path)
                              ? session.texts.resultFile
                              : QDir::current().absoluteFilePath(commandLine.resultPath);
     if (!session.resultPath.isEmpty()) {
-        session.outputs = resultPaths(session.resultPath, session.texts.advanced,
-                                      !session.texts.regions.empty());
+        session.outputs =
+            resultPaths(session.resultPath, session.texts.advanced, !session.texts.regions.empty());
         if (commandLine.images) {
             session.outputs += imagePaths(session.resultPath);
         }

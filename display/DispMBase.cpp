@@ -73,6 +73,11 @@ void DispMBase::showValue(const QString &text)
     m_ui->Val->setCursorPosition(0);
 }
 
+void DispMBase::addToHeader(QWidget *widget)
+{
+    m_ui->HeaderL->insertWidget(m_ui->HeaderL->indexOf(m_ui->PopDockB), widget);
+}
+
 void DispMBase::updateSurface()
 {
     area()->update();

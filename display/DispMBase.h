@@ -35,6 +35,8 @@ public:
     void setLimits(double low, double high);
     /// The value under the pointer; empty outside the map.
     void showValue(const QString &text);
+    /// Puts a widget of the owner beside the button that pops the map out.
+    void addToHeader(QWidget *widget);
     /// Repaints surface and bar, wherever they are.
     void updateSurface();
 

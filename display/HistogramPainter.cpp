@@ -48,25 +48,27 @@ void drawHistogramGrid(QPainter &painter, const ChCoord &coord, double low, doub
     }
 }
 
-void drawHistogramBars(QPainter &painter, const ChCoord &coord, const HistogramBars &bars,
-                       const QColor &colour)
+namespace {
+
+/// Boxes as they are drawn: those that share a pixel column are one, with the highest count.
+struct DrawnBox {
+    double x0;
+    double x1;
+    std::int32_t count;
+};
+
+std::vector<DrawnBox> drawnBoxes(const ChCoord &coord, const HistogramBars &bars)
 {
+    std::vector<DrawnBox> boxes;
     const double left = std::min(coord.frameX0(), coord.frameX1());
     const double right = std::max(coord.frameX0(), coord.frameX1());
-    const double top = std::min(coord.frameY0(), coord.frameY1());
-    const double bottom = std::max(coord.frameY0(), coord.frameY1());
-    const auto clampY = [&](double y) { return std::clamp(y, top, bottom); };
-    const double zero = coord.sy(0.0);
     const auto edge = [&](std::size_t i) {
         return coord.sx(bars.from + static_cast<double>(i) * bars.step);
     };
-    if (!std::isfinite(zero) || !std::isfinite(edge(0)) ||
+    if (!std::isfinite(coord.sy(0.0)) || !std::isfinite(edge(0)) ||
         !std::isfinite(edge(bars.counts.size()))) {
-        return;
+        return boxes;
     }
-    const QColor fill = colour.lighter(160);
-    // All with an outline or none: rounded to pixels, equal bars differ in width.
-    const bool isOutlined = std::fabs(edge(1) - edge(0)) >= 4.0;
     for (std::size_t i = 0; i < bars.counts.size();) {
         const double from = edge(i);
         double to = edge(i + 1);
@@ -79,13 +81,37 @@ void drawHistogramBars(QPainter &painter, const ChCoord &coord, const HistogramB
         }
         const double x0 = std::max(left, std::floor(std::min(from, to)));
         const double x1 = std::min(right, std::floor(std::max(from, to)));
-        if (count <= 0 || !(x1 >= x0)) {
+        if (x1 >= x0) {
+            boxes.push_back({x0, x1, count});
+        }
+    }
+    return boxes;
+}
+
+/// Screen line of a count, within the frame.
+double heightOf(const ChCoord &coord, double count)
+{
+    const double top = std::min(coord.frameY0(), coord.frameY1());
+    const double bottom = std::max(coord.frameY0(), coord.frameY1());
+    return std::clamp(std::floor(coord.sy(count)), top, bottom);
+}
+
+} // namespace
+
+void drawHistogramBars(QPainter &painter, const ChCoord &coord, const HistogramBars &bars,
+                       const QColor &colour)
+{
+    const QColor fill = colour.lighter(160);
+    // All with an outline or none: rounded to pixels, equal bars differ in width.
+    const bool isOutlined = std::fabs(coord.sdx(bars.step)) >= 4.0;
+    for (const DrawnBox &box : drawnBoxes(coord, bars)) {
+        if (box.count <= 0) {
             continue;
         }
-        const double y0 = clampY(std::floor(coord.sy(count)));
-        const double y1 = clampY(std::floor(zero));
-        const QRectF bar(QPointF(x0, std::min(y0, y1)),
-                         QPointF(std::max(x1, x0 + 1.0), std::max(y0, y1)));
+        const double y0 = heightOf(coord, box.count);
+        const double y1 = heightOf(coord, 0.0);
+        const QRectF bar(QPointF(box.x0, std::min(y0, y1)),
+                         QPointF(std::max(box.x1, box.x0 + 1.0), std::max(y0, y1)));
         painter.fillRect(bar, fill);
         if (isOutlined) {
             painter.setPen(colour);
@@ -93,6 +119,33 @@ void drawHistogramBars(QPainter &painter, const ChCoord &coord, const HistogramB
             painter.drawRect(bar);
         }
     }
+}
+
+void drawHistogramSteps(QPainter &painter, const ChCoord &coord, const HistogramBars &bars,
+                        const QColor &colour)
+{
+    constexpr double kWidth = 2.0;
+    painter.setPen(QPen(colour, kWidth));
+    painter.setBrush(Qt::NoBrush);
+    const double zero = heightOf(coord, 0.0);
+    QPolygonF line;
+    const auto drawRun = [&] {
+        if (!line.isEmpty()) {
+            line.prepend(QPointF(line.first().x(), zero));
+            line.append(QPointF(line.last().x(), zero));
+            painter.drawPolyline(line);
+            line.clear();
+        }
+    };
+    for (const DrawnBox &box : drawnBoxes(coord, bars)) {
+        if (box.count <= 0) {
+            drawRun();
+            continue;
+        }
+        const double y = heightOf(coord, box.count);
+        line << QPointF(box.x0, y) << QPointF(box.x1, y);
+    }
+    drawRun();
 }
 
 } // namespace orvel

@@ -37,4 +37,8 @@ void drawHistogramGrid(QPainter &painter, const ChCoord &coord, double low, doub
 void drawHistogramBars(QPainter &painter, const ChCoord &coord, const HistogramBars &bars,
                        const QColor &colour);
 
+/// The outline of the boxes that hold something, for histograms that lie over another.
+void drawHistogramSteps(QPainter &painter, const ChCoord &coord, const HistogramBars &bars,
+                        const QColor &colour);
+
 } // namespace orvel

@@ -9,6 +9,7 @@
 #include "panel/EnergyAdviserDialog.h"
 #include "panel/Manual.h"
 #include "panel/PointHeader.h"
+#include "panel/RegionPanel.h"
 #include "panel/TabOrder.h"
 #include "panel/ToolTips.h"
 #include "session/ResultPaths.h"
@@ -21,6 +22,7 @@
 #include <QFileDialog>
 #include <QScrollBar>
 #include <QTimer>
+#include <QToolButton>
 
 #include <algorithm>
 
@@ -62,6 +64,7 @@ FourPs::FourPs(QWidget *parent)
     m_amountHistogram =
         std::make_unique<Histgram>(m_ui->HgTFrom, m_ui->HgTTo, m_ui->HgTBoxes, m_ui->HgTAuto);
     makeAdvanced();
+    makeRegions();
     makeRows();
     fitFields();
     m_ui->ResultMap->setTitle(tr("Result Map"));
@@ -207,8 +210,8 @@ void FourPs::fitFields()
 {
     QFont small = font();
     small.setPointSizeF(qMin(small.pointSizeF(), kSmallPointSize));
-    QList<QWidget *> crowded = {m_ui->HgSelectF, m_ui->MapSelectF, m_ui->CalcRes, m_ui->LCFRes,
-                                findChild<PointHeader *>()};
+    QList<QWidget *> crowded = {m_ui->HgSelectF, m_ui->MapSelectF, m_regions,
+                                m_ui->CalcRes,   m_ui->LCFRes,     findChild<PointHeader *>()};
     for (int i = 0; i < orvel::kQuantities; ++i) {
         crowded.append(recordButton(orvel::quantityAt(i)));
     }
@@ -667,9 +670,11 @@ void FourPs::warnOfOverwriting()
 {
     const QString result = m_ui->SaveFSelect->text();
     const QString input =
-        result.isEmpty() ? QString()
-                         : orvel::overwrittenInput(orvel::resultPaths(result, m_advanced->texts()),
-                                                   inputPaths());
+        result.isEmpty()
+            ? QString()
+            : orvel::overwrittenInput(
+                  orvel::resultPaths(result, m_advanced->texts(), !m_regions->regions().empty()),
+                  inputPaths());
     m_ui->SaveFSelect->showProblem(
         input.isEmpty() ? QString() : tr("Writing replaces the input %1").arg(input));
 }
@@ -797,6 +802,30 @@ void FourPs::useEnergies(const orvel::ExpectedPrecision &design)
     }
     updateMarkLines();
     calcBoth();
+}
+
+/// The button above the map, what belongs to it below the choice of maps.
+void FourPs::makeRegions()
+{
+    m_regions = new RegionPanel(m_ui->ResultMap->area(), this);
+    m_ui->ResultMap->addToHeader(m_regions->button());
+    m_ui->MapsL->addWidget(m_regions);
+    QStringList titles;
+    for (int i = 0; i < orvel::kMapQuantities; ++i) {
+        titles << mapButton(orvel::quantityAt(i))->text();
+    }
+    m_regions->setTitles(titles);
+    connect(m_regions, &RegionPanel::changed, this, [this] {
+        warnOfOverwriting(); // a table of them would be written too
+        countRegions();
+        m_ui->ResultMap->updateSurface();
+        updatePlots();
+    });
+    connect(m_regions, &RegionPanel::couldNotWrite, this, [this](const QString &path) {
+        writeMessage(tr("Can't open the file [%1]").arg(path));
+    });
+    connect(m_ui->ShowMap, &QCheckBox::toggled, this,
+            [this](bool on) { m_regions->setVisible(on && m_regions->button()->isChecked()); });
 }
 
 /// Looks at every intensity of images that are new, so only when somebody can see the answer.

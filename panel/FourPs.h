@@ -9,6 +9,7 @@
 #include "display/MarkLines.h"
 #include "panel/plots/ComparisonPlot.h"
 #include "panel/plots/ImageDifferences.h"
+#include "panel/plots/RegionGroups.h"
 #include "panel/plots/ScatterPlot.h"
 #include "session/SessionTexts.h"
 #include "spectra/RefFiles.h"
@@ -31,6 +32,7 @@ class QFileDialog;
 class QRadioButton;
 class QCheckBox;
 class AdvancedPanel;
+class RegionPanel;
 namespace orvel {
 class PixelWindow;
 }
@@ -117,6 +119,7 @@ private:
     void warnOfOverwriting();
     void makeAdvanced();
     void adviseOnEnergies();
+    void makeRegions();
     void offerCounts();
     void enableWhatCounts();
     void connectInputs();
@@ -159,6 +162,8 @@ private:
     void showResults(const orvel::MapOutcome &outcome);
     void countShownHistogram();
     void runPrecision();
+    void countRegions();
+    int validReferenceCount() const;
     orvel::BinCounts visibleCounts(orvel::Quantity quantity,
                                    const orvel::HistogramSettings &settings) const;
 
@@ -190,6 +195,9 @@ private:
     AdvancedPanel *m_advanced = nullptr;
     orvel::PixelWindow *m_pixelWindow = nullptr; ///< made at first use
     EnergyAdviserDialog *m_adviser = nullptr;    ///< once it was wanted
+    RegionPanel *m_regions = nullptr;
+    std::vector<orvel::RegionGroup> m_regionGroups; ///< of the regions, for the plots
+    int m_regionRevision = 0;
     bool m_wasShown = false;
     bool m_wasSplit = false; ///< by the user
     bool m_isHeld = false;   ///< while a session is taken over nothing is calculated

@@ -7,6 +7,7 @@
 #include "images/AEPoint.h"
 #include "panel/AdvancedPanel.h"
 #include "panel/PixelWindow.h"
+#include "panel/RegionPanel.h"
 #include "panel/plots/HistogramPlot.h"
 #include "panel/plots/MutsPlot.h"
 #include "spectra/ARefFile.h"
@@ -127,6 +128,9 @@ void FourPs::drawMap(QStylePainter *p)
         p->setPen(Qt::black);
         p->drawRect(pixel.adjusted(-2, -2, 1, 1));
     }
+    if (!map.isEmpty()) {
+        m_regions->tool()->paint(*p, m_colours);
+    }
 }
 
 void FourPs::drawDMap(QStylePainter *p)
@@ -246,6 +250,15 @@ void FourPs::updatePlots()
 
 void FourPs::draw(Displays::DispId id, DispABase *dab, QStylePainter *p)
 {
+    const auto withRegions = [this](orvel::HistogramPlot plot,
+                                    orvel::BinCounts orvel::RegionGroup::*counts) {
+        for (const orvel::RegionGroup &group : m_regionGroups) {
+            plot.parts.push_back({group.*counts, group.colour});
+            plot.colour = Qt::darkGray; // or it might be that of a region
+        }
+        plot.partsAlone = m_regions->areAlone();
+        return plot;
+    };
     switch (id) {
     case Displays::DRef1:
     case Displays::DRef2:
@@ -260,14 +273,18 @@ void FourPs::draw(Displays::DispId id, DispABase *dab, QStylePainter *p)
         drawComparison(dab, p);
         break;
     case Displays::DHistA:
-        orvel::drawHistogramPlot(p, *dab, histogramButton(chosenHistogram())->text(), tr("Num."),
-                                 {m_ui->HgAFrom->text().toDouble(), m_ui->HgATo->text().toDouble(),
-                                  m_shownCounts, m_colours.colour(2), m_maps != nullptr});
+        orvel::drawHistogramPlot(
+            p, *dab, histogramButton(chosenHistogram())->text(), tr("Num."),
+            withRegions({m_ui->HgAFrom->text().toDouble(), m_ui->HgATo->text().toDouble(),
+                         m_shownCounts, m_colours.colour(2), m_maps != nullptr},
+                        &orvel::RegionGroup::shown));
         break;
     case Displays::DHistDMut:
-        orvel::drawHistogramPlot(p, *dab, tr("Thick."), tr("Num."),
-                                 {m_ui->HgTFrom->text().toDouble(), m_ui->HgTTo->text().toDouble(),
-                                  m_shownAmounts, m_colours.colour(8), m_maps != nullptr});
+        orvel::drawHistogramPlot(
+            p, *dab, tr("Thick."), tr("Num."),
+            withRegions({m_ui->HgTFrom->text().toDouble(), m_ui->HgTTo->text().toDouble(),
+                         m_shownAmounts, m_colours.colour(8), m_maps != nullptr},
+                        &orvel::RegionGroup::amounts));
         break;
     case Displays::DDMutVorA:
         drawAmounts(dab, p);
@@ -329,8 +346,16 @@ void FourPs::drawAmounts(DispABase *dab, QStylePainter *p)
 {
     const orvel::MapValues valence = valuesOf(Quantity::Valence);
     const orvel::MapValues amount = valuesOf(Quantity::Amount);
+    orvel::ScatterParts parts;
+    for (const orvel::RegionGroup &group : m_regionGroups) {
+        parts.list.push_back({group.pixels, group.colour});
+    }
+    parts.width = valence.width;
+    parts.alone = m_regions->areAlone();
+    parts.revision = m_regionRevision;
     m_amountScatter.draw(p, *dab, tr("Valence"), tr("Thick."), valence.values, amount.values,
-                         static_cast<size_t>(amount.count), m_maps, m_colours.colour(2));
+                         static_cast<size_t>(amount.count), m_maps,
+                         parts.list.empty() ? m_colours.colour(2) : QColor(Qt::lightGray), parts);
 }
 
 /// Absorption differences of every pixel: the two used rows that are no V point, and the V point.

@@ -5,6 +5,7 @@
 #include "display/Histgram.h"
 #include "images/AEPoint.h"
 #include "panel/AdvancedPanel.h"
+#include "panel/RegionPanel.h"
 #include "spectra/ARefFile.h"
 #include "spectra/AXafsFileSelect.h"
 #include "ui_FourPs.h"
@@ -121,6 +122,7 @@ orvel::SessionTexts FourPs::texts() const
         texts.record[static_cast<size_t>(i)] = recordButton(orvel::quantityAt(i))->isChecked();
     }
     // A typed name is taken from the working directory, a session's from the session's folder.
+    texts.regions = m_regions->regions();
     texts.resultFile = m_ui->SaveFSelect->text();
     if (!texts.resultFile.isEmpty() && QDir::isRelativePath(texts.resultFile)) {
         texts.resultFile = QDir::current().absoluteFilePath(texts.resultFile);
@@ -149,6 +151,7 @@ orvel::ViewTexts FourPs::view() const
         view.displayFiles.append(m_ui->SelectedFs->item(i)->text());
     }
     m_advanced->readView(view);
+    view.regionsAlone = m_regions->alone();
     return view;
 }
 
@@ -188,6 +191,7 @@ void FourPs::setTexts(const orvel::SessionTexts &texts)
     }
     m_ui->SaveFSelect->setText(texts.resultFile);
     m_advanced->setTexts(texts.advanced);
+    m_regions->setRegions(texts.regions);
 
     // Shifts before files, so that found edges are shifted too; edges and energies last, since
     // files bring their own.
@@ -233,6 +237,7 @@ void FourPs::setView(const orvel::ViewTexts &view)
 {
     using orvel::GraphNormalization;
     m_advanced->setView(view);
+    m_regions->setAlone(view.regionsAlone);
     const bool isShown =
         orvel::indexOf(view.mapQuantity) < kQuantities || m_advanced->texts().wantsSigmaMaps();
     mapButton(isShown ? view.mapQuantity : Quantity::Valence)->setChecked(true);

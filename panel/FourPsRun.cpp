@@ -5,8 +5,10 @@
 #include "display/DispMBase.h"
 #include "display/Histgram.h"
 #include "panel/AdvancedPanel.h"
+#include "panel/RegionPanel.h"
 #include "panel/WaitCursor.h"
 #include "session/MessageText.h"
+#include "session/RegionTexts.h"
 #include "session/ResultPaths.h"
 #include "session/SessionFile.h"
 #include "spectra/ARefFile.h"
@@ -135,6 +137,7 @@ void FourPs::showResults(const orvel::MapOutcome &outcome)
         mapButton(orvel::Quantity::Valence)->setChecked(true);
     }
     m_advanced->showMap(*m_maps);
+    m_regions->setResults(m_maps, validReferenceCount());
     offerCounts();
     if (sizeChanged) {
         m_ui->ResultMap->clearScale();
@@ -179,6 +182,40 @@ void FourPs::countShownHistogram()
     }
     if (spanOf(m_shownCounts) != oldSpan) {
         m_ui->Disps->panel(Displays::DHistA)->clearScale();
+    }
+    countRegions();
+}
+
+int FourPs::validReferenceCount() const
+{
+    return static_cast<int>(
+        std::count_if(m_references.begin(), m_references.end(), [](const ARefFile *row) {
+            return row->isUsed() && row->selector()->isValid();
+        }));
+}
+
+/// What the plots show of the regions, in the boxes that they show of the whole map.
+void FourPs::countRegions()
+{
+    ++m_regionRevision;
+    const bool hadAny = !m_regionGroups.empty();
+    m_regionGroups.clear();
+    if (m_maps) {
+        m_regionGroups =
+            orvel::groupsOf(m_regions->regions(), m_maps->width(), m_maps->height(), m_colours);
+        const orvel::MapValues shown = shownMap();
+        for (orvel::RegionGroup &group : m_regionGroups) {
+            group.shown = countsOf(group.pixels, valuesOf(chosenHistogram()), shown, m_shownCounts);
+            group.amounts =
+                countsOf(group.pixels, valuesOf(orvel::Quantity::Amount), shown, m_shownAmounts);
+        }
+    }
+    if (hadAny || !m_regionGroups.empty()) { // alone they have a range of their own
+        for (const Displays::DispId id : {Displays::DHistA, Displays::DHistDMut}) {
+            if (!m_ui->Disps->panel(id)->area()->isZoomed()) {
+                m_ui->Disps->panel(id)->clearScale();
+            }
+        }
     }
 }
 
@@ -312,6 +349,10 @@ void FourPs::writeResults()
         if (!writeSigmaFile(sigmaPath, *m_maps)) {
             writeMessage(tr("Can't open the file [%1]").arg(sigmaPath));
         }
+    }
+    if (m_maps && !m_regions->regions().empty() &&
+        !writeRegionFile(path, *m_maps, validReferenceCount(), m_regions->regions())) {
+        writeMessage(tr("Can't open the file [%1]").arg(orvel::regionPathBeside(path)));
     }
     // In passing: the message box is for what needs attention.
     QToolTip::showText(m_ui->WriteB->mapToGlobal(QPoint(0, 0)),

@@ -108,6 +108,17 @@ constexpr Tip kTips[] = {
     {"FourPs", "WriteB", QT_TRANSLATE_NOOP("ToolTips", "Calculate the maps and write result file and histograms; older ones are replaced without asking")},
     {"FourPs", "Message", QT_TRANSLATE_NOOP("ToolTips", "Messages and results, the last one at the end")},
 
+    // regions
+    {"FourPs", "RegionsB", QT_TRANSLATE_NOOP("ToolTips", "Draw regions on the result map and compare their pixels; while this is on, presses and drags on the map belong to them. Shift-drag and wheel still move and zoom")},
+    {"RegionPanel", "RegionShape", QT_TRANSLATE_NOOP("ToolTips", "Rectangle: press, drag, release; a click selects. Polygon: click the corners; Enter or a click on the first one ends it, Backspace takes the last one back, Ctrl-click selects. Escape gives up, Delete removes the selected region")},
+    {"RegionPanel", "RegionRemoveB", QT_TRANSLATE_NOOP("ToolTips", "Remove the selected region")},
+    {"RegionPanel", "RegionTableB", QT_TRANSLATE_NOOP("ToolTips", "Mean, standard deviation and median of every map in every region")},
+    {"RegionPanel", "RegionsAlone", QT_TRANSLATE_NOOP("ToolTips", "Histograms and scatter plot show the regions without the whole map")},
+    {"RegionTable", "RegionView", QT_TRANSLATE_NOOP("ToolTips", "Of the finite pixels of each region, in units of the map; the standard deviation is that of the pixels (n - 1)")},
+    {"RegionTable", "RegionCopyB", QT_TRANSLATE_NOOP("ToolTips", "Copy the table, for a spreadsheet")},
+    {"RegionTable", "RegionCsvB", QT_TRANSLATE_NOOP("ToolTips", "Write the table with all digits to a CSV file")},
+    {"RegionTable", "RegionCloseB", QT_TRANSLATE_NOOP("ToolTips", "Close this window; the regions stay")},
+
     // beside the results
     {"FourPs", "AdvancedCB", QT_TRANSLATE_NOOP("ToolTips", "Show what stands beside the results: standard deviations, bounded fits, choice of energies")},
     {"AdvancedPanel", "SigmaMaps", QT_TRANSLATE_NOOP("ToolTips", "Maps of the residual and of the standard deviation (1 sigma) of ratios, valence and amount")},

@@ -1,10 +1,12 @@
 // Renders the main window to a picture: what docs/shots calls for the pictures of the documents.
 //
-//   orvel-shots [-j] [--size WxH] [--conditions] [--precision] [--pop NAME] [--window NAME]
-//               OUT.png [SESSION]
+//   orvel-shots [-j] [--size WxH] [--conditions] [--precision] [--regions] [--pop NAME]
+//               [--window NAME] OUT.png [SESSION]
 //
-// --pop  the window of a map ("ResultMap", "DataMap") or of a graph (e.g. "DMuts", "DM2M3")
-// --window  "energies", the advice on energies, or "pixel", the fit of the pixel in the middle
+// --regions  the bar of regions, and instead of the main window the table of them with --pop
+// RegionTable
+// --pop      the window of a map ("ResultMap", "DataMap") or of a graph (e.g. "DMuts", "DM2M3")
+// --window   "energies", the advice on energies, or "pixel", the fit of the pixel in the middle
 #include "app/Body.h"
 #include "display/DispABase.h"
 #include "display/DispMBase.h"
@@ -14,6 +16,7 @@
 #include <QAbstractButton>
 #include <QApplication>
 #include <QCommandLineParser>
+#include <QDialog>
 #include <QLoggingCategory>
 #include <QMouseEvent>
 
@@ -65,15 +68,16 @@ int main(int argc, char **argv)
                                   QStringLiteral("1366x736"));
     const QCommandLineOption conditions(QStringLiteral("conditions"));
     const QCommandLineOption pop(QStringLiteral("pop"), QString(), QStringLiteral("NAME"));
+    const QCommandLineOption regions(QStringLiteral("regions"));
     const QCommandLineOption precision(QStringLiteral("precision"));
     const QCommandLineOption window(QStringLiteral("window"), QString(), QStringLiteral("NAME"));
-    parser.addOptions({japanese, size, conditions, precision, pop, window});
+    parser.addOptions({japanese, size, conditions, precision, regions, pop, window});
     parser.process(app);
     const QStringList paths = parser.positionalArguments();
     const QStringList sides = parser.value(size).split(QLatin1Char('x'));
     if (paths.isEmpty() || sides.size() != 2) {
-        std::fputs("usage: orvel-shots [-j] [--size WxH] [--conditions] [--precision] [--pop NAME] "
-                   "[--window NAME] OUT.png [SESSION]\n",
+        std::fputs("usage: orvel-shots [-j] [--size WxH] [--conditions] [--precision] [--regions] "
+                   "[--pop NAME] [--window NAME] OUT.png [SESSION]\n",
                    stderr);
         return 2;
     }
@@ -94,19 +98,28 @@ int main(int argc, char **argv)
     if (parser.isSet(precision)) {
         body.panel()->findChild<QAbstractButton *>(QStringLiteral("AdvancedCB"))->setChecked(true);
     }
+    if (parser.isSet(regions)) {
+        body.panel()->findChild<QAbstractButton *>(QStringLiteral("RegionsB"))->setChecked(true);
+        settle();
+        body.panel()->findChild<QAbstractButton *>(QStringLiteral("RegionTableB"))->click();
+    }
     settle();
     QWidget *shown = &body;
     if (parser.isSet(pop)) {
         const QString name = parser.value(pop);
         auto *map = body.panel()->findChild<DispMBase *>(name);
         auto *graph = body.panel()->findChild<DispABase *>(name);
-        if (!map && !graph) {
+        auto *dialog = body.panel()->findChild<QDialog *>(name);
+        if (dialog) {
+            shown = dialog;
+        } else if (!map && !graph) {
             std::fprintf(stderr, "orvel-shots: no map or graph %s\n", qPrintable(name));
             return 2;
+        } else {
+            map ? map->popDock() : graph->popDock();
+            settle();
+            shown = (map ? map->area() : graph->area())->window();
         }
-        map ? map->popDock() : graph->popDock();
-        settle();
-        shown = (map ? map->area() : graph->area())->window();
     }
     if (parser.isSet(window)) {
         shown = openWindow(*body.panel(), parser.value(window));

@@ -7,6 +7,7 @@
 #include "display/HistogramPainter.h"
 #include "display/MapPainter.h"
 #include "display/MarkLines.h"
+#include "display/RegionPainter.h"
 #include "display/cBar.h"
 #include "examples/gallery/SampleData.h"
 
@@ -126,6 +127,25 @@ QWidget *histogramPage(const Sample &sample)
     return panel;
 }
 
+/// A selected rectangle, a polygon that crosses itself and one that is being drawn.
+void drawOutlines(QPainter &painter, const ChCoord &coord, int width, int height)
+{
+    const CColors colours;
+    const auto polygon = [&](const QVector<QPointF> &parts) {
+        QPolygonF corners;
+        for (const QPointF &part : parts) {
+            corners << QPointF(width * part.x(), height * part.y());
+        }
+        return corners;
+    };
+    const QPolygonF box = polygon({{0.1, 0.1}, {0.35, 0.1}, {0.35, 0.4}, {0.1, 0.4}});
+    const QPolygonF bow = polygon({{0.5, 0.6}, {0.9, 0.9}, {0.9, 0.6}, {0.5, 0.9}});
+    const QPolygonF open = polygon({{0.5, 0.1}, {0.7, 0.3}, {0.9, 0.15}});
+    drawOutline(painter, coord, {box, colours.colour(1), QStringLiteral("1"), true});
+    drawOutline(painter, coord, {bow, colours.colour(4), QStringLiteral("2")});
+    drawOutline(painter, coord, {open, colours.colour(6), QString(), false, true});
+}
+
 QWidget *mapPage(const Sample &sample, int palette, bool grid, bool inverted)
 {
     auto *panel = new DispMBase;
@@ -150,6 +170,7 @@ QWidget *mapPage(const Sample &sample, int palette, bool grid, bool inverted)
                          }
                          panel->setInitialRange(0, 0, map.width, map.height);
                          painter->paint(*p, *panel->coord(), map, panel->bar()->scale(), grid);
+                         drawOutlines(*p, *panel->coord(), map.width, map.height);
                      });
     QObject::connect(panel, &DispMBase::nowPos, panel, [panel, map, values](double x, double y) {
         const bool inside = x >= 0 && x < map.width && y >= 0 && y < map.height;

@@ -4,6 +4,8 @@
 
 #include <QColor>
 
+#include <vector>
+
 class DispABase;
 class QString;
 class QStylePainter;
@@ -16,6 +18,14 @@ struct HistogramPlot {
     const BinCounts &counts;
     QColor colour;
     bool hasResults; ///< otherwise the surface stays white
+
+    /// Parts of the map, drawn as lines over it.
+    struct Part {
+        const BinCounts &counts;
+        QColor colour;
+    };
+    std::vector<Part> parts = {};
+    bool partsAlone = false; ///< without the bars of the whole map
 };
 
 void drawHistogramPlot(QStylePainter *p, DispABase &dab, const QString &xTitle,

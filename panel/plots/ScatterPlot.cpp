@@ -38,8 +38,7 @@ void ScatterPlot::findRange(const double *x, const double *y, std::size_t n)
     widen(y, n, m_range.yMin, m_range.yMax);
 }
 
-void ScatterPlot::rasterise(const ChCoord &coord, const double *x, const double *y, std::size_t n,
-                            const QSize &size, double devicePixelRatio, QRgb colour)
+void ScatterPlot::clearPicture(const QSize &size, double devicePixelRatio)
 {
     const QSize device = size * devicePixelRatio;
     if (m_picture.size() != device) {
@@ -47,6 +46,12 @@ void ScatterPlot::rasterise(const ChCoord &coord, const double *x, const double 
         m_picture.setDevicePixelRatio(devicePixelRatio);
     }
     m_picture.fill(Qt::transparent);
+}
+
+void ScatterPlot::rasterise(const ChCoord &coord, const double *x, const double *y, std::size_t n,
+                            QRgb colour)
+{
+    const double devicePixelRatio = m_picture.devicePixelRatio();
     const double sx0 = coord.sx(0.0) * devicePixelRatio;
     const double sxScale = coord.sdx(1.0) * devicePixelRatio;
     const double sy0 = coord.sy(0.0) * devicePixelRatio;
@@ -70,7 +75,8 @@ void ScatterPlot::rasterise(const ChCoord &coord, const double *x, const double 
 
 void ScatterPlot::draw(QStylePainter *p, DispABase &dab, const QString &xTitle,
                        const QString &yTitle, const double *x, const double *y, std::size_t n,
-                       const std::shared_ptr<const void> &owner, const QColor &colour)
+                       const std::shared_ptr<const void> &owner, const QColor &colour,
+                       const ScatterParts &parts)
 {
     beginPlot(p, dab, xTitle, yTitle);
     ChCoord &coord = *dab.coord();
@@ -89,12 +95,33 @@ void ScatterPlot::draw(QStylePainter *p, DispABase &dab, const QString &xTitle,
     }
     dab.setInitialRange(m_range.xMin, m_range.yMin, m_range.xMax, m_range.yMax);
     const double ratio = p->device()->devicePixelRatioF();
-    const std::array<double, 9> now = {coord.frameX0(), coord.frameX1(), coord.frameY0(),
-                                       coord.frameY1(), coord.xMin(),    coord.xMax(),
-                                       coord.yMin(),    coord.yMax(),    ratio};
+    const std::array<double, 11> now = {coord.frameX0(),
+                                        coord.frameX1(),
+                                        coord.frameY0(),
+                                        coord.frameY1(),
+                                        coord.xMin(),
+                                        coord.xMax(),
+                                        coord.yMin(),
+                                        coord.yMax(),
+                                        ratio,
+                                        parts.alone ? 1.0 : 0.0,
+                                        static_cast<double>(parts.revision)};
     const QSize size = dab.area()->size();
     if (isNew || now != m_picturedAt || m_picture.size() != size * ratio) {
-        rasterise(coord, x, y, n, size, ratio, colour.rgb());
+        clearPicture(size, ratio);
+        if (!parts.alone) {
+            rasterise(coord, x, y, n, colour.rgb());
+        }
+        for (const ScatterPart &part : parts.list) {
+            for (const PixelSpan &span : part.pixels) {
+                const auto first = static_cast<std::size_t>(
+                    static_cast<qint64>(span.row) * parts.width + span.begin);
+                const auto length = static_cast<std::size_t>(span.end - span.begin);
+                if (first + length <= n) {
+                    rasterise(coord, x + first, y + first, length, part.colour.rgb());
+                }
+            }
+        }
         m_picturedAt = now;
     }
     p->drawImage(0, 0, m_picture);

@@ -781,6 +781,42 @@
         <source>Reference 4 in the sample that is assumed, in parts: 2 : 1 : 1 is half of the first</source>
         <translation>仮定する試料中の標準4の比。2 : 1 : 1 なら1番目が半分です</translation>
     </message>
+    <message>
+        <source>Draw regions on the result map and compare their pixels; while this is on, presses and drags on the map belong to them. Shift-drag and wheel still move and zoom</source>
+        <translation>結果マップに領域を描いて画素を比べます。オンの間、マップ上のクリックとドラッグは領域の操作になります(Shift+ドラッグとホイールは移動と拡大のまま)</translation>
+    </message>
+    <message>
+        <source>Rectangle: press, drag, release; a click selects. Polygon: click the corners; Enter or a click on the first one ends it, Backspace takes the last one back, Ctrl-click selects. Escape gives up, Delete removes the selected region</source>
+        <translation>長方形: ドラッグで描き、クリックで選択。多角形: 頂点をクリックし、Enterか最初の頂点のクリックで終了、Backspaceで最後の頂点を取り消し、Ctrl+クリックで選択。Escapeで中止、Deleteで選択した領域を削除</translation>
+    </message>
+    <message>
+        <source>Remove the selected region</source>
+        <translation>選択した領域を削除します</translation>
+    </message>
+    <message>
+        <source>Mean, standard deviation and median of every map in every region</source>
+        <translation>各領域での全マップの平均、標準偏差、中央値</translation>
+    </message>
+    <message>
+        <source>Histograms and scatter plot show the regions without the whole map</source>
+        <translation>ヒストグラムと散布図に、マップ全体を除いて領域だけを表示します</translation>
+    </message>
+    <message>
+        <source>Of the finite pixels of each region, in units of the map; the standard deviation is that of the pixels (n - 1)</source>
+        <translation>各領域の有限な画素についての値(単位はマップと同じ)。標準偏差は画素のもの(n - 1)です</translation>
+    </message>
+    <message>
+        <source>Copy the table, for a spreadsheet</source>
+        <translation>表計算ソフト用に表をコピーします</translation>
+    </message>
+    <message>
+        <source>Write the table with all digits to a CSV file</source>
+        <translation>表を全桁でCSVファイルに書き出します</translation>
+    </message>
+    <message>
+        <source>Close this window; the regions stay</source>
+        <translation>この窓を閉じます(領域は残ります)</translation>
+    </message>
 </context>
 <context>
     <name>cBar</name>
@@ -1172,6 +1208,92 @@
     <message>
         <source>The manual could not be opened; it should be here: %1</source>
         <translation>説明書を開けませんでした。あるはずの場所: %1</translation>
+    </message>
+</context>
+<context>
+    <name>RegionPanel</name>
+    <message>
+        <source>Regions</source>
+        <translation>領域</translation>
+    </message>
+    <message>
+        <source>Delete</source>
+        <translation>削除</translation>
+    </message>
+    <message>
+        <source>Table...</source>
+        <translation>統計表...</translation>
+    </message>
+    <message>
+        <source>Plots: regions alone</source>
+        <translation>グラフは領域のみ</translation>
+    </message>
+    <message>
+        <source>Rectangle</source>
+        <translation>長方形</translation>
+    </message>
+    <message>
+        <source>Polygon</source>
+        <translation>多角形</translation>
+    </message>
+    <message>
+        <source>There are %1 regions; more cannot be.</source>
+        <translation>領域は%1個までです。</translation>
+    </message>
+    <message>
+        <source>Drag on the map; click: select</source>
+        <translation>マップ上でドラッグ、クリックで選択</translation>
+    </message>
+    <message>
+        <source>Click the corners; Enter: end</source>
+        <translation>頂点をクリック、Enterで終了</translation>
+    </message>
+</context>
+<context>
+    <name>RegionTable</name>
+    <message>
+        <source>Statistics of the regions</source>
+        <translation>領域の統計</translation>
+    </message>
+    <message>
+        <source>Region</source>
+        <translation>領域</translation>
+    </message>
+    <message>
+        <source>Map</source>
+        <translation>マップ</translation>
+    </message>
+    <message>
+        <source>Mean</source>
+        <translation>平均</translation>
+    </message>
+    <message>
+        <source>Std. dev.</source>
+        <translation>標準偏差</translation>
+    </message>
+    <message>
+        <source>Median</source>
+        <translation>中央値</translation>
+    </message>
+    <message>
+        <source>Finite pixels</source>
+        <translation>有限の画素</translation>
+    </message>
+    <message>
+        <source>Pixels</source>
+        <translation>画素</translation>
+    </message>
+    <message>
+        <source>Copy</source>
+        <translation>コピー</translation>
+    </message>
+    <message>
+        <source>CSV...</source>
+        <translation>CSV...</translation>
+    </message>
+    <message>
+        <source>Close</source>
+        <translation>閉じる</translation>
     </message>
 </context>
 </TS>
