@@ -105,6 +105,21 @@ void DispABase::drawXYTitle(QStylePainter *p)
                           m_paintsYTitle ? m_yTitle : QString());
 }
 
+orvel::PaintedPicture DispABase::picture()
+{
+    orvel::PaintedPicture picture;
+    picture.widget = area();
+    picture.size = area()->size();
+    picture.title = title();
+    picture.paint = [this](QStylePainter &p) {
+        area()->paintOn(p);
+        // A title that stands in a label beside the surface would be missing.
+        orvel::drawAxisTitles(p, *coord(), m_paintsXTitle ? QString() : m_xTitle,
+                              m_paintsYTitle ? QString() : m_yTitle);
+    };
+    return picture;
+}
+
 void DispABase::popDock()
 {
     if (m_isPoppedOut) {

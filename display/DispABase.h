@@ -1,6 +1,7 @@
 #pragma once
 
 #include "display/DispArea.h"
+#include "display/PictureExport.h"
 
 #include <QFrame>
 
@@ -31,11 +32,15 @@ public:
     /// Whether each axis title is painted on the plot instead of shown in its label.
     void setTitlesPainted(bool x, bool y);
     void setTitles(const QString &xTitle, const QString &yTitle);
+    QString xTitle() const { return m_xTitle; }
+    QString yTitle() const { return m_yTitle; }
     void setInitialRange(double xMin, double yMin, double xMax, double yMax);
     void drawFrame(QStylePainter *p, bool clearMargins);
     /// The fields with the pointer's position. Until events are done after the next resize: a low
     /// panel has none then, a higher one has them.
     void showReadOuts(bool on);
+    /// What it shows, below its title, for a file.
+    orvel::PaintedPicture picture();
     /// Repaints the surface, wherever it is.
     void updateSurface() { area()->update(); }
 

@@ -3,6 +3,8 @@
 #include "display/MarkLines.h"
 #include "ui_DispArea.h"
 
+#include <QContextMenuEvent>
+#include <QGuiApplication>
 #include <QMouseEvent>
 #include <QWheelEvent>
 
@@ -40,6 +42,11 @@ void DispArea::setInitialRange(double xMin, double yMin, double xMax, double yMa
 void DispArea::paintEvent(QPaintEvent * /*event*/)
 {
     QStylePainter painter(this);
+    paintOn(painter);
+}
+
+void DispArea::paintOn(QStylePainter &painter)
+{
     m_wasPainted = true;
     m_coord.setArea(0, height(), width(), 0);
     keepLabelsReadable();
@@ -116,6 +123,9 @@ void DispArea::pan()
 void DispArea::mouseReleaseEvent(QMouseEvent *event)
 {
     m_mouse.released(*event);
+    if (event->button() == Qt::RightButton) {
+        return; // no end of a press that meant anything
+    }
     if (m_markLines) {
         m_markLines->release(m_coord, m_mouse);
     }
@@ -125,6 +135,9 @@ void DispArea::mouseReleaseEvent(QMouseEvent *event)
 void DispArea::mouseDoubleClickEvent(QMouseEvent *event)
 {
     m_mouse.doubleClicked(*event);
+    if (event->button() == Qt::RightButton) {
+        return;
+    }
     m_isRangeSet = false;
     emit mDClicked(&m_mouse);
     update();
@@ -152,4 +165,14 @@ void DispArea::wheelEvent(QWheelEvent *event)
     m_isZoomed = true;
     event->accept(); // or a scroll area around would scroll as well
     update();
+}
+
+void DispArea::contextMenuEvent(QContextMenuEvent *event)
+{
+    if (!m_menu || (QGuiApplication::mouseButtons() & Qt::LeftButton)) {
+        return; // in the middle of a drag a menu would swallow its end
+    }
+    m_mouse.cancelPress(); // the release goes to the menu
+    m_menu(event->globalPos());
+    event->accept();
 }

@@ -7,6 +7,7 @@
 #include <QFrame>
 #include <QStylePainter>
 
+#include <functional>
 #include <memory>
 
 class MarkLines;
@@ -16,7 +17,8 @@ class DispArea;
 
 /// The drawing surface of one plot. It owns the coordinates and what the mouse does with them:
 /// the wheel zooms about the pointer, shift-drag pans, a double click asks for the plot's natural
-/// range again, a plain drag moves marker lines. What is painted is up to whoever takes draw().
+/// range again, a plain drag moves marker lines. What is painted is up to whoever takes draw(). The
+/// right button does nothing but open a menu: no signal tells of it.
 class DispArea : public QFrame {
     Q_OBJECT
 
@@ -43,6 +45,12 @@ public:
     /// back.
     void setMarkLines(MarkLines *lines) { m_markLines = lines; }
 
+    /// What opens the context menu at a place of the screen.
+    void setMenu(std::function<void(const QPoint &globalPos)> menu) { m_menu = std::move(menu); }
+
+    /// Paints the surface in its own size, on itself or for a file.
+    void paintOn(QStylePainter &painter);
+
 signals:
     void nowPos(double rx, double ry);
     void draw(QStylePainter *p);
@@ -58,6 +66,7 @@ protected:
     void mouseReleaseEvent(QMouseEvent *event) override;
     void mouseDoubleClickEvent(QMouseEvent *event) override;
     void wheelEvent(QWheelEvent *event) override;
+    void contextMenuEvent(QContextMenuEvent *event) override;
 
 private:
     void keepLabelsReadable();
@@ -71,4 +80,5 @@ private:
     bool m_isZoomed = false;
     DrawText m_drawText;
     MarkLines *m_markLines = nullptr;
+    std::function<void(const QPoint &)> m_menu;
 };

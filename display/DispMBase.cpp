@@ -1,6 +1,7 @@
 #include "display/DispMBase.h"
 
 #include "display/NumberEdit.h"
+#include "display/Pictures.h"
 #include "display/PopBase.h"
 #include "display/cBar.h"
 #include "ui_DispMBase.h"
@@ -93,6 +94,40 @@ void DispMBase::receiveNowPos(double rx, double ry)
 void DispMBase::receiveDraw(QStylePainter *p)
 {
     emit draw(p);
+}
+
+orvel::PaintedPicture DispMBase::picture(const QString &unit)
+{
+    constexpr int kGap = 12;
+    constexpr int kBarWidth = 20;
+    constexpr int kUnitRow = 18;
+    constexpr int kBelow = 10; // half a label
+    constexpr int kUnitPixels = 12;
+    const QSize map = area()->size();
+    orvel::PaintedPicture picture;
+    picture.widget = area();
+    picture.size = map + QSize(kGap + kBarWidth + orvel::kBarLabels, kBelow);
+    picture.title = title();
+    picture.paint = [this, map, unit](QStylePainter &p) {
+        p.save();
+        p.setClipRect(QRect(QPoint(), map));
+        area()->paintOn(p);
+        p.restore();
+        p.setPen(QColor(150, 150, 150)); // or pale pixels at the border had no end
+        p.setBrush(Qt::NoBrush);
+        p.drawRect(QRect(QPoint(), map));
+        const int left = map.width() + kGap;
+        QFont font = p.font();
+        font.setPixelSize(kUnitPixels);
+        p.setFont(font);
+        p.setPen(Qt::black);
+        p.drawText(QRect(left, 0, kBarWidth + orvel::kBarLabels, kUnitRow - 2),
+                   Qt::AlignLeft | Qt::AlignTop, unit);
+        const int top = kUnitRow + kBelow;
+        orvel::drawLabelledBar(p, QRect(left, top, kBarWidth, qMax(1, map.height() - top)),
+                               bar()->scale());
+    };
+    return picture;
 }
 
 void DispMBase::popDock()

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "display/DispArea.h"
+#include "display/PictureExport.h"
 
 #include <QFrame>
 
@@ -37,6 +38,9 @@ public:
     void showValue(const QString &text);
     /// Puts a widget of the owner beside the button that pops the map out.
     void addToHeader(QWidget *widget);
+    /// The map beside its colour bar with limits, for a file.
+    /// unit  above the bar, of the values; empty: none
+    orvel::PaintedPicture picture(const QString &unit);
     /// Repaints surface and bar, wherever they are.
     void updateSurface();
 

@@ -62,7 +62,7 @@ constexpr int kLargestPixel = 100; ///< a map of few pixels stays small
 constexpr int kBarGap = 20;
 constexpr int kBarWidth = 22;
 constexpr int kLabelGap = 8;
-constexpr int kLabelWidth = 110;
+constexpr int kLabelWidth = kBarLabels - kLabelGap;
 constexpr int kShortestBar = 120;
 constexpr int kShortestNote = 360; ///< room for the texts beside a narrow map
 
@@ -114,7 +114,13 @@ double roundStep(double range, int fewest)
     return decade * (most >= 5.0 * decade ? 5.0 : most >= 2.0 * decade ? 2.0 : 1.0);
 }
 
-/// The bar with its limits at the ends and round values between, where they have room.
+// --- histograms --------------------------------------------------------------------------------
+
+constexpr QSize kHistogramSize(800, 560);
+const QColor kBarColour(60, 100, 190);
+
+} // namespace
+
 void drawLabelledBar(QPainter &painter, const QRect &box, const ColourScale &scale)
 {
     ChCoord coord;
@@ -159,13 +165,6 @@ void drawLabelledBar(QPainter &painter, const QRect &box, const ColourScale &sca
     }
     painter.restore();
 }
-
-// --- histograms --------------------------------------------------------------------------------
-
-constexpr QSize kHistogramSize(800, 560);
-const QColor kBarColour(60, 100, 190);
-
-} // namespace
 
 QImage renderMap(const MapPicture &picture)
 {

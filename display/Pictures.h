@@ -4,6 +4,7 @@
 #include "display/MapPainter.h"
 
 #include <QImage>
+#include <QRect>
 #include <QString>
 
 namespace orvel {
@@ -39,5 +40,11 @@ struct HistogramPicture {
 /// A histogram with frame and labels below its title; the line below says how many values lie
 /// outside, if any.
 QImage renderHistogram(const HistogramPicture &picture);
+
+/// Width of the labels beside a bar [logical pixels].
+inline constexpr int kBarLabels = 118;
+/// A colour bar with its limits at the ends and round values between, where they have room; the
+/// labels stand to its right, the outer ones half above and half below the box.
+void drawLabelledBar(QPainter &painter, const QRect &box, const ColourScale &scale);
 
 } // namespace orvel

@@ -2,6 +2,7 @@
 
 #include "display/CColors.h"
 #include "display/DispABase.h"
+#include "display/ExportMenu.h"
 #include "display/NumberEdit.h"
 #include "panel/TabOrder.h"
 #include "panel/ToolTips.h"
@@ -163,6 +164,7 @@ void EnergyAdviserDialog::connectFields()
     });
     connect(m_ui->Criterion, QOverload<int>::of(&QComboBox::activated), this, outdated);
     connect(m_ui->Noise, &QLineEdit::textEdited, m_ui->NoiseOrigin, &QLabel::clear);
+    new ExportMenu(m_ui->Plot->area(), [this] { return m_ui->Plot->picture(); });
     connect(m_ui->Plot, &DispABase::draw, this, &EnergyAdviserDialog::drawPlot);
     connect(m_ui->AdviseB, &QPushButton::clicked, this, &EnergyAdviserDialog::advise);
     connect(m_ui->UseB, &QPushButton::clicked, this, &EnergyAdviserDialog::useProposed);

@@ -90,6 +90,7 @@ FourPs::FourPs(QWidget *parent)
     connectInputs();
     connectRuns();
     connectDisplays();
+    makeExports();
     dispCalcConditions(m_ui->MoreCondsCB->isChecked());
     enableWhatCounts();
     shrinkButtons(this);

@@ -5,6 +5,7 @@
 #include "analysis/MapMemory.h"
 #include "display/CColors.h"
 #include "display/Displays.h"
+#include "display/PictureExport.h"
 #include "display/MapPainter.h"
 #include "display/MarkLines.h"
 #include "panel/plots/ComparisonPlot.h"
@@ -27,6 +28,7 @@ class ARefFile;
 class AXafsFileSelect;
 class DispMBase;
 class EnergyAdviserDialog;
+class ExportMenu;
 class Histgram;
 class QFileDialog;
 class QRadioButton;
@@ -41,11 +43,14 @@ class FourPs;
 }
 namespace orvel {
 struct ExpectedPrecision;
+struct MutsPlot;
+struct TableCurve;
 }
 
 /// The analysis panel: every input, the parameters, the results and the displays. It wires widgets
 /// to the analyses: what is computed is taken from the form as one AnalysisInput (FourPsInput.cpp),
-/// run and shown in FourPsRun.cpp, painted in FourPsDraw.cpp; this class computes nothing itself.
+/// run and shown in FourPsRun.cpp, painted in FourPsDraw.cpp, given to files in FourPsExport.cpp; this
+/// class computes nothing itself.
 class FourPs : public QFrame {
     Q_OBJECT
 
@@ -178,10 +183,22 @@ private:
     void showValueAt(DispMBase *panel, const orvel::MapValues &map, double x, double y);
     void drawMapOn(DispMBase *panel, orvel::MapPainter &painter, const orvel::MapValues &map,
                    QStylePainter *p);
+    orvel::MutsPlot mutsPlot() const;
+    std::shared_ptr<const orvel::ImageDifferences> shownDifferences();
     void drawMuts(DispABase *dab, QStylePainter *p);
     void drawComparison(DispABase *dab, QStylePainter *p);
     void drawAmounts(DispABase *dab, QStylePainter *p);
     void drawDifferences(DispABase *dab, QStylePainter *p);
+
+    // pictures and numbers for files (FourPsExport.cpp)
+    void makeExports();
+    void connectExport(const ExportMenu *menu);
+    QString quantityName() const;
+    QString mapUnit(bool isResult) const;
+    QString mapTitle(bool isResult) const;
+    orvel::Settings mapSettings(bool isResult) const;
+    orvel::Settings graphSettings(Displays::DispId id) const;
+    std::vector<orvel::TableCurve> shownCurves(Displays::DispId id);
 
     std::unique_ptr<Ui::FourPs> m_ui;
     std::array<ARefFile *, orvel::kReferenceRows> m_references = {};
@@ -208,6 +225,7 @@ private:
     std::shared_ptr<orvel::ColumnPool> m_pool;
     orvel::MapMemory m_memory;
     std::shared_ptr<const orvel::ResultMaps> m_maps; ///< null: nothing calculated yet
+    orvel::SessionTexts m_calculatedFrom;            ///< the form that these came from
     mutable orvel::Column m_derived;                 ///< of a quantity that has no plane of its own
     mutable std::weak_ptr<const orvel::ResultMaps> m_derivedFrom;
     orvel::HistogramSettings m_valenceSettings; ///< of the last calculation

@@ -295,22 +295,23 @@ void FourPs::draw(Displays::DispId id, DispABase *dab, QStylePainter *p)
     }
 }
 
-void FourPs::drawMuts(DispABase *dab, QStylePainter *p)
+orvel::MutsPlot FourPs::mutsPlot() const
 {
     orvel::MutsPlot plot;
     plot.mode = normalization();
     int colour = 1; // black is for the target
     for (const ARefFile *row : m_references) {
         if (row->selector()->isValid()) {
-            plot.spectra.push_back({row->selector(), m_colours.colour(colour)});
+            plot.spectra.push_back({row->selector(), m_colours.colour(colour),
+                                    QStringLiteral("reference %1").arg(colour)});
         }
         ++colour;
     }
     for (const AMutE &spectrum : m_displaySpectra) {
-        plot.spectra.push_back({&spectrum, m_colours.colour(++colour)});
+        plot.spectra.push_back({&spectrum, m_colours.colour(++colour), spectrum.fileName()});
     }
     if (m_ui->TargetFile->isValid()) {
-        plot.spectra.push_back({m_ui->TargetFile, Qt::black});
+        plot.spectra.push_back({m_ui->TargetFile, Qt::black, QStringLiteral("target")});
     }
     if (m_fittedCurve) {
         plot.fitted = &*m_fittedCurve;
@@ -326,7 +327,12 @@ void FourPs::drawMuts(DispABase *dab, QStylePainter *p)
         }
     }
     plot.fullRange = m_ui->FullRangeCB->isChecked();
-    orvel::drawMutsPlot(p, *dab, tr("Eng.[eV]"), tr("mut"), plot);
+    return plot;
+}
+
+void FourPs::drawMuts(DispABase *dab, QStylePainter *p)
+{
+    orvel::drawMutsPlot(p, *dab, tr("Eng.[eV]"), tr("mut"), mutsPlot());
 }
 
 void FourPs::drawComparison(DispABase *dab, QStylePainter *p)
@@ -359,7 +365,7 @@ void FourPs::drawAmounts(DispABase *dab, QStylePainter *p)
 }
 
 /// Absorption differences of every pixel: the two used rows that are no V point, and the V point.
-void FourPs::drawDifferences(DispABase *dab, QStylePainter *p)
+std::shared_ptr<const orvel::ImageDifferences> FourPs::shownDifferences()
 {
     orvel::ImageDifferenceCache::Images images;
     size_t next = 0;
@@ -372,7 +378,12 @@ void FourPs::drawDifferences(DispABase *dab, QStylePainter *p)
             }
         }
     }
-    const auto differences = m_differences.of(images);
+    return m_differences.of(images);
+}
+
+void FourPs::drawDifferences(DispABase *dab, QStylePainter *p)
+{
+    const auto differences = shownDifferences();
     m_differenceScatter.draw(
         p, *dab, tr("M3"), tr("M2"), differences ? differences->x.data() : nullptr,
         differences ? differences->y.data() : nullptr, differences ? differences->x.size() : 0,

@@ -115,6 +115,7 @@ void FourPs::showResults(const orvel::MapOutcome &outcome)
                              m_maps->height() != outcome.maps->height();
     const bool isNew = m_maps != outcome.maps;
     m_maps = outcome.maps;
+    m_calculatedFrom = texts();
     m_valenceHistogram->setCounts(outcome.valenceCounts);
     m_valenceSettings = outcome.valenceHistogram;
     m_amountSettings = outcome.amountHistogram;

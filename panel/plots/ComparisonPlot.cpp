@@ -119,7 +119,7 @@ void ComparisonPlot::draw(QStylePainter *p, DispABase &dab, const QString &xTitl
     }
     p->restore();
 
-    const double ratio = p->device()->devicePixelRatioF();
+    const double ratio = finenessOf(*p);
     const QSize size = dab.area()->size() * ratio;
     const std::array<double, 7> now = {coord.sx(0.0), coord.sx(1.0), coord.sy(0.0), coord.sy(1.0),
                                        coord.xMin(),  coord.yMin(),  ratio};

@@ -29,6 +29,7 @@ class ComparisonPlot {
 public:
     void add(const ComparisonPoint &point) { m_points.push_back(point); }
     void clear();
+    const std::vector<ComparisonPoint> &points() const { return m_points; }
 
     /// low, high  the range of both axes
     void draw(QStylePainter *p, DispABase &dab, const QString &xTitle, const QString &yTitle,

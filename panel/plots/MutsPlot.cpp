@@ -25,7 +25,7 @@ void drawMutsPlot(QStylePainter *p, DispABase &dab, const QString &xTitle, const
     for (const MutsPlot::Curve &curve : plot.spectra) {
         lines.push_back({lineOf(*curve.spectrum, plot.mode), curve.colour});
     }
-    if (plot.fitted && plot.mode == AMutE::By2Victoreens) { // it has no other normalisation
+    if (plot.showsFit()) {
         lines.push_back({lineOf(*plot.fitted, AMutE::NoNormalization), QColor(255, 120, 0)});
     }
     ChCoord &coord = *dab.coord();
@@ -51,8 +51,7 @@ void drawMutsPlot(QStylePainter *p, DispABase &dab, const QString &xTitle, const
     for (const Line &line : lines) {
         addValues(line.data, shown, values);
     }
-    // Measured absorptions; among normalised spectra they would be read in the wrong units.
-    const bool hasDots = plot.mode == AMutE::NoNormalization;
+    const bool hasDots = plot.showsDots();
     for (const QPointF &dot : plot.dots) {
         if (hasDots && shown.contains(dot.x())) {
             values.add(dot.y());

@@ -94,7 +94,7 @@ void ScatterPlot::draw(QStylePainter *p, DispABase &dab, const QString &xTitle,
         }
     }
     dab.setInitialRange(m_range.xMin, m_range.yMin, m_range.xMax, m_range.yMax);
-    const double ratio = p->device()->devicePixelRatioF();
+    const double ratio = finenessOf(*p);
     const std::array<double, 11> now = {coord.frameX0(),
                                         coord.frameX1(),
                                         coord.frameY0(),

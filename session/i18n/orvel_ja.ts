@@ -1296,4 +1296,47 @@
         <translation>閉じる</translation>
     </message>
 </context>
+<context>
+    <name>ExportMenu</name>
+    <message>
+        <source>Save as PNG...</source>
+        <translation>PNGで保存...</translation>
+    </message>
+    <message>
+        <source>Save as PNG, 2 times as fine...</source>
+        <translation>PNGで保存 (2倍の解像度)...</translation>
+    </message>
+    <message>
+        <source>Save as PNG, 4 times as fine...</source>
+        <translation>PNGで保存 (4倍の解像度)...</translation>
+    </message>
+    <message>
+        <source>Save as PDF...</source>
+        <translation>PDFで保存...</translation>
+    </message>
+    <message>
+        <source>Copy picture</source>
+        <translation>画像をコピー</translation>
+    </message>
+    <message>
+        <source>Save curves as CSV...</source>
+        <translation>曲線をCSVで保存...</translation>
+    </message>
+    <message>
+        <source>Save values as CSV...</source>
+        <translation>値をCSVで保存...</translation>
+    </message>
+    <message>
+        <source>Save values as a processed map...</source>
+        <translation>値を処理済みマップとして保存...</translation>
+    </message>
+    <message>
+        <source>Written: %1</source>
+        <translation>書き出しました: %1</translation>
+    </message>
+    <message>
+        <source>Can't write %1</source>
+        <translation>%1 に書き出せません</translation>
+    </message>
+</context>
 </TS>
