@@ -8,6 +8,7 @@
 #include "panel/AdvancedPanel.h"
 #include "panel/EnergyAdviserDialog.h"
 #include "panel/Manual.h"
+#include "panel/PanelUndo.h"
 #include "panel/PointHeader.h"
 #include "panel/RegionPanel.h"
 #include "panel/TabOrder.h"
@@ -20,7 +21,9 @@
 #include <QButtonGroup>
 #include <QEvent>
 #include <QFileDialog>
+#include <QMenu>
 #include <QScrollBar>
+#include <QStyle>
 #include <QTimer>
 #include <QToolButton>
 
@@ -102,10 +105,12 @@ FourPs::FourPs(QWidget *parent)
     connect(m_ui->MainSplitter, &QSplitter::splitterMoved, this, [this] { m_wasSplit = true; });
     m_ui->GraphSplitter->setStretchFactor(0, 1);
     m_ui->GraphSplitter->setStretchFactor(1, 1);
+    makeUndo();
 }
 
 FourPs::~FourPs()
 {
+    delete m_undo; // what the fields tell while they go is no change
     delete m_adviser; // it would read the form when it gets the focus of a panel that closes
     // A field that has the focus tells of its last edit when it goes, and later than this.
     for (QObject *child : findChildren<QObject *>()) {
@@ -422,6 +427,25 @@ void FourPs::toggledPickButton(AEPoint *row, bool on)
             other->pickButton()->setChecked(false);
         }
     }
+}
+
+/// The form as it is now is where undoing ends.
+void FourPs::makeUndo()
+{
+    m_undo = new PanelUndo([this] { return state(); },
+                           [this](const orvel::PanelState &state) { restore(state); },
+                           [this] { return m_isHeld || m_energyLines.isMoving(); }, this);
+    m_undo->watch(*this);
+    connect(m_ui->Disps->panel(Displays::DMuts), &DispABase::mReleased, m_undo, &PanelUndo::settle);
+    auto *menu = new QMenu(this);
+    menu->setObjectName(QStringLiteral("UndoMenu"));
+    for (QAction *action : {m_undo->undoAction(), m_undo->redoAction()}) {
+        menu->addAction(action);
+        addAction(action); // for its keys
+    }
+    connect(menu, &QMenu::aboutToShow, m_undo, &PanelUndo::settle);
+    m_ui->UndoB->setMenu(menu);
+    m_ui->UndoB->setIcon(style()->standardIcon(QStyle::SP_ArrowBack)); // a word has no room
 }
 
 void FourPs::chooseSession(bool save)

@@ -5,9 +5,9 @@
 #include "analysis/MapMemory.h"
 #include "display/CColors.h"
 #include "display/Displays.h"
-#include "display/PictureExport.h"
 #include "display/MapPainter.h"
 #include "display/MarkLines.h"
+#include "display/PictureExport.h"
 #include "panel/plots/ComparisonPlot.h"
 #include "panel/plots/ImageDifferences.h"
 #include "panel/plots/RegionGroups.h"
@@ -35,6 +35,7 @@ class QRadioButton;
 class QCheckBox;
 class AdvancedPanel;
 class RegionPanel;
+class PanelUndo;
 namespace orvel {
 class PixelWindow;
 }
@@ -45,12 +46,12 @@ namespace orvel {
 struct ExpectedPrecision;
 struct MutsPlot;
 struct TableCurve;
-}
+} // namespace orvel
 
 /// The analysis panel: every input, the parameters, the results and the displays. It wires widgets
 /// to the analyses: what is computed is taken from the form as one AnalysisInput (FourPsInput.cpp),
-/// run and shown in FourPsRun.cpp, painted in FourPsDraw.cpp, given to files in FourPsExport.cpp; this
-/// class computes nothing itself.
+/// run and shown in FourPsRun.cpp, painted in FourPsDraw.cpp, given to files in FourPsExport.cpp;
+/// this class computes nothing itself.
 class FourPs : public QFrame {
     Q_OBJECT
 
@@ -64,6 +65,10 @@ public:
     /// once; previous results and messages stay.
     orvel::PanelState state() const;
     void setState(const orvel::PanelState &state);
+
+    /// As setState(), but files that are there already are not read again, and nothing is
+    /// calculated where only the view differs.
+    void restore(const orvel::PanelState &state);
 
     /// What an analysis would read now.
     orvel::AnalysisInput readInput() const;
@@ -133,12 +138,15 @@ private:
     void connectSpectrumShift(AXafsFileSelect *selector, int reference);
     void toggledPickButton(AEPoint *row, bool on);
     void chooseSession(bool save);
+    void makeUndo();
 
     // widgets to values and back (FourPsInput.cpp)
     orvel::SessionTexts texts() const;
     orvel::ViewTexts view() const;
-    void setTexts(const orvel::SessionTexts &texts);
-    void setView(const orvel::ViewTexts &view);
+    /// Read: every file, also one that is there: it may have changed.
+    enum class Files { Read, Keep };
+    void setTexts(const orvel::SessionTexts &texts, Files files);
+    void setView(const orvel::ViewTexts &view, Files files);
     QRadioButton *mapButton(orvel::Quantity quantity) const;
     QRadioButton *histogramButton(orvel::Quantity quantity) const;
     QCheckBox *recordButton(orvel::Quantity quantity) const;
@@ -219,6 +227,7 @@ private:
     bool m_wasSplit = false; ///< by the user
     bool m_isHeld = false;   ///< while a session is taken over nothing is calculated
     QString m_lastDir;
+    PanelUndo *m_undo = nullptr;
     QFileDialog *m_openDialog = nullptr;
     QFileDialog *m_saveDialog = nullptr;
 

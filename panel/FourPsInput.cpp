@@ -6,6 +6,7 @@
 #include "images/AEPoint.h"
 #include "panel/AdvancedPanel.h"
 #include "panel/RegionPanel.h"
+#include "panel/PanelUndo.h"
 #include "spectra/ARefFile.h"
 #include "spectra/AXafsFileSelect.h"
 #include "ui_FourPs.h"
@@ -34,8 +35,11 @@ orvel::HistogramTexts histogramTexts(const QLineEdit *from, const QLineEdit *to,
 
 /// A file that a session names, or none. What was there goes first: a file that cannot be read
 /// would leave it, under the new name.
-void choose(AFileSelect &selector, const QString &path)
+void choose(AFileSelect &selector, const QString &path, bool mayKeep)
 {
+    if (mayKeep && selector.path() == path && selector.problem().isEmpty()) {
+        return;
+    }
     selector.clearFileName();
     if (!path.isEmpty()) {
         selector.newFile(path);
@@ -158,16 +162,34 @@ orvel::ViewTexts FourPs::view() const
 void FourPs::setState(const orvel::PanelState &state)
 {
     m_isHeld = true;
-    setTexts(state.texts);
-    setView(state.view);
+    setTexts(state.texts, Files::Read);
+    setView(state.view, Files::Read);
     m_isHeld = false;
     calcBoth();
     updatePlots();
     updateMaps(true);
 }
 
-void FourPs::setTexts(const orvel::SessionTexts &texts)
+void FourPs::restore(const orvel::PanelState &state)
 {
+    const orvel::PanelState now = this->state();
+    const bool isOnlyView = isSameState({now.texts, state.view}, state);
+    m_isHeld = true;
+    if (!isOnlyView) {
+        setTexts(state.texts, Files::Keep);
+    }
+    setView(state.view, Files::Keep);
+    m_isHeld = false;
+    if (!isOnlyView) {
+        calcBoth();
+    }
+    updatePlots();
+    updateMaps(true);
+}
+
+void FourPs::setTexts(const orvel::SessionTexts &texts, Files files)
+{
+    const bool mayKeep = files == Files::Keep;
     m_ui->TypeNonEquiv->setChecked(texts.nonEquiv);
     const bool exact = texts.solver == orvel::FourPointsSolver::Exact;
     (exact ? m_ui->TypeTMKisExact : m_ui->TypeTMKisLS)->setChecked(true);
@@ -189,7 +211,10 @@ void FourPs::setTexts(const orvel::SessionTexts &texts)
     for (int i = 0; i < kQuantities; ++i) {
         recordButton(orvel::quantityAt(i))->setChecked(texts.record[static_cast<size_t>(i)]);
     }
-    m_ui->SaveFSelect->setText(texts.resultFile);
+    if (!mayKeep ||
+        this->texts().resultFile != texts.resultFile) { // or a typed name becomes a path
+        m_ui->SaveFSelect->setText(texts.resultFile);
+    }
     m_advanced->setTexts(texts.advanced);
     m_regions->setRegions(texts.regions);
 
@@ -198,10 +223,11 @@ void FourPs::setTexts(const orvel::SessionTexts &texts)
     m_ui->EdgeE->setText(orvel::kDefaultEdge);
     m_ui->PreEEndDE->setText(texts.preEdgeEndDE);
     m_ui->PostEStartDE->setText(texts.postEdgeStartDE);
-    const auto setSpectrum = [](AXafsFileSelect &selector, const QString &dE, const QString &file) {
+    const auto setSpectrum = [mayKeep](AXafsFileSelect &selector, const QString &dE,
+                                       const QString &file) {
         selector.deEdit()->setText(dE);
         selector.setDE(dE.toDouble());
-        choose(selector, file);
+        choose(selector, file, mayKeep);
     };
     for (size_t n = 0; n < m_references.size(); ++n) {
         ARefFile *row = m_references[n];
@@ -220,7 +246,7 @@ void FourPs::setTexts(const orvel::SessionTexts &texts)
             row->referenceEdit(n)->clear();
         }
         row->energyEdit()->clear();
-        choose(*row->fileSelect(), point.file);
+        choose(*row->fileSelect(), point.file, mayKeep);
         if (!point.energy.isEmpty()) {
             row->energyEdit()->setText(point.energy);
             row->energyEdit()->setCursorPosition(0);
@@ -233,7 +259,7 @@ void FourPs::setTexts(const orvel::SessionTexts &texts)
     updateMarkLines();
 }
 
-void FourPs::setView(const orvel::ViewTexts &view)
+void FourPs::setView(const orvel::ViewTexts &view, Files files)
 {
     using orvel::GraphNormalization;
     m_advanced->setView(view);
@@ -255,7 +281,9 @@ void FourPs::setView(const orvel::ViewTexts &view)
     const int row = view.dataMapRow.toInt() - 1;
     m_points[static_cast<size_t>(qBound(0, row, kPointRows - 1))]->showMapButton()->setChecked(
         true);
-    receiveNewDispFiles(view.displayFiles);
+    if (files == Files::Read || this->view().displayFiles != view.displayFiles) {
+        receiveNewDispFiles(view.displayFiles);
+    }
 }
 
 QRadioButton *FourPs::mapButton(Quantity quantity) const

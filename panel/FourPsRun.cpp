@@ -6,6 +6,7 @@
 #include "display/Histgram.h"
 #include "panel/AdvancedPanel.h"
 #include "panel/RegionPanel.h"
+#include "panel/PanelUndo.h"
 #include "panel/WaitCursor.h"
 #include "session/MessageText.h"
 #include "session/RegionTexts.h"
@@ -374,6 +375,7 @@ void FourPs::openSession(const QString &path)
     }
     receiveNewDir(QFileInfo(path).absolutePath());
     setState(session.state);
+    m_undo->settle();
 }
 
 void FourPs::saveSession(const QString &path)

@@ -96,6 +96,7 @@ constexpr Tip kTips[] = {
 
     // execution and results
     {"FourPs", "OpenSessionB", QT_TRANSLATE_NOOP("ToolTips", "Open a session file: files, parameters and view")},
+    {"FourPs", "UndoB", QT_TRANSLATE_NOOP("ToolTips", "Undo (Ctrl+Z) or redo (Ctrl+Shift+Z) a change of an input or a choice")},
     {"FourPs", "SaveSessionB", QT_TRANSLATE_NOOP("ToolTips", "Save files, parameters and view as a session file")},
     {"FourPs", "HelpB", QT_TRANSLATE_NOOP("ToolTips", "Open the manual in the browser")},
     {"FourPs", "CalcTargetB", QT_TRANSLATE_NOOP("ToolTips", "Analyse the spectrum of the target by the chosen method")},

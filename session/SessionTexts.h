@@ -21,11 +21,15 @@ struct ReferenceTexts {
     QString file;
     QString dE = QStringLiteral("0"); ///< [eV]
     QString valence = QStringLiteral("1");
+
+    bool operator==(const ReferenceTexts &) const = default;
 };
 
 struct TargetTexts {
     QString file;
     QString dE = QStringLiteral("0"); ///< [eV]
+
+    bool operator==(const TargetTexts &) const = default;
 };
 
 struct PointTexts {
@@ -34,6 +38,8 @@ struct PointTexts {
     bool vPoint = false;
     QString energy; ///< [eV]; empty: as the map file says
     QString file;
+
+    bool operator==(const PointTexts &) const = default;
 };
 
 struct HistogramTexts {
@@ -41,6 +47,8 @@ struct HistogramTexts {
     QString to;
     QString boxes;
     bool autoRange = false;
+
+    bool operator==(const HistogramTexts &) const = default;
 };
 
 enum class FourPointsSolver { Exact, LeastSquares };
@@ -59,6 +67,8 @@ struct AdvancedTexts {
     LcfBounds lcfBounds = LcfBounds::Free;
 
     bool wantsSigmaMaps() const { return sigmaMaps || sigmaFile; }
+
+    bool operator==(const AdvancedTexts &) const = default;
 };
 
 /// The edge field's text before any edge is found [eV].
@@ -89,6 +99,8 @@ struct SessionTexts {
     std::vector<Region> regions; ///< valid ones, kMostRegions at most
 
     SessionTexts() { record.fill(true); }
+
+    bool operator==(const SessionTexts &) const = default;
 };
 
 /// What the window shows, and how; no result depends on it.
@@ -107,12 +119,16 @@ struct ViewTexts {
     QString sigmaLimit = QStringLiteral("0.1"); ///< in units of the shown quantity
     bool showPixelWindow = false;               ///< a double click in the map shows the pixel's fit
     bool regionsAlone = false;                  ///< plots show regions without the whole map
+
+    bool operator==(const ViewTexts &) const = default;
 };
 
 /// Everything that a session file keeps: the one value to snapshot and restore.
 struct PanelState {
     SessionTexts texts;
     ViewTexts view;
+
+    bool operator==(const PanelState &) const = default;
 };
 
 /// Names of the quantities, by Quantity: in keys and object names, and in the names of pictures.

@@ -119,6 +119,10 @@
         <source>sigma Amount</source>
         <translation>量の標準偏差</translation>
     </message>
+    <message>
+        <source>Undo</source>
+        <translation>元に戻す</translation>
+    </message>
 </context>
 <context>
     <name>PixelWindow</name>
@@ -817,6 +821,10 @@
         <source>Close this window; the regions stay</source>
         <translation>この窓を閉じます(領域は残ります)</translation>
     </message>
+    <message>
+        <source>Undo (Ctrl+Z) or redo (Ctrl+Shift+Z) a change of an input or a choice</source>
+        <translation>入力や選択の変更を元に戻す (Ctrl+Z)、またはやり直す (Ctrl+Shift+Z)</translation>
+    </message>
 </context>
 <context>
     <name>cBar</name>
@@ -1337,6 +1345,65 @@
     <message>
         <source>Can't write %1</source>
         <translation>%1 に書き出せません</translation>
+    </message>
+</context>
+<context>
+    <name>PanelUndo</name>
+    <message>
+        <source>reference</source>
+        <translation>標準試料</translation>
+    </message>
+    <message>
+        <source>target</source>
+        <translation>解析対象</translation>
+    </message>
+    <message>
+        <source>energy points</source>
+        <translation>エネルギー点</translation>
+    </message>
+    <message>
+        <source>edge</source>
+        <translation>吸収端</translation>
+    </message>
+    <message>
+        <source>method</source>
+        <translation>解析法</translation>
+    </message>
+    <message>
+        <source>histogram</source>
+        <translation>ヒストグラム</translation>
+    </message>
+    <message>
+        <source>result file</source>
+        <translation>結果ファイル</translation>
+    </message>
+    <message>
+        <source>precision and bounds</source>
+        <translation>精度と制約</translation>
+    </message>
+    <message>
+        <source>view</source>
+        <translation>表示</translation>
+    </message>
+    <message>
+        <source>several inputs</source>
+        <translation>複数の入力</translation>
+    </message>
+    <message>
+        <source>Undo: %1</source>
+        <translation>元に戻す: %1</translation>
+    </message>
+    <message>
+        <source>Undo</source>
+        <translation>元に戻す</translation>
+    </message>
+    <message>
+        <source>Redo: %1</source>
+        <translation>やり直す: %1</translation>
+    </message>
+    <message>
+        <source>Redo</source>
+        <translation>やり直す</translation>
     </message>
 </context>
 </TS>
