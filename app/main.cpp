@@ -29,6 +29,7 @@ int main(int argc, char **argv)
         orvel::installJapanese(translators);
     }
     Body body;
+    body.panel()->keepSessions();
     body.show();
     const QString session = orvel::sessionArgument(arguments);
     if (!session.isEmpty()) {

@@ -11,17 +11,21 @@
 #include "panel/PanelUndo.h"
 #include "panel/PointHeader.h"
 #include "panel/RegionPanel.h"
+#include "panel/SessionKeeper.h"
 #include "panel/TabOrder.h"
 #include "panel/ToolTips.h"
 #include "session/ResultPaths.h"
+#include "session/SessionFile.h"
 #include "spectra/ARefFile.h"
 #include "spectra/AXafsFileSelect.h"
 #include "ui_FourPs.h"
 
 #include <QButtonGroup>
+#include <QDragEnterEvent>
 #include <QEvent>
 #include <QFileDialog>
 #include <QMenu>
+#include <QMimeData>
 #include <QScrollBar>
 #include <QStyle>
 #include <QTimer>
@@ -111,6 +115,7 @@ FourPs::FourPs(QWidget *parent)
 FourPs::~FourPs()
 {
     delete m_undo; // what the fields tell while they go is no change
+    delete m_keeper;
     delete m_adviser; // it would read the form when it gets the focus of a panel that closes
     // A field that has the focus tells of its last edit when it goes, and later than this.
     for (QObject *child : findChildren<QObject *>()) {
@@ -432,6 +437,8 @@ void FourPs::toggledPickButton(AEPoint *row, bool on)
 /// The form as it is now is where undoing ends.
 void FourPs::makeUndo()
 {
+    m_ui->RestoreB->hide();
+    m_ui->RecentB->hide();
     m_undo = new PanelUndo([this] { return state(); },
                            [this](const orvel::PanelState &state) { restore(state); },
                            [this] { return m_isHeld || m_energyLines.isMoving(); }, this);
@@ -446,6 +453,50 @@ void FourPs::makeUndo()
     connect(menu, &QMenu::aboutToShow, m_undo, &PanelUndo::settle);
     m_ui->UndoB->setMenu(menu);
     m_ui->UndoB->setIcon(style()->standardIcon(QStyle::SP_ArrowBack)); // a word has no room
+    // A session may be dropped anywhere; as texts of fields URLs mean nothing.
+    setAcceptDrops(true);
+    for (QLineEdit *field : findChildren<QLineEdit *>()) {
+        field->setAcceptDrops(false);
+    }
+    m_ui->Message->setAcceptDrops(false);
+}
+
+void FourPs::keepSessions(int delayMs)
+{
+    m_keeper = new SessionKeeper([this] { return state(); }, delayMs, this);
+    connect(m_undo, &PanelUndo::noticed, m_keeper, &SessionKeeper::notice);
+    connect(m_keeper, &SessionKeeper::chosen, this, &FourPs::openSession);
+    auto *menu = new QMenu(this);
+    menu->setObjectName(QStringLiteral("RecentMenu"));
+    connect(menu, &QMenu::aboutToShow, this, [this, menu] { m_keeper->fill(*menu); });
+    m_ui->RecentB->setMenu(menu);
+    m_ui->RecentB->show();
+    connect(m_ui->RestoreB, &QPushButton::clicked, this, &FourPs::restoreCopy);
+    m_ui->RestoreB->setVisible(!m_keeper->leftCopy().isEmpty());
+}
+
+/// The session that is dragged; empty: something else.
+static QString draggedSession(const QDropEvent &event)
+{
+    const QList<QUrl> urls = event.mimeData()->urls();
+    const QString path = urls.isEmpty() ? QString() : urls.first().toLocalFile();
+    return !path.isEmpty() && orvel::isSession(path) ? path : QString();
+}
+
+void FourPs::dragEnterEvent(QDragEnterEvent *event)
+{
+    if (!draggedSession(*event).isEmpty()) {
+        event->acceptProposedAction();
+    }
+}
+
+void FourPs::dropEvent(QDropEvent *event)
+{
+    const QString path = draggedSession(*event);
+    if (!path.isEmpty()) {
+        event->acceptProposedAction();
+        openSession(path);
+    }
 }
 
 void FourPs::chooseSession(bool save)

@@ -36,6 +36,7 @@ class QCheckBox;
 class AdvancedPanel;
 class RegionPanel;
 class PanelUndo;
+class SessionKeeper;
 namespace orvel {
 class PixelWindow;
 }
@@ -69,6 +70,12 @@ public:
     /// As setState(), but files that are there already are not read again, and nothing is
     /// calculated where only the view differs.
     void restore(const orvel::PanelState &state);
+
+    /// Remembers sessions from run to run and keeps a copy of unsaved inputs; without this call the
+    /// panel touches no file that it was not told to.
+    /// delayMs  from the last change to the copy
+    void keepSessions(int delayMs = kCopyDelayMs);
+    static constexpr int kCopyDelayMs = 5000;
 
     /// What an analysis would read now.
     orvel::AnalysisInput readInput() const;
@@ -118,6 +125,8 @@ protected:
     void showEvent(QShowEvent *event) override;
     void resizeEvent(QResizeEvent *event) override;
     bool eventFilter(QObject *object, QEvent *event) override;
+    void dragEnterEvent(QDragEnterEvent *event) override;
+    void dropEvent(QDropEvent *event) override;
 
 private:
     // construction and wiring (FourPs.cpp)
@@ -139,6 +148,7 @@ private:
     void toggledPickButton(AEPoint *row, bool on);
     void chooseSession(bool save);
     void makeUndo();
+    void restoreCopy();
 
     // widgets to values and back (FourPsInput.cpp)
     orvel::SessionTexts texts() const;
@@ -228,6 +238,7 @@ private:
     bool m_isHeld = false;   ///< while a session is taken over nothing is calculated
     QString m_lastDir;
     PanelUndo *m_undo = nullptr;
+    SessionKeeper *m_keeper = nullptr; ///< once sessions are kept
     QFileDialog *m_openDialog = nullptr;
     QFileDialog *m_saveDialog = nullptr;
 

@@ -7,6 +7,7 @@
 #include "panel/AdvancedPanel.h"
 #include "panel/RegionPanel.h"
 #include "panel/PanelUndo.h"
+#include "panel/SessionKeeper.h"
 #include "panel/WaitCursor.h"
 #include "session/MessageText.h"
 #include "session/RegionTexts.h"
@@ -376,11 +377,31 @@ void FourPs::openSession(const QString &path)
     receiveNewDir(QFileInfo(path).absolutePath());
     setState(session.state);
     m_undo->settle();
+    if (m_keeper) {
+        m_keeper->handled(path);
+    }
 }
 
 void FourPs::saveSession(const QString &path)
 {
     if (!orvel::writeSession(path, state())) {
         writeMessage(tr("Can't open the file [%1]").arg(path));
+    } else if (m_keeper) {
+        m_keeper->handled(path);
     }
+}
+
+void FourPs::restoreCopy()
+{
+    const QString path = m_keeper->leftCopy();
+    const orvel::SessionReading copy = orvel::readSession(path);
+    if (copy.error.isEmpty()) {
+        const WaitCursor wait;
+        setState(copy.state);
+        m_undo->settle();
+        m_keeper->tookOver(path);
+    } else if (!path.isEmpty()) {
+        writeMessage(tr("Can't open the file [%1]").arg(path) + QStringLiteral(": ") + copy.error);
+    }
+    m_ui->RestoreB->setVisible(copy.error.isEmpty() && !m_keeper->leftCopy().isEmpty());
 }

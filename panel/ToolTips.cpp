@@ -96,6 +96,8 @@ constexpr Tip kTips[] = {
 
     // execution and results
     {"FourPs", "OpenSessionB", QT_TRANSLATE_NOOP("ToolTips", "Open a session file: files, parameters and view")},
+    {"FourPs", "RecentB", QT_TRANSLATE_NOOP("ToolTips", "Sessions that were opened or saved last; grey: not there any more")},
+    {"FourPs", "RestoreB", QT_TRANSLATE_NOOP("ToolTips", "An earlier run ended with inputs that no session holds: take them back")},
     {"FourPs", "UndoB", QT_TRANSLATE_NOOP("ToolTips", "Undo (Ctrl+Z) or redo (Ctrl+Shift+Z) a change of an input or a choice")},
     {"FourPs", "SaveSessionB", QT_TRANSLATE_NOOP("ToolTips", "Save files, parameters and view as a session file")},
     {"FourPs", "HelpB", QT_TRANSLATE_NOOP("ToolTips", "Open the manual in the browser")},

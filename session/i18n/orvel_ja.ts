@@ -123,6 +123,10 @@
         <source>Undo</source>
         <translation>元に戻す</translation>
     </message>
+    <message>
+        <source>Restore</source>
+        <translation>復元</translation>
+    </message>
 </context>
 <context>
     <name>PixelWindow</name>
@@ -822,6 +826,14 @@
         <translation>この窓を閉じます(領域は残ります)</translation>
     </message>
     <message>
+        <source>Sessions that were opened or saved last; grey: not there any more</source>
+        <translation>最近開いた、または保存したセッション (灰色: もうありません)</translation>
+    </message>
+    <message>
+        <source>An earlier run ended with inputs that no session holds: take them back</source>
+        <translation>前回終了時にセッションに保存されていなかった入力を復元します</translation>
+    </message>
+    <message>
         <source>Undo (Ctrl+Z) or redo (Ctrl+Shift+Z) a change of an input or a choice</source>
         <translation>入力や選択の変更を元に戻す (Ctrl+Z)、またはやり直す (Ctrl+Shift+Z)</translation>
     </message>
@@ -1404,6 +1416,13 @@
     <message>
         <source>Redo</source>
         <translation>やり直す</translation>
+    </message>
+</context>
+<context>
+    <name>SessionKeeper</name>
+    <message>
+        <source>No session was opened or saved yet</source>
+        <translation>開いた、または保存したセッションはまだありません</translation>
     </message>
 </context>
 </TS>
