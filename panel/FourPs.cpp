@@ -443,6 +443,7 @@ void FourPs::makeUndo()
                            [this](const orvel::PanelState &state) { restore(state); },
                            [this] { return m_isHeld || m_energyLines.isMoving(); }, this);
     m_undo->watch(*this);
+    connect(m_regions, &RegionPanel::changed, m_undo, &PanelUndo::notice);
     connect(m_ui->Disps->panel(Displays::DMuts), &DispABase::mReleased, m_undo, &PanelUndo::settle);
     auto *menu = new QMenu(this);
     menu->setObjectName(QStringLiteral("UndoMenu"));

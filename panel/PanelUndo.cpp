@@ -6,6 +6,7 @@
 #include <QAbstractItemModel>
 #include <QAction>
 #include <QComboBox>
+#include <QGuiApplication>
 #include <QKeyEvent>
 #include <QLineEdit>
 #include <QListWidget>
@@ -67,8 +68,7 @@ PanelUndo::PanelUndo(Take take, Restore restore, IsBusy isBusy, QObject *parent)
     constexpr int kMostSteps = 200;
     m_stack.setUndoLimit(kMostSteps);
     m_timer.setSingleShot(true);
-    m_timer.setInterval(0);
-    connect(&m_timer, &QTimer::timeout, this, &PanelUndo::settle);
+    connect(&m_timer, &QTimer::timeout, this, &PanelUndo::settleAfterDrag);
     m_undoAction->setShortcut(QKeySequence(QStringLiteral("Ctrl+Z")));
     m_redoAction->setShortcut(QKeySequence(QStringLiteral("Ctrl+Shift+Z")));
     connect(m_undoAction, &QAction::triggered, this, &PanelUndo::undo);
@@ -104,7 +104,7 @@ void PanelUndo::watch(QWidget &form)
 void PanelUndo::notice()
 {
     if (!m_isRestoring) {
-        m_timer.start();
+        m_timer.start(0);
     }
     emit noticed();
 }
@@ -117,6 +117,17 @@ void PanelUndo::noticeText(const QLineEdit *field)
         emit noticed();
     } else {
         notice();
+    }
+}
+
+/// What is dragged changes all the time; a step is where it ends.
+void PanelUndo::settleAfterDrag()
+{
+    constexpr int kLookAgainMs = 50;
+    if (m_isBusy() || (QGuiApplication::mouseButtons() & Qt::LeftButton)) {
+        m_timer.start(kLookAgainMs);
+    } else {
+        settle();
     }
 }
 
@@ -199,6 +210,7 @@ QString PanelUndo::nameOf(const orvel::PanelState &before, const orvel::PanelSta
     note(from.valenceHistogram != to.valenceHistogram || from.amountHistogram != to.amountHistogram,
          tr("histogram"));
     note(from.record != to.record || from.resultFile != to.resultFile, tr("result file"));
+    note(from.regions != to.regions, tr("regions"));
     note(from.advanced != to.advanced, tr("precision and bounds"));
     note(before.view != after.view, tr("view"));
     return names.size() == 1 ? names.first() : tr("several inputs");

@@ -39,6 +39,8 @@ public:
 public slots:
     void undo();
     void redo();
+    /// Something may have changed that no widget of the form tells of.
+    void notice();
 
 signals:
     /// Something may have changed.
@@ -50,7 +52,7 @@ protected:
 private:
     class Step;
 
-    void notice();
+    void settleAfterDrag();
     void noticeText(const QLineEdit *field);
     void restore(const orvel::PanelState &state);
     QString nameOf(const orvel::PanelState &before, const orvel::PanelState &after) const;

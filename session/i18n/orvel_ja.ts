@@ -1398,6 +1398,10 @@
         <translation>表示</translation>
     </message>
     <message>
+        <source>regions</source>
+        <translation>領域</translation>
+    </message>
+    <message>
         <source>several inputs</source>
         <translation>複数の入力</translation>
     </message>
