@@ -123,8 +123,8 @@ void DispArea::pan()
 void DispArea::mouseReleaseEvent(QMouseEvent *event)
 {
     m_mouse.released(*event);
-    if (event->button() == Qt::RightButton) {
-        return; // no end of a press that meant anything
+    if (m_menu && event->button() == Qt::RightButton) {
+        return; // no end of a press that meant anything but the menu
     }
     if (m_markLines) {
         m_markLines->release(m_coord, m_mouse);
@@ -135,7 +135,7 @@ void DispArea::mouseReleaseEvent(QMouseEvent *event)
 void DispArea::mouseDoubleClickEvent(QMouseEvent *event)
 {
     m_mouse.doubleClicked(*event);
-    if (event->button() == Qt::RightButton) {
+    if (m_menu && event->button() == Qt::RightButton) {
         return;
     }
     m_isRangeSet = false;

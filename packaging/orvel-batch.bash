@@ -11,7 +11,7 @@ _orvel_batch() {
         mapfile -t COMPREPLY < <(compgen -W "3 4 5 6 7 8" -- "$word")
         return
         ;;
-    --result)
+    --result | --table)
         compopt -o filenames 2>/dev/null
         mapfile -t COMPREPLY < <(compgen -f -- "$word")
         return
@@ -21,8 +21,8 @@ _orvel_batch() {
         ;;
     esac
     if [[ $word == -* ]]; then
-        options="-e -j --threads --quiet --images --result --advise --json --criterion --sigma"
-        options+=" --amount --fractions --range --spacing --alike --help -h --version"
+        options="-e -j --threads --quiet --images --result --table --advise --json --criterion"
+        options+=" --sigma --amount --fractions --range --spacing --alike --help -h --version"
         mapfile -t COMPREPLY < <(compgen -W "$options" -- "$word")
         return
     fi

@@ -7,6 +7,7 @@ BUILD_PACKAGES="g++ cmake ninja-build qtbase5-dev qttools5-dev qttools5-dev-tool
 TIDY_PACKAGES="clang clang-tidy clang-format"
 PACKAGING_PACKAGES="dpkg-dev file gzip"
 PACKAGE_CHECK_PACKAGES="appstream desktop-file-utils lintian man-db mmdebstrap"
+WORKFLOW_PACKAGES="snakemake"
 TOOLS_PACKAGES="python3-numpy python3-tifffile python3-pil python3-h5py"
 
 is_installed() {

@@ -48,8 +48,8 @@
         <translation>結果ファイル</translation>
     </message>
     <message>
-        <source>Help</source>
-        <translation>ヘルプ</translation>
+        <source>?</source>
+        <translation>?</translation>
     </message>
     <message>
         <source>Save session...</source>

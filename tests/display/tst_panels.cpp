@@ -180,8 +180,7 @@ void PanelsTest::dragsWithModifiers()
         QVERIFY(isClose(surface.range(), c.pans ? QVector<double>{-0.5, 3.5, -0.2, 1.8}
                                                 : QVector<double>{0, 4, 0, 2}));
         QVERIFY(pressed.count() == c.isPlain && dragging.count() == c.isPlain);
-        // The right button is the menu's.
-        QVERIFY(released.count() == (c.button == Qt::LeftButton) && nowPos.count() == 1);
+        QVERIFY(released.count() == 1 && nowPos.count() == 1);
         QCOMPARE(nowPos[0][0].toDouble(), 1.5); // before the pan moves the range
         QCOMPARE(nowPos[0][1].toDouble(), 1.2);
     }
