@@ -208,6 +208,42 @@ orvel::AdviserSettings EnergyAdviserDialog::settings() const
     return settings;
 }
 
+orvel::AdviserTexts EnergyAdviserDialog::texts() const
+{
+    orvel::AdviserTexts texts;
+    texts.points = m_hasPoints ? QString::number(m_ui->Points->value()) : QString();
+    texts.byFractions = m_ui->Criterion->currentIndex() != 0;
+    texts.low = m_ui->Low->text();
+    texts.high = m_ui->High->text();
+    texts.spacing = m_ui->Spacing->text();
+    texts.amount = m_ui->Amount->text();
+    texts.noise = m_ui->Noise->isModified() ? m_ui->Noise->text() : QString();
+    for (size_t n = 0; n < m_parts.size(); ++n) {
+        texts.parts[n] = m_parts[n]->text();
+    }
+    return texts;
+}
+
+void EnergyAdviserDialog::setTexts(const orvel::AdviserTexts &texts)
+{
+    m_hasPoints = !texts.points.isEmpty();
+    if (m_hasPoints) {
+        const QSignalBlocker quiet(m_ui->Points);
+        m_ui->Points->setValue(texts.points.toInt());
+    }
+    m_ui->Criterion->setCurrentIndex(texts.byFractions ? 1 : 0);
+    m_ui->Low->setText(texts.low);
+    m_ui->High->setText(texts.high);
+    m_ui->Spacing->setText(texts.spacing);
+    m_ui->Amount->setText(texts.amount);
+    m_ui->Noise->setText(texts.noise);
+    m_ui->Noise->setModified(!texts.noise.isEmpty());
+    for (size_t n = 0; n < m_parts.size(); ++n) {
+        m_parts[n]->setText(texts.parts[n]);
+    }
+    showOutdated(true);
+}
+
 void EnergyAdviserDialog::changeEvent(QEvent *event)
 {
     QDialog::changeEvent(event);

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "analysis/EnergyAdviser.h"
+#include "session/SessionTexts.h"
 
 #include <QDialog>
 
@@ -40,6 +41,10 @@ public:
     void showAdvice(std::optional<double> mapSigma);
 
     orvel::AdviserSettings settings() const;
+
+    /// What was asked, as a session keeps it, and back.
+    orvel::AdviserTexts texts() const;
+    void setTexts(const orvel::AdviserTexts &texts);
 
 signals:
     /// The user wants to measure at these.

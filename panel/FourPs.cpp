@@ -846,6 +846,7 @@ void FourPs::adviseOnEnergies()
     if (!m_adviser) {
         m_adviser = new EnergyAdviserDialog([this] { return readInput(); }, this);
         connect(m_adviser, &EnergyAdviserDialog::energiesWanted, this, &FourPs::useEnergies);
+        m_adviser->setTexts(m_adviserTexts);
     }
     std::optional<double> sigma;
     if (m_maps && m_maps->precision()) {

@@ -230,6 +230,7 @@ private:
     AdvancedPanel *m_advanced = nullptr;
     orvel::PixelWindow *m_pixelWindow = nullptr; ///< made at first use
     EnergyAdviserDialog *m_adviser = nullptr;    ///< once it was wanted
+    orvel::AdviserTexts m_adviserTexts;          ///< for the dialog, once it is made
     RegionPanel *m_regions = nullptr;
     std::vector<orvel::RegionGroup> m_regionGroups; ///< of the regions, for the plots
     int m_regionRevision = 0;

@@ -5,6 +5,7 @@
 #include "display/Histgram.h"
 #include "images/AEPoint.h"
 #include "panel/AdvancedPanel.h"
+#include "panel/EnergyAdviserDialog.h"
 #include "panel/PanelUndo.h"
 #include "panel/RegionPanel.h"
 #include "spectra/ARefFile.h"
@@ -132,6 +133,7 @@ orvel::SessionTexts FourPs::texts() const
         texts.resultFile = QDir::current().absoluteFilePath(texts.resultFile);
     }
     texts.advanced = m_advanced->texts();
+    texts.advanced.adviser = m_adviser != nullptr ? m_adviser->texts() : m_adviserTexts;
     return texts;
 }
 
@@ -216,6 +218,10 @@ void FourPs::setTexts(const orvel::SessionTexts &texts, Files files)
         m_ui->SaveFSelect->setText(texts.resultFile);
     }
     m_advanced->setTexts(texts.advanced);
+    m_adviserTexts = texts.advanced.adviser;
+    if (m_adviser != nullptr && m_adviser->texts() != m_adviserTexts) {
+        m_adviser->setTexts(m_adviserTexts);
+    }
     m_regions->setRegions(texts.regions);
 
     // Shifts before files, so that found edges are shifted too; edges and energies last, since

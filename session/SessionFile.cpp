@@ -104,6 +104,21 @@ template <class State, class Field> void eachField(State &state, Field &field)
 
     field.regions(texts.regions);
 
+    auto &adviser = advanced.adviser;
+    const AdviserTexts &usualAdvice = usual.adviser;
+    field.rareText(QStringLiteral("Adviser/Points"), adviser.points, usualAdvice.points);
+    field.rareBox(QStringLiteral("Adviser/ByFractions"), adviser.byFractions,
+                  usualAdvice.byFractions);
+    field.rareText(QStringLiteral("Adviser/Low"), adviser.low, usualAdvice.low);
+    field.rareText(QStringLiteral("Adviser/High"), adviser.high, usualAdvice.high);
+    field.rareText(QStringLiteral("Adviser/Spacing"), adviser.spacing, usualAdvice.spacing);
+    field.rareText(QStringLiteral("Adviser/Amount"), adviser.amount, usualAdvice.amount);
+    field.rareText(QStringLiteral("Adviser/Noise"), adviser.noise, usualAdvice.noise);
+    for (size_t i = 0; i < adviser.parts.size(); ++i) {
+        field.rareText(QStringLiteral("Adviser/Part%1").arg(i + 1), adviser.parts[i],
+                       usualAdvice.parts[i]);
+    }
+
     field.choice(QStringLiteral("View/MapQuantity"), view.mapQuantity, mapQuantityNames());
     field.choice(QStringLiteral("View/HgQuantity"), view.histogramQuantity, quantityNames());
     field.choice(QStringLiteral("View/Normalize"), view.normalize,

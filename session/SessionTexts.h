@@ -56,6 +56,21 @@ enum class SubtractedLine { Pre, Post };
 enum class BackgroundLine { Victoreen, Linear };
 enum class GraphNormalization { None, SubPre, EdgeJump, TwoVictoreens };
 
+/// What the search for energies is asked.
+struct AdviserTexts {
+    QString points;                        ///< energies wanted; empty: as many as are used
+    bool byFractions = false;              ///< otherwise the valence is to be best
+    QString low;                           ///< [eV]; empty: from the edge
+    QString high;                          ///< [eV]; empty: from the edge
+    QString spacing = QStringLiteral("2"); ///< [eV]
+    QString amount = QStringLiteral("1");
+    QString noise; ///< empty: that of the map, or the usual one
+    std::array<QString, kReferenceRows> parts = {QStringLiteral("1"), QStringLiteral("1"),
+                                                 QStringLiteral("1"), QStringLiteral("1")};
+
+    bool operator==(const AdviserTexts &) const = default;
+};
+
 /// What goes beyond the described analysis: precision and bounds. A session file names only what
 /// differs from these defaults.
 struct AdvancedTexts {
@@ -65,6 +80,7 @@ struct AdvancedTexts {
     QString noiseSigma = QStringLiteral("0.005"); ///< of an absorption [1], with NoiseSource::Given
     NonEquivBounds nonEquivBounds = NonEquivBounds::Free;
     LcfBounds lcfBounds = LcfBounds::Free;
+    AdviserTexts adviser;
 
     bool wantsSigmaMaps() const { return sigmaMaps || sigmaFile; }
 

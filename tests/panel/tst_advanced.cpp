@@ -1,10 +1,12 @@
 // Precision beside the results, as a user meets it: frame, map, hidden pixels, files.
 
+#include "panel/EnergyAdviserDialog.h"
 #include "panel/PixelWindow.h"
 #include "session/SessionFile.h"
 #include "tests/panel/Window.h"
 
 #include <QComboBox>
+#include <QSpinBox>
 
 #include <cmath>
 
@@ -153,6 +155,7 @@ void AdvancedTest::sessionKeepsTheChoices()
     panel.saveSession(sample.path("usual.ini"));
     QVERIFY(!sample.read("usual.ini").contains("Advanced"));
     QVERIFY(!sample.read("usual.ini").contains("Sigma"));
+    QVERIFY(!sample.read("usual.ini").contains("Adviser"));
     sample.load(panel);
     askForSigma(panel, "0.03");
     perform(panel, "tick SigmaFile; tick HideUncertain; type SigmaLimit 0.5; tick ShowPixelWindow; "
@@ -160,6 +163,13 @@ void AdvancedTest::sessionKeepsTheChoices()
     for (const char *box : {"NonEquivBounds", "LcfBounds"}) {
         QTest::keyClick(at<QComboBox>(panel, box), Qt::Key_Down);
     }
+    perform(panel, "click AdviserB");
+    auto *adviser = panel.findChild<EnergyAdviserDialog *>();
+    QTest::keyClick(find<QComboBox>(*adviser, "Criterion"), Qt::Key_Down);
+    type(find<QLineEdit>(*adviser, "Spacing"), "3.5");
+    type(find<QLineEdit>(*adviser, "Noise"), "0.007");
+    type(find<QLineEdit>(*adviser, "Part2"), "0.25");
+    find<QSpinBox>(*adviser, "Points")->stepUp();
     panel.saveSession(sample.path("s.ini"));
     FourPs other;
     other.openSession(sample.path("s.ini"));
@@ -171,6 +181,11 @@ void AdvancedTest::sessionKeepsTheChoices()
     QCOMPARE(all(other), QString("true true given number 0.03 not negative not negative true 0.5 "
                                  "true true"));
     QCOMPARE(all(panel), all(other));
+    QCOMPARE(other.state().texts.advanced.adviser.spacing, QString("3.5"));
+    perform(other, "click AdviserB");
+    const auto *again = other.findChild<EnergyAdviserDialog *>();
+    QVERIFY(again->texts() == adviser->texts());
+    QVERIFY(again->texts().byFractions && again->texts().noise == "0.007");
     other.saveSession(sample.path("again.ini"));
     QCOMPARE(sample.read("again.ini"), sample.read("s.ini"));
 }
