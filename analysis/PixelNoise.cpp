@@ -24,18 +24,44 @@ double pooledSigma(const ResultMaps &maps, int points, int freedom, const std::v
     double freedoms = 0.0;
     for (qint64 begin = 0; begin < maps.size(); begin += kBlock) {
         const qint64 end = std::min(begin + kBlock, maps.size());
+        // Side by side, or every addition would wait for the one before.
+        constexpr qint64 kSums = 8;
+        double sums[kSums] = {};
+        double counts[kSums] = {};
+        qint64 bounds = 0;
+        const auto add = [&](qint64 i, qint64 k) {
+            const double square = residual[i] * residual[i];
+            const bool finite = square <= std::numeric_limits<double>::max();
+            sums[k] += finite ? square : 0.0;
+            counts[k] += finite ? 1.0 : 0.0;
+        };
+        if (pooled.empty() && held.empty()) {
+            qint64 i = begin;
+            for (; i + kSums <= end; i += kSums) {
+                for (qint64 k = 0; k < kSums; ++k) {
+                    add(i + k, k);
+                }
+            }
+            for (; i < end; ++i) {
+                add(i, 0);
+            }
+        } else {
+            for (qint64 i = begin; i < end; ++i) {
+                if (!pooled.empty() && !pooled[static_cast<size_t>(i)]) {
+                    continue;
+                }
+                const double before = counts[0];
+                add(i, 0);
+                if (!held.empty() && counts[0] > before) {
+                    bounds += __builtin_popcount(held[static_cast<size_t>(i)]);
+                }
+            }
+        }
         double blockSum = 0.0;
         double pixels = 0.0;
-        qint64 bounds = 0;
-        for (qint64 i = begin; i < end; ++i) {
-            const double square = residual[i] * residual[i];
-            const bool finite = square <= std::numeric_limits<double>::max() &&
-                                (pooled.empty() || pooled[static_cast<size_t>(i)]);
-            blockSum += finite ? square : 0.0;
-            pixels += finite ? 1.0 : 0.0;
-            if (!held.empty() && finite) {
-                bounds += __builtin_popcount(held[static_cast<size_t>(i)]);
-            }
+        for (qint64 k = 0; k < kSums; ++k) {
+            blockSum += sums[k];
+            pixels += counts[k];
         }
         sum += blockSum;
         freedoms += pixels * freedom + static_cast<double>(bounds);
