@@ -10,6 +10,8 @@
 #include "images/TDData0.h"
 #include "panel/FourPs.h"
 #include "panel/plots/ComparisonPlot.h"
+#include "session/InputLoader.h"
+#include "session/SessionFile.h"
 #include "spectra/AFileSelect.h"
 
 #include <QAbstractEventDispatcher>
@@ -177,6 +179,33 @@ PanelState stateOf(const Sample &sample, Inputs &inputs)
     return state;
 }
 
+/// What is wrong with the map that the panel computed from its inputs; empty when nothing is.
+QString checkResults(const FourPs &panel)
+{
+    const AnalysisInput input = panel.readInput();
+    const Plan plan = checkMap(input);
+    const auto maps = panel.results();
+    if (!maps || plan.used.size() != kPointRows) {
+        return QStringLiteral("no map");
+    }
+    NonEquivFit fit(gatherRefValues(input, plan));
+    constexpr qint64 kEach = 997;
+    for (qint64 i = 0; i < maps->size(); i += kEach) {
+        std::vector<double> y;
+        for (const size_t k : plan.used) {
+            y.push_back(input.points[k].map->absorptionPlane()[static_cast<size_t>(i)]);
+        }
+        const ResultVector expected = fit.fit(y);
+        for (const Quantity quantity :
+             {Quantity::Ratio1, Quantity::DMut1, Quantity::Valence, Quantity::Amount}) {
+            if (maps->at(quantity, i) != expected[static_cast<size_t>(indexOf(quantity))]) {
+                return QStringLiteral("pixel %1").arg(i);
+            }
+        }
+    }
+    return {};
+}
+
 class WindowClick : public WindowWork {
 public:
     void prepare(Inputs &inputs) override
@@ -205,28 +234,7 @@ public:
 
     QString check() const override
     {
-        const AnalysisInput input = panel().readInput();
-        const Plan plan = checkMap(input);
-        const auto maps = panel().results();
-        if (!maps || plan.used.size() != kPointRows || !painted().wasPainted()) {
-            return QStringLiteral("no map, or it is not painted");
-        }
-        NonEquivFit fit(gatherRefValues(input, plan));
-        constexpr qint64 kEach = 997;
-        for (qint64 i = 0; i < maps->size(); i += kEach) {
-            std::vector<double> y;
-            for (const size_t k : plan.used) {
-                y.push_back(input.points[k].map->absorptionPlane()[static_cast<size_t>(i)]);
-            }
-            const ResultVector expected = fit.fit(y);
-            for (const Quantity quantity :
-                 {Quantity::Ratio1, Quantity::DMut1, Quantity::Valence, Quantity::Amount}) {
-                if (maps->at(quantity, i) != expected[static_cast<size_t>(indexOf(quantity))]) {
-                    return QStringLiteral("pixel %1").arg(i);
-                }
-            }
-        }
-        return {};
+        return painted().wasPainted() ? checkResults(panel()) : QStringLiteral("not painted");
     }
 
 private:
@@ -235,16 +243,73 @@ private:
     int m_runs = 0;
 };
 
+/// A session file chosen in the window, until it is idle: everything read, calculated and painted.
+class SessionOpen : public WindowWork {
+public:
+    void prepare(Inputs &inputs) override
+    {
+        PanelState state = stateOf(inputs.sample(), inputs);
+        for (int i = 0; i < 2; ++i) {
+            state.texts.references[0].valence = QString::number(i);
+            m_paths[i] = inputs.path(qPrintable(QStringLiteral("session%1.orvel").arg(i)));
+            if (!writeSession(m_paths[i], state)) {
+                throw std::runtime_error("cannot write " + m_paths[i].toStdString());
+            }
+        }
+        show();
+        watch("ResultMap");
+    }
+
+    void ready() override
+    {
+        ++m_runs;
+        painted().forget();
+    }
+
+    void run() override
+    {
+        panel().openSession(m_paths[m_runs % 2]);
+        becomeIdle();
+    }
+
+    QString check() const override
+    {
+        return painted().wasPainted() ? checkResults(panel()) : QStringLiteral("not painted");
+    }
+
+private:
+    QString m_paths[2];
+    int m_runs = 0;
+};
+
+/// The floor under it: the readings of its inputs.
+class SessionRead : public Work {
+public:
+    void prepare(Inputs &inputs) override { m_texts = stateOf(inputs.sample(), inputs).texts; }
+    void ready() override { m_input = {}; }
+    void run() override { m_input = loadInput(m_texts).input; }
+    QString check() const override
+    {
+        return checkMap(m_input).used.size() == kPointRows ? QString()
+                                                           : QStringLiteral("rows are missing");
+    }
+
+private:
+    SessionTexts m_texts;
+    AnalysisInput m_input;
+};
+
 /// A million dots in "dMut/v or a", painted alone: again, or after a new result.
 template <bool IsNew> class PaintScatter : public WindowWork {
 public:
     void prepare(Inputs &inputs) override
     {
         show();
-        panel().setState(stateOf(inputs.sample(), inputs));
+        FourPs &form = panel();
+        form.setState(stateOf(inputs.sample(), inputs));
         becomeIdle();
-        m_valence = panel().findChild<QLineEdit *>(QStringLiteral("Valence"));
-        m_area = panel().findChild<Displays *>()->panel(Displays::DDMutVorA)->area();
+        m_valence = form.findChild<QLineEdit *>(QStringLiteral("Valence"));
+        m_area = form.findChild<Displays *>()->panel(Displays::DDMutVorA)->area();
     }
 
     void ready() override
@@ -384,7 +449,7 @@ public:
 private:
     void send(QEvent::Type type, Qt::MouseButton button)
     {
-        QMouseEvent event(type, QPointF(m_x, m_area->height() / 2), button, Qt::LeftButton,
+        QMouseEvent event(type, QPointF(m_x, 0.5 * m_area->height()), button, Qt::LeftButton,
                           Qt::NoModifier);
         QApplication::sendEvent(m_area, &event);
     }
@@ -457,6 +522,16 @@ std::unique_ptr<QCoreApplication> makeApplication(int &argc, char **argv)
 std::unique_ptr<Work> makeWindowLoad()
 {
     return std::make_unique<WindowLoad>();
+}
+
+std::unique_ptr<Work> makeSessionOpen()
+{
+    return std::make_unique<SessionOpen>();
+}
+
+std::unique_ptr<Work> makeSessionRead()
+{
+    return std::make_unique<SessionRead>();
 }
 
 std::unique_ptr<Work> makePaintScatter()

@@ -14,6 +14,10 @@ std::unique_ptr<QCoreApplication> makeApplication(int &argc, char **argv);
 std::unique_ptr<Work> makeWindowLoad();
 std::unique_ptr<Work> makeWindowClick();
 
+/// A session of eight maps opened in the shown window until it is idle, and its inputs just read.
+std::unique_ptr<Work> makeSessionOpen();
+std::unique_ptr<Work> makeSessionRead();
+
 /// The scatter of amounts alone: after a new result, and unchanged.
 std::unique_ptr<Work> makePaintScatter();
 std::unique_ptr<Work> makePaintScatterAgain();

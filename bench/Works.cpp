@@ -32,6 +32,8 @@ const std::vector<NamedWork> &works()
         {"paint-graph-2x", makePaintGraph2x},
         {"window-load", makeWindowLoad},
         {"window-click", makeWindowClick},
+        {"session-open", makeSessionOpen},
+        {"session-read", makeSessionRead},
         {"paint-scatter", makePaintScatter},
         {"paint-scatter-again", makePaintScatterAgain},
         {"paint-comparison", makePaintComparison},
