@@ -101,18 +101,21 @@ orvel::PaintedPicture DispMBase::picture(const QString &unit)
     constexpr int kGap = 12;
     constexpr int kBarWidth = 20;
     constexpr int kUnitRow = 18;
-    constexpr int kBelow = 10; // half a label
+    constexpr int kHalfLabel = 10;
     constexpr int kUnitPixels = 12;
     const QSize map = area()->size();
     orvel::PaintedPicture picture;
     picture.widget = area();
-    picture.size = map + QSize(kGap + kBarWidth + orvel::kBarLabels, kBelow);
+    picture.size = map + QSize(orvel::kAxisLeft + kGap + kBarWidth + orvel::kBarLabels,
+                               kHalfLabel + orvel::kAxisBottom);
     picture.title = title();
     picture.paint = [this, map, unit](QStylePainter &p) {
+        p.translate(orvel::kAxisLeft, kHalfLabel);
         p.save();
         p.setClipRect(QRect(QPoint(), map));
         area()->paintOn(p);
         p.restore();
+        orvel::drawMapAxes(p, *area()->coord());
         p.setPen(QColor(150, 150, 150)); // or pale pixels at the border had no end
         p.setBrush(Qt::NoBrush);
         p.drawRect(QRect(QPoint(), map));
@@ -123,7 +126,7 @@ orvel::PaintedPicture DispMBase::picture(const QString &unit)
         p.setPen(Qt::black);
         p.drawText(QRect(left, 0, kBarWidth + orvel::kBarLabels, kUnitRow - 2),
                    Qt::AlignLeft | Qt::AlignTop, unit);
-        const int top = kUnitRow + kBelow;
+        const int top = unit.isEmpty() ? 0 : kUnitRow + kHalfLabel;
         orvel::drawLabelledBar(p, QRect(left, top, kBarWidth, qMax(1, map.height() - top)),
                                bar()->scale());
     };

@@ -8,6 +8,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <vector>
 
 namespace orvel {
 namespace {
@@ -163,6 +164,58 @@ void drawLabelledBar(QPainter &painter, const QRect &box, const ColourScale &sca
             }
         }
     }
+    painter.restore();
+}
+
+void drawMapAxes(QPainter &painter, const ChCoord &coord)
+{
+    constexpr int kTick = 4;
+    constexpr int kFewestSteps = 2;
+    const auto width = static_cast<int>(coord.areaX1());
+    const auto height = static_cast<int>(coord.areaY0());
+    painter.save();
+    painter.setFont(fontOf(kNotePixels));
+    const int row = painter.fontMetrics().height();
+
+    /// The multiples of a round step in a range, of whole pixels.
+    const auto positions = [](double from, double to) {
+        std::vector<double> found;
+        const double range = to - from;
+        if (range > 0.0 && std::isfinite(range)) {
+            const double step = std::max(1.0, roundStep(range, kFewestSteps));
+            const double first = std::ceil(from / step);
+            constexpr int kMost = 12; // of values so large that they do not grow
+            for (int i = 0; i < kMost && (first + i) * step <= to; ++i) {
+                found.push_back((first + i) * step);
+            }
+        }
+        return found;
+    };
+    const auto label = [&painter](int x0, int y0, int x1, int y1, const QRectF &box, int alignment,
+                                  double value) {
+        painter.setPen(kFrameColour);
+        painter.drawLine(x0, y0, x1, y1);
+        painter.setPen(Qt::black);
+        painter.drawText(box, alignment, QString::number(value, 'g', 6));
+    };
+    constexpr int kHalfLabel = 30;
+    for (const double value : positions(coord.xMin(), coord.xMax())) {
+        const auto x = static_cast<int>(coord.sx(value));
+        label(x, height, x, height + kTick,
+              QRectF(x - kHalfLabel, height + kTick, 2 * kHalfLabel, row),
+              Qt::AlignHCenter | Qt::AlignTop, value);
+    }
+    const int numbers = kAxisLeft - row - kLabelGap;
+    for (const double value : positions(coord.yMin(), coord.yMax())) {
+        const auto y = static_cast<int>(coord.sy(value));
+        label(-kTick, y, 0, y, QRectF(-kLabelGap - numbers, y - row / 2.0, numbers, row),
+              Qt::AlignRight | Qt::AlignVCenter, value);
+    }
+    painter.drawText(QRectF(0, height + kAxisBottom - row, width, row), Qt::AlignCenter,
+                     QStringLiteral("x [pixel]"));
+    painter.translate(-kAxisLeft, height);
+    painter.rotate(-90.0);
+    painter.drawText(QRectF(0, 0, height, row), Qt::AlignCenter, QStringLiteral("y [pixel]"));
     painter.restore();
 }
 

@@ -7,6 +7,8 @@
 #include <QRect>
 #include <QString>
 
+class ChCoord;
+
 namespace orvel {
 
 // Maps and histograms as pictures of their own, for reports and folders of results. All sizes are
@@ -46,5 +48,12 @@ inline constexpr int kBarLabels = 118;
 /// A colour bar with its limits at the ends and round values between, where they have room; the
 /// labels stand to its right, the outer ones half above and half below the box.
 void drawLabelledBar(QPainter &painter, const QRect &box, const ColourScale &scale);
+
+/// Room for the axes left of and below a map [logical pixels].
+inline constexpr int kAxisLeft = 58;
+inline constexpr int kAxisBottom = 38;
+/// Round positions along the left and the lower edge of a map whose surface begins at the
+/// painter's origin, and what they count: pixels of the map, from the lower left corner.
+void drawMapAxes(QPainter &painter, const ChCoord &coord);
 
 } // namespace orvel

@@ -1,6 +1,7 @@
 // Pictures and tables as a user gets them from the menus of graphs and maps.
 
 #include "display/ExportMenu.h"
+#include "display/Pictures.h"
 #include "display/cBar.h"
 #include "images/TDData0.h"
 #include "tests/panel/Window.h"
@@ -121,12 +122,15 @@ void ExportTest::picturesShowAndTell()
         QVERIFY(!image.isNull());
         once = fineness == 1 ? image.size() : once;
         QCOMPARE(image.size(), once * fineness);
-        // The left half is the pixel of valence 3, the right one that of 2; the lower edge of the
-        // map is 10 pixels above that of the picture.
-        const int y = (once.height() - 20) * fineness;
-        QCOMPARE(QColor(image.pixel(surface.width() / 4 * fineness, y)), map->bar()->colourOf(3.0));
-        QCOMPARE(QColor(image.pixel(surface.width() * 3 / 4 * fineness, y)),
-                 map->bar()->colourOf(2.0));
+        // The left half is the pixel of valence 3, the right one that of 2, with a tick between.
+        const auto colourAt = [&](int x, int y) {
+            return QColor(image.pixel(QPoint(orvel::kAxisLeft + x, y) * fineness));
+        };
+        const int lowerEdge = once.height() - orvel::kAxisBottom;
+        QCOMPARE(colourAt(surface.width() / 4, lowerEdge - 10), map->bar()->colourOf(3.0));
+        QCOMPARE(colourAt(surface.width() * 3 / 4, lowerEdge - 10), map->bar()->colourOf(2.0));
+        QVERIFY(colourAt(surface.width() / 2, lowerEdge + 3) != QColor(Qt::white));
+        QCOMPARE(colourAt(surface.width() / 4, lowerEdge + 3), QColor(Qt::white));
         QVERIFY(image.text("Software").startsWith("orvel "));
         QCOMPARE(image.text("Quantity") + ' ' + image.text("Lowest") + ' ' + image.text("Highest"),
                  QString("Valence 2 3"));
