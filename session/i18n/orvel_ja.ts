@@ -73,23 +73,23 @@
     </message>
     <message>
         <source>σ Amount</source>
-        <translation>σ 量</translation>
+        <translation>σ 存在量</translation>
     </message>
     <message>
         <source>σ Ratio 1</source>
-        <translation>σ 割合1</translation>
+        <translation>σ 比率1</translation>
     </message>
     <message>
         <source>σ Ratio 2</source>
-        <translation>σ 割合2</translation>
+        <translation>σ 比率2</translation>
     </message>
     <message>
         <source>σ Ratio 3</source>
-        <translation>σ 割合3</translation>
+        <translation>σ 比率3</translation>
     </message>
     <message>
         <source>σ Ratio 4</source>
-        <translation>σ 割合4</translation>
+        <translation>σ 比率4</translation>
     </message>
     <message>
         <source>Residual</source>
@@ -97,19 +97,19 @@
     </message>
     <message>
         <source>sigma Ratio 1</source>
-        <translation>割合1の標準偏差</translation>
+        <translation>比率1の標準偏差</translation>
     </message>
     <message>
         <source>sigma Ratio 2</source>
-        <translation>割合2の標準偏差</translation>
+        <translation>比率2の標準偏差</translation>
     </message>
     <message>
         <source>sigma Ratio 3</source>
-        <translation>割合3の標準偏差</translation>
+        <translation>比率3の標準偏差</translation>
     </message>
     <message>
         <source>sigma Ratio 4</source>
-        <translation>割合4の標準偏差</translation>
+        <translation>比率4の標準偏差</translation>
     </message>
     <message>
         <source>sigma Valence</source>
@@ -117,7 +117,7 @@
     </message>
     <message>
         <source>sigma Amount</source>
-        <translation>量の標準偏差</translation>
+        <translation>存在量の標準偏差</translation>
     </message>
     <message>
         <source>Undo</source>
@@ -647,11 +647,11 @@
     </message>
     <message>
         <source>Show what stands beside the results: standard deviations, bounded fits, choice of energies</source>
-        <translation>結果に添えるもの（標準偏差、制約付きフィット、エネルギーの選択）を表示します</translation>
+        <translation>結果に添えるもの (標準偏差、制約付きフィット、エネルギーの選択)を表示します</translation>
     </message>
     <message>
         <source>Maps of the residual and of the standard deviation (1 sigma) of ratios, valence and amount</source>
-        <translation>残差と、割合・価数・量の標準偏差（1シグマ）のマップを計算します</translation>
+        <translation>残差と、比率・価数・存在量の標準偏差 (1シグマ)のマップを計算します</translation>
     </message>
     <message>
         <source>Write them beside the result file, as NAME_Sigma</source>
@@ -659,19 +659,19 @@
     </message>
     <message>
         <source>Where the standard deviation s of a measured absorption comes from. A pixel&apos;s own residuals are a rough guess: with 1 or 2 degrees of freedom their mean is 0.8 to 0.9 of the truth</source>
-        <translation>測定した吸収の標準偏差 s の求め方。画素自身の残差は粗い推定です（自由度1〜2では平均が真値の0.8〜0.9倍）</translation>
+        <translation>測定した吸収の標準偏差 s の求め方。画素自身の残差は粗い推定です (自由度1〜2では平均が真値の0.8〜0.9倍)</translation>
     </message>
     <message>
         <source>Standard deviation s of one absorption, in units of mut</source>
-        <translation>吸収1点の標準偏差 s（mut の単位）</translation>
+        <translation>吸収1点の標準偏差 s (mut の単位)</translation>
     </message>
     <message>
         <source>Non-equivalent fit: references free, or none below 0; the background stays free. Holds from the next calculation</source>
-        <translation>非等価法のフィット：標準試料の係数を自由にするか、0以上に制限します（バックグラウンドは自由）。次の計算から有効です</translation>
+        <translation>非等吸収点法のフィット: 標準試料の係数を自由にするか、0以上に制限します (バックグラウンドは自由)。次の計算から有効です</translation>
     </message>
     <message>
         <source>Linear combination fit: ratios free, none below 0, their sum one, or both. Holds from the next fit</source>
-        <translation>線形結合フィット：割合を自由にするか、0以上、和を1、またはその両方に制限します。次のフィットから有効です</translation>
+        <translation>線形結合フィット: 比率を自由にするか、0以上、和を1、またはその両方に制限します。次のフィットから有効です</translation>
     </message>
     <message>
         <source>Leave pixels white whose standard deviation of the shown quantity exceeds the limit; histogram plots leave them out, files never do</source>
@@ -679,7 +679,7 @@
     </message>
     <message>
         <source>Greatest standard deviation that is shown, in units of the shown quantity</source>
-        <translation>表示する標準偏差の上限（表示中の量の単位）</translation>
+        <translation>表示する標準偏差の上限 (表示中の量の単位)</translation>
     </message>
     <message>
         <source>A double click in the result map also shows the fit of that pixel in a window of its own</source>
@@ -687,43 +687,43 @@
     </message>
     <message>
         <source>Which energies to measure: expected standard deviations of the present ones and of better ones</source>
-        <translation>どのエネルギーを測るべきか：現在の、またはより良いエネルギーで期待される標準偏差</translation>
+        <translation>どのエネルギーを測るべきか: 現在の、またはより良いエネルギーで期待される標準偏差</translation>
     </message>
     <message>
         <source>One standard deviation of each result of the target, from its own residuals or the given s; ?: not determined</source>
-        <translation>対象の各結果の標準偏差（1シグマ）。自身の残差または与えた s から求めます。?: 求まりません</translation>
+        <translation>対象の各結果の標準偏差 (1シグマ)。自身の残差または与えた s から求めます。?: 求まりません</translation>
     </message>
     <message>
         <source>One standard deviation of each result of the linear combination fit; s in units of the edge jump; ?: not determined</source>
-        <translation>線形結合フィットの各結果の標準偏差（1シグマ）。s は吸収端ジャンプの単位。?: 求まりません</translation>
+        <translation>線形結合フィットの各結果の標準偏差 (1シグマ)。s は吸収端ジャンプの単位。?: 求まりません</translation>
     </message>
     <message>
         <source>Root of the mean squared difference between absorption and fit, in units of mut</source>
-        <translation>吸収とフィットの差の二乗平均平方根（mut の単位）</translation>
+        <translation>吸収とフィットの差の二乗平均平方根 (mut の単位)</translation>
     </message>
     <message>
         <source>One standard deviation of the fraction of the first reference</source>
-        <translation>標準試料1の割合の標準偏差（1シグマ）</translation>
+        <translation>標準試料1の比率の標準偏差 (1シグマ)</translation>
     </message>
     <message>
         <source>One standard deviation of the fraction of the second reference</source>
-        <translation>標準試料2の割合の標準偏差（1シグマ）</translation>
+        <translation>標準試料2の比率の標準偏差 (1シグマ)</translation>
     </message>
     <message>
         <source>One standard deviation of the fraction of the third reference</source>
-        <translation>標準試料3の割合の標準偏差（1シグマ）</translation>
+        <translation>標準試料3の比率の標準偏差 (1シグマ)</translation>
     </message>
     <message>
         <source>One standard deviation of the fraction of the fourth reference</source>
-        <translation>標準試料4の割合の標準偏差（1シグマ）</translation>
+        <translation>標準試料4の比率の標準偏差 (1シグマ)</translation>
     </message>
     <message>
         <source>One standard deviation of the valence</source>
-        <translation>価数の標準偏差（1シグマ）</translation>
+        <translation>価数の標準偏差 (1シグマ)</translation>
     </message>
     <message>
         <source>One standard deviation of the amount</source>
-        <translation>量の標準偏差（1シグマ）</translation>
+        <translation>存在量の標準偏差 (1シグマ)</translation>
     </message>
     <message>
         <source>How many energies to choose; the four-points methods follow from it</source>
@@ -731,7 +731,7 @@
     </message>
     <message>
         <source>What the energies are to give with the least standard deviation: the mean valence, or the fractions of all references together</source>
-        <translation>標準偏差を最小にする量: 平均価数、または全標準試料の割合</translation>
+        <translation>標準偏差を最小にする量: 平均価数、または全標準試料の比率</translation>
     </message>
     <message>
         <source>Lowest energy to choose [eV]; empty: 60 below the edge</source>
@@ -889,7 +889,7 @@
     </message>
     <message>
         <source>Non equiv.</source>
-        <translation>非等価法</translation>
+        <translation>非等吸収点法</translation>
     </message>
     <message>
         <source>LCF</source>
@@ -949,7 +949,7 @@
     </message>
     <message>
         <source>ratios %1</source>
-        <translation>割合 %1</translation>
+        <translation>比率 %1</translation>
     </message>
     <message>
         <source>valence %1</source>
@@ -1008,7 +1008,7 @@
     </message>
     <message>
         <source>fractions</source>
-        <translation>割合</translation>
+        <translation>比率</translation>
     </message>
     <message>
         <source>Range [eV]</source>
@@ -1028,7 +1028,7 @@
     </message>
     <message>
         <source>Amount</source>
-        <translation>量</translation>
+        <translation>存在量</translation>
     </message>
     <message>
         <source>Noise s</source>
@@ -1088,7 +1088,7 @@
     </message>
     <message>
         <source>Sigma of ratio %1</source>
-        <translation>割合%1のσ</translation>
+        <translation>比率%1のσ</translation>
     </message>
     <message>
         <source>Sigma of valence</source>
@@ -1096,7 +1096,7 @@
     </message>
     <message>
         <source>Sigma of amount</source>
-        <translation>量のσ</translation>
+        <translation>存在量のσ</translation>
     </message>
     <message>
         <source>Degrees of freedom</source>
@@ -1156,7 +1156,7 @@
     </message>
     <message>
         <source>Range, distance, amount or noise is no number that can be used.</source>
-        <translation>範囲、間隔、量、ノイズのどれかが使えない数値です。</translation>
+        <translation>範囲、間隔、存在量、ノイズのどれかが使えない数値です。</translation>
     </message>
     <message>
         <source>Fewer than two references are loaded and in use.</source>
@@ -1172,7 +1172,7 @@
     </message>
     <message>
         <source>All references have the same valence: determine fractions instead.</source>
-        <translation>標準試料の価数がすべて同じです。「割合」を選んで下さい。</translation>
+        <translation>標準試料の価数がすべて同じです。「比率」を選んで下さい。</translation>
     </message>
     <message>
         <source>The chosen method does not take that many energies.</source>
@@ -1216,7 +1216,7 @@
     </message>
     <message>
         <source>The amount is hardly above its noise: the true standard deviations are larger.</source>
-        <translation>量がノイズと同程度です。実際の標準偏差はこれより大きくなります。</translation>
+        <translation>存在量がノイズと同程度です。実際の標準偏差はこれより大きくなります。</translation>
     </message>
 </context>
 <context>
