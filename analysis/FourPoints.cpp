@@ -148,6 +148,7 @@ ResultMaps fourPointsMap(const AnalysisInput &input, const Plan &plan,
     }
     shared.push_back(input.points[static_cast<size_t>(plan.vPoint)].map);
     std::vector<const ImageData *> images;
+    images.reserve(shared.size());
     for (const auto &image : shared) {
         images.push_back(image.get());
     }
