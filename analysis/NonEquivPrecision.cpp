@@ -50,7 +50,7 @@ ORVEL_INLINE void sigmasBody(const SigmaSetup &setup, const SigmaPlanes &planes,
         }
         const Lanes size = amount < 0.0 ? -amount : amount;
         // no noise found, or no result: not determined
-        sigma = (sigma > zero) & (size <= kLargest) ? sigma : zero + kNan;
+        sigma = ((sigma > zero) & (size <= kLargest)) ? sigma : zero + kNan;
         const Lanes sigmaAmount = sigma * amountFactor;
         const auto determined = size >= sigmaAmount * kLeastAmountInSigmas;
         // |s / S|, as S = t / J; a negative jump cannot turn the sign of a deviation

@@ -87,7 +87,7 @@ ORVEL_INLINE void markNegativeBody(const double *const *x, std::size_t n, double
             least = value < least ? value : least;
             sum += value * 0.0;
         }
-        const Lanes mark = (least < zero) & (sum == zero) ? zero + 1.0 : zero;
+        const Lanes mark = ((least < zero) & (sum == zero)) ? zero + 1.0 : zero;
         storeLanes(mark, bytes, marks + p);
     }
 }

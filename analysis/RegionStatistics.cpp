@@ -68,7 +68,7 @@ double medianOf(Column &values, std::size_t n, Column &middle)
     for (std::size_t i = 0; i < kSample; ++i) {
         sample[i] = values[i * n / kSample];
     }
-    constexpr std::size_t kBeside = 4 * 32; // four standard deviations of a rank: sqrt(kSample) / 2
+    constexpr std::size_t kBeside = 128; // four standard deviations of a rank: sqrt(kSample) / 2
     constexpr std::size_t kLow = kSample / 2 - kBeside;
     constexpr std::size_t kHigh = kSample / 2 + kBeside;
     std::nth_element(sample.begin(), sample.begin() + kLow, sample.end());

@@ -19,14 +19,14 @@ void MouseC::pressed(const QMouseEvent &event)
     moveTo(event.localPos());
     m_pressPosition = m_position;
     m_isHeld = true;
-    m_pressButton = event.button();
+    m_pressButton = static_cast<int>(event.button());
     m_pressModifiers = static_cast<int>(event.modifiers());
 }
 
 void MouseC::moved(const QMouseEvent &event)
 {
     moveTo(event.localPos());
-    m_moveButton = event.button();
+    m_moveButton = static_cast<int>(event.button());
     m_moveModifiers = static_cast<int>(event.modifiers());
 }
 
@@ -41,7 +41,7 @@ void MouseC::doubleClicked(const QMouseEvent &event)
 {
     moveTo(event.localPos());
     m_doubleClickPosition = m_position;
-    m_pressButton = event.button();
+    m_pressButton = static_cast<int>(event.button());
     m_pressModifiers = static_cast<int>(event.modifiers());
 }
 
