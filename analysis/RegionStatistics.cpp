@@ -165,7 +165,30 @@ RegionStatistics RegionStatistician::summed(qint64 pixels, std::size_t finite)
         const double about = std::max(total(squares) - rest * rest / n, 0.0);
         found.deviation = std::sqrt(about / (n - 1.0));
     }
+    if (!isFinite(found.mean) || (finite > 1 && !isFinite(found.deviation))) {
+        return summedScaled(pixels, finite);
+    }
     found.median = medianOf(m_values, finite, m_middle);
+    return found;
+}
+
+/// Sums or squares are too large for a number, while mean and deviation need not be: by a power of
+/// two nothing but the exponents changes.
+RegionStatistics RegionStatistician::summedScaled(qint64 pixels, std::size_t finite)
+{
+    double *const values = m_values.data();
+    double largest = 0.0;
+    for (std::size_t i = 0; i < finite; ++i) {
+        largest = std::max(largest, std::abs(values[i]));
+    }
+    const int exponent = std::ilogb(largest);
+    for (std::size_t i = 0; i < finite; ++i) {
+        values[i] = std::scalbn(values[i], -exponent);
+    }
+    RegionStatistics found = summed(pixels, finite); // below 2 each: no further time
+    for (double *number : {&found.mean, &found.deviation, &found.median}) {
+        *number = std::scalbn(*number, exponent);
+    }
     return found;
 }
 

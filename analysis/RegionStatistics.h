@@ -30,6 +30,7 @@ public:
 
 private:
     RegionStatistics summed(qint64 pixels, std::size_t finite);
+    RegionStatistics summedScaled(qint64 pixels, std::size_t finite);
 
     Column m_values; ///< the finite ones; kept, so that a table allocates once
     Column m_middle;

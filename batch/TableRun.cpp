@@ -8,6 +8,7 @@
 #include "text/OutputFile.h"
 
 #include <QDir>
+#include <QMultiHash>
 
 #include <algorithm>
 #include <array>
@@ -87,27 +88,46 @@ SessionOutcome outcomeOf(const OpenedSession &session, const CommandLine &comman
 /// Whether no file that is written is one of another session, or the table; complains when not.
 bool keepApart(const std::vector<OpenedSession> &sessions, const QString &tablePath)
 {
+    struct Owned {
+        const OpenedSession *session;
+        QString path;
+    };
+    QMultiHash<QString, Owned> files; // by what they are known by
+    for (const OpenedSession &session : sessions) {
+        // A session that cannot be read is still a file not to be lost.
+        for (const QString &path : session.inputs + session.outputs + QStringList(session.path)) {
+            for (const QString &key : fileKeys(path)) {
+                files.insert(key, {&session, path});
+            }
+        }
+    }
     bool areApart = true;
     const auto refuse = [&areApart](const QString &whose, const QString &path) {
         complain(QStringLiteral("%1 would overwrite %2").arg(whose, path));
         areApart = false;
     };
-    for (const OpenedSession &session : sessions) {
-        // A session that cannot be read is still a file not to be lost.
-        const QString lost = overwrittenInput({tablePath}, session.inputs + session.outputs +
-                                                               QStringList(session.path));
-        if (!lost.isEmpty()) {
-            refuse(QStringLiteral("the table %1").arg(tablePath), lost);
-        }
-        for (const OpenedSession &other : sessions) {
-            if (&other == &session) {
-                continue;
+    /// A file of a session other than the one that would write it.
+    const auto ownedBy = [&files](const QString &output, const OpenedSession *writer) {
+        for (const QString &key : fileKeys(output)) {
+            for (auto found = files.constFind(key); found != files.constEnd() && found.key() == key;
+                 ++found) {
+                if (found->session != writer) {
+                    return *found;
+                }
             }
-            const QString taken = overwrittenInput(session.outputs, other.inputs + other.outputs +
-                                                                        QStringList(other.path));
-            if (!taken.isEmpty()) {
+        }
+        return Owned{nullptr, QString()};
+    };
+    if (const Owned lost = ownedBy(tablePath, nullptr); lost.session != nullptr) {
+        refuse(QStringLiteral("the table %1").arg(tablePath), lost.path);
+    }
+    for (const OpenedSession &session : sessions) {
+        for (const QString &output : session.outputs) {
+            const Owned taken = ownedBy(output, &session);
+            if (taken.session != nullptr) {
                 refuse(QStringLiteral("session %1").arg(session.path),
-                       QStringLiteral("%1 of session %2").arg(taken, other.path));
+                       QStringLiteral("%1 of session %2").arg(taken.path, taken.session->path));
+                break;
             }
         }
     }

@@ -17,17 +17,25 @@ namespace {
 
 constexpr int kCopyFineness = 2;
 
+/// The dialog itself puts the ending behind a name without one, so that it asks before that file
+/// is replaced and not before another.
 QString askByDialog(QWidget *parent, const QString &suggested, const QString &filter)
 {
-    return QFileDialog::getSaveFileName(parent, QString(), suggested, filter);
+    const QFileInfo name(suggested);
+    QFileDialog dialog(parent, QString(), name.path(), filter);
+    dialog.setAcceptMode(QFileDialog::AcceptSave);
+    dialog.setDefaultSuffix(name.suffix());
+    dialog.selectFile(name.fileName());
+    return dialog.exec() == QDialog::Accepted ? dialog.selectedFiles().value(0) : QString();
 }
 
-/// A title as a file name: letters and digits of any script, the rest as single lines.
+/// A title as a file name without an ending: letters and digits of any script, the rest as single
+/// lines.
 QString fileNameOf(const QString &title)
 {
     QString name;
     for (const QChar c : title) {
-        if (c.isLetterOrNumber() || c == QLatin1Char('.')) {
+        if (c.isLetterOrNumber()) {
             name += c;
         } else if (!name.isEmpty() && !name.endsWith(QLatin1Char('_'))) {
             name += QLatin1Char('_');
@@ -122,12 +130,12 @@ void ExportMenu::save(const QString &suffix, const QString &kind, const Write &w
 {
     const QString dot = QStringLiteral(".") + suffix;
     const QString filter = QStringLiteral("%1 (*%2)").arg(kind, dot);
-    QString path = m_askPath(m_surface, fileNameOf(m_picture().title) + dot, filter);
-    if (path.isEmpty()) {
+    const QString folder = m_folder ? m_folder() : QString();
+    const QString name = fileNameOf(m_picture().title) + dot;
+    const QString path =
+        m_askPath(m_surface, folder.isEmpty() ? name : QDir(folder).filePath(name), filter);
+    if (path.isEmpty() || (m_mayWrite && !m_mayWrite(path))) {
         return;
-    }
-    if (QFileInfo(path).suffix().isEmpty()) {
-        path += dot;
     }
     bool isWritten = false;
     try {
@@ -139,7 +147,9 @@ void ExportMenu::save(const QString &suffix, const QString &kind, const Write &w
         QCursor::pos(),
         (isWritten ? tr("Written: %1") : tr("Can't write %1")).arg(QDir::toNativeSeparators(path)),
         m_surface);
-    if (!isWritten) {
+    if (isWritten) {
+        emit saved(path);
+    } else {
         emit failed(path);
     }
 }

@@ -29,10 +29,18 @@ public:
     /// What there is beside pictures; greyed while there are no data.
     void setCurves(HasData hasData, Text csv);
     void setMap(HasData hasData, Text csv, Write processedMap);
+    /// Where the dialog begins; empty: the working folder.
+    void setFolder(std::function<QString()> folder) { m_folder = std::move(folder); }
+    /// Whether a file may be replaced by what is saved; whoever refuses says why.
+    void setMayWrite(std::function<bool(const QString &path)> mayWrite)
+    {
+        m_mayWrite = std::move(mayWrite);
+    }
     /// Instead of the file dialog.
     void setAskPath(AskPath askPath) { m_askPath = std::move(askPath); }
 
 signals:
+    void saved(const QString &path);
     void failed(const QString &path);
 
 private:
@@ -48,4 +56,6 @@ private:
     Text m_grid;
     Write m_processedMap;
     AskPath m_askPath;
+    std::function<QString()> m_folder;
+    std::function<bool(const QString &)> m_mayWrite;
 };

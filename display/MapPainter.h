@@ -27,6 +27,7 @@ struct MapValues {
     const double *sigma = nullptr;
     double sigmaLimit = 0.0;
 
+    double at(qint64 i) const { return i < count ? values[i] : 0.0; } ///< pixel i as it is shown
     bool isHidden(qint64 i) const { return sigma != nullptr && !(sigma[i] <= sigmaLimit); }
 
     bool isEmpty() const { return width <= 0 || height <= 0; }

@@ -80,11 +80,6 @@ QSize shownSize(int width, int height)
     return QSize(side(width), side(height));
 }
 
-double valueOf(const MapValues &map, qint64 i)
-{
-    return i < map.count ? map.values[i] : 0.0;
-}
-
 /// Paints pixels without a finite value over; returns their number.
 qint64 paintNoValues(QPainter &painter, const ChCoord &coord, const MapValues &map)
 {
@@ -93,7 +88,7 @@ qint64 paintNoValues(QPainter &painter, const ChCoord &coord, const MapValues &m
         const auto top = static_cast<int>(coord.sy(j + 1));
         const int height = static_cast<int>(coord.sy(j)) - top;
         for (int i = 0; i < map.width; ++i) {
-            if (std::isfinite(valueOf(map, static_cast<qint64>(j) * map.width + i))) {
+            if (std::isfinite(map.at(static_cast<qint64>(j) * map.width + i))) {
                 continue;
             }
             ++found;

@@ -454,7 +454,7 @@ void FourPs::makeUndo()
     connect(menu, &QMenu::aboutToShow, m_undo, &PanelUndo::settle);
     m_ui->UndoB->setMenu(menu);
     m_ui->UndoB->setIcon(style()->standardIcon(QStyle::SP_ArrowBack)); // a word has no room
-    // A session may be dropped anywhere; as texts of fields URLs mean nothing.
+    // A session may be dropped wherever no field takes files; as texts of fields URLs mean nothing.
     setAcceptDrops(true);
     for (QLineEdit *field : findChildren<QLineEdit *>()) {
         field->setAcceptDrops(false);
@@ -895,6 +895,10 @@ void FourPs::makeRegions()
     m_regions->setTitles(titles);
     connect(m_regions, &RegionPanel::changed, this, [this] {
         warnOfOverwriting(); // a table of them would be written too
+        if (m_isHeld) {
+            m_regionsAreNew = true; // counted once, when the rest is there
+            return;
+        }
         countRegions();
         m_ui->ResultMap->updateSurface();
         updatePlots();

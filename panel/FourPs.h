@@ -156,6 +156,8 @@ private:
     /// Read: every file, also one that is there: it may have changed.
     enum class Files { Read, Keep };
     void setTexts(const orvel::SessionTexts &texts, Files files);
+    void showAll();
+    void setOutputs(const orvel::SessionTexts &texts, Files files);
     void setView(const orvel::ViewTexts &view, Files files);
     QRadioButton *mapButton(orvel::Quantity quantity) const;
     QRadioButton *histogramButton(orvel::Quantity quantity) const;
@@ -210,7 +212,8 @@ private:
 
     // pictures and numbers for files (FourPsExport.cpp)
     void makeExports();
-    void connectExport(const ExportMenu *menu);
+    void connectExport(ExportMenu *menu);
+    void addRegions(orvel::Settings &settings) const;
     QString quantityName() const;
     QString mapUnit(bool isResult) const;
     QString mapTitle(bool isResult) const;
@@ -235,8 +238,9 @@ private:
     std::vector<orvel::RegionGroup> m_regionGroups; ///< of the regions, for the plots
     int m_regionRevision = 0;
     bool m_wasShown = false;
-    bool m_wasSplit = false; ///< by the user
-    bool m_isHeld = false;   ///< while a session is taken over nothing is calculated
+    bool m_wasSplit = false;      ///< by the user
+    bool m_isHeld = false;        ///< while a session is taken over nothing is calculated
+    bool m_regionsAreNew = false; ///< and not counted yet
     QString m_lastDir;
     PanelUndo *m_undo = nullptr;
     SessionKeeper *m_keeper = nullptr; ///< once sessions are kept

@@ -6,13 +6,17 @@
 #include "display/cBar.h"
 #include "images/AEPoint.h"
 #include "panel/AdvancedPanel.h"
+#include "panel/RegionPanel.h"
 #include "panel/Tables.h"
 #include "panel/plots/MutsPlot.h"
 #include "panel/plots/SpectrumLine.h"
+#include "session/RegionTexts.h"
+#include "session/ResultPaths.h"
 #include "spectra/ARefFile.h"
 #include "spectra/AXafsFileSelect.h"
 #include "ui_FourPs.h"
 
+#include <QFileInfo>
 #include <QRadioButton>
 
 using orvel::Quantity;
@@ -90,8 +94,18 @@ void FourPs::makeExports()
     }
 }
 
-void FourPs::connectExport(const ExportMenu *menu)
+void FourPs::connectExport(ExportMenu *menu)
 {
+    menu->setFolder([this] { return m_lastDir; });
+    menu->setMayWrite([this](const QString &path) {
+        const QString input = orvel::overwrittenInput({path}, inputPaths());
+        if (!input.isEmpty()) { // a picture is not worth a measurement
+            writeMessage(tr("Writing replaces the input %1").arg(input));
+        }
+        return input.isEmpty();
+    });
+    connect(menu, &ExportMenu::saved, this,
+            [this](const QString &path) { receiveNewDir(QFileInfo(path).absolutePath()); });
     connect(menu, &ExportMenu::failed, this, [this](const QString &path) {
         writeMessage(tr("Can't open the file [%1]").arg(path));
     });
@@ -118,6 +132,15 @@ QString FourPs::mapTitle(bool isResult) const
     }
     const AEPoint *row = m_points[static_cast<size_t>(dataMapRow())];
     return m_ui->DataMap->title() + QStringLiteral(": %1 eV").arg(row->energyEdit()->text());
+}
+
+/// The regions that a picture shows, as session files hold them.
+void FourPs::addRegions(orvel::Settings &settings) const
+{
+    int n = 0;
+    for (const orvel::Region &region : m_regions->regions()) {
+        settings.push_back({QStringLiteral("Region%1").arg(++n), orvel::textOf(region)});
+    }
 }
 
 /// A result is told with the form as it was when it was calculated: the form may have gone on.
@@ -150,6 +173,9 @@ orvel::Settings FourPs::mapSettings(bool isResult) const
     if (map.sigma != nullptr && m_advanced->hidesUncertain()) {
         add("HiddenAboveSigma", number(map.sigmaLimit));
     }
+    if (isResult) {
+        addRegions(settings);
+    }
     return settings;
 }
 
@@ -176,6 +202,17 @@ orvel::Settings FourPs::graphSettings(Displays::DispId id) const
     }
     if (id == Displays::DHistA) {
         add("Quantity", orvel::quantityNames()[orvel::indexOf(chosenHistogram())]);
+    }
+    if (id == Displays::DHistA || id == Displays::DHistDMut) {
+        const orvel::BinCounts &counts = id == Displays::DHistA ? m_shownCounts : m_shownAmounts;
+        add("Boxes", QString::number(counts.boxes()));
+        add("BoxesRange", range(counts.from(), counts.to()));
+    }
+    if (isOfMaps) {
+        addRegions(settings);
+        if (m_regions->areAlone()) {
+            add("RegionsAlone", QStringLiteral("true"));
+        }
     }
     return settings;
 }

@@ -168,22 +168,36 @@ void FourPs::setState(const orvel::PanelState &state)
     setView(state.view, Files::Read);
     m_isHeld = false;
     calcBoth();
-    updatePlots();
-    updateMaps(true);
+    showAll();
 }
 
 void FourPs::restore(const orvel::PanelState &state)
 {
     const orvel::PanelState now = this->state();
-    const bool isOnlyView = isSameState({now.texts, state.view}, state);
+    orvel::PanelState quiet = state; // as it would be if nothing that calculates were another
+    quiet.texts.regions = now.texts.regions;
+    quiet.texts.record = now.texts.record;
+    quiet.texts.resultFile = now.texts.resultFile;
+    quiet.texts.advanced.adviser = now.texts.advanced.adviser;
+    const bool calculates = !isSameState({now.texts, quiet.view}, quiet);
     m_isHeld = true;
-    if (!isOnlyView) {
+    if (calculates) {
         setTexts(state.texts, Files::Keep);
+    } else {
+        setOutputs(state.texts, Files::Keep);
     }
     setView(state.view, Files::Keep);
     m_isHeld = false;
-    if (!isOnlyView) {
+    if (calculates) {
         calcBoth();
+    }
+    showAll();
+}
+
+void FourPs::showAll()
+{
+    if (m_regionsAreNew) { // without a new map
+        countRegions();
     }
     updatePlots();
     updateMaps(true);
@@ -210,19 +224,8 @@ void FourPs::setTexts(const orvel::SessionTexts &texts, Files files)
     };
     setHistogram(texts.valenceHistogram, m_ui->HgAFrom, m_ui->HgATo, m_ui->HgABoxes, m_ui->HgAAuto);
     setHistogram(texts.amountHistogram, m_ui->HgTFrom, m_ui->HgTTo, m_ui->HgTBoxes, m_ui->HgTAuto);
-    for (int i = 0; i < kQuantities; ++i) {
-        recordButton(orvel::quantityAt(i))->setChecked(texts.record[static_cast<size_t>(i)]);
-    }
-    if (!mayKeep ||
-        this->texts().resultFile != texts.resultFile) { // or a typed name becomes a path
-        m_ui->SaveFSelect->setText(texts.resultFile);
-    }
     m_advanced->setTexts(texts.advanced);
-    m_adviserTexts = texts.advanced.adviser;
-    if (m_adviser != nullptr && m_adviser->texts() != m_adviserTexts) {
-        m_adviser->setTexts(m_adviserTexts);
-    }
-    m_regions->setRegions(texts.regions);
+    setOutputs(texts, files);
 
     // Shifts before files, so that found edges are shifted too; edges and energies last, since
     // files bring their own.
@@ -263,6 +266,25 @@ void FourPs::setTexts(const orvel::SessionTexts &texts, Files files)
     }
     setEdge(); // and with it every row's values
     updateMarkLines();
+}
+
+/// What no calculation depends on.
+void FourPs::setOutputs(const orvel::SessionTexts &texts, Files files)
+{
+    for (int i = 0; i < kQuantities; ++i) {
+        recordButton(orvel::quantityAt(i))->setChecked(texts.record[static_cast<size_t>(i)]);
+    }
+    if (files == Files::Read ||
+        this->texts().resultFile != texts.resultFile) { // or a typed name becomes a path
+        m_ui->SaveFSelect->setText(texts.resultFile);
+    }
+    m_adviserTexts = texts.advanced.adviser;
+    if (m_adviser != nullptr && m_adviser->texts() != m_adviserTexts) {
+        m_adviser->setTexts(m_adviserTexts);
+    }
+    if (m_regions->regions() != texts.regions) {
+        m_regions->setRegions(texts.regions);
+    }
 }
 
 void FourPs::setView(const orvel::ViewTexts &view, Files files)

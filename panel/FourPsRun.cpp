@@ -201,6 +201,7 @@ int FourPs::validReferenceCount() const
 void FourPs::countRegions()
 {
     ++m_regionRevision;
+    m_regionsAreNew = false;
     const bool hadAny = !m_regionGroups.empty();
     m_regionGroups.clear();
     if (m_maps) {
@@ -354,7 +355,7 @@ void FourPs::writeResults()
         }
     }
     if (m_maps && !m_regions->regions().empty() &&
-        !writeRegionFile(path, *m_maps, validReferenceCount(), m_regions->regions())) {
+        !writeRegionFile(path, *m_maps, m_regions->references(), m_regions->regions())) {
         writeMessage(tr("Can't open the file [%1]").arg(orvel::regionPathBeside(path)));
     }
     // In passing: the message box is for what needs attention.
@@ -365,6 +366,7 @@ void FourPs::writeResults()
 void FourPs::openSession(const QString &path)
 {
     const WaitCursor wait;
+    m_undo->settle(); // typing before it is a step of its own
     const orvel::SessionReading session = orvel::readSession(path);
     if (!session.error.isEmpty()) {
         writeMessage(tr("Can't open the file [%1]").arg(path) + QStringLiteral(": ") +
@@ -397,11 +399,13 @@ void FourPs::restoreCopy()
     const orvel::SessionReading copy = orvel::readSession(path);
     if (copy.error.isEmpty()) {
         const WaitCursor wait;
+        m_undo->settle();
         setState(copy.state);
         m_undo->settle();
         m_keeper->tookOver(path);
     } else if (!path.isEmpty()) {
         writeMessage(tr("Can't open the file [%1]").arg(path) + QStringLiteral(": ") + copy.error);
     }
-    m_ui->RestoreB->setVisible(copy.error.isEmpty() && !m_keeper->leftCopy().isEmpty());
+    // Further copies are offered by later runs: a second one would take the place of this one.
+    m_ui->RestoreB->hide();
 }

@@ -10,6 +10,7 @@
 #include <QKeyEvent>
 #include <QLineEdit>
 #include <QListWidget>
+#include <QPlainTextEdit>
 #include <QScopedValueRollback>
 
 namespace orvel {
@@ -81,7 +82,11 @@ void PanelUndo::watch(QWidget &form)
 {
     for (QLineEdit *field : form.findChildren<QLineEdit *>()) {
         field->installEventFilter(this);
-        connect(field, &QLineEdit::textEdited, this, [this, field] { m_typedIn = field; });
+        if (field->isReadOnly()) { // shows results, or where the pointer is
+            continue;
+        }
+        connect(field, &QLineEdit::textEdited, this,
+                [this, field] { m_typedIn = m_edited = field; });
         connect(field, &QLineEdit::textChanged, this, [this, field] { noticeText(field); });
         connect(field, &QLineEdit::editingFinished, this, &PanelUndo::settle);
     }
@@ -97,6 +102,10 @@ void PanelUndo::watch(QWidget &form)
     for (const QListWidget *list : form.findChildren<QListWidget *>()) {
         connect(list->model(), &QAbstractItemModel::rowsInserted, this, &PanelUndo::notice);
         connect(list->model(), &QAbstractItemModel::rowsRemoved, this, &PanelUndo::notice);
+    }
+    for (QPlainTextEdit *box : form.findChildren<QPlainTextEdit *>()) {
+        box->setUndoRedoEnabled(false); // messages are no input
+        box->installEventFilter(this);
     }
     m_last = m_take();
 }
@@ -137,6 +146,7 @@ void PanelUndo::settle()
         return;
     }
     m_timer.stop();
+    forgetTyping();
     orvel::PanelState now = m_take();
     if (!isSameState(now, m_last)) {
         m_stack.push(new Step(*this, m_last, now));
@@ -166,20 +176,32 @@ void PanelUndo::restore(const orvel::PanelState &state)
     emit noticed();
 }
 
-/// A field keeps its own steps as long as it has any; an event filter, since it claims the keys
-/// before the shortcuts of the window see them.
+/// What was typed is part of a step now: the field's own steps would undo half of it.
+void PanelUndo::forgetTyping()
+{
+    if (m_edited != nullptr) {
+        const int cursor = m_edited->cursorPosition();
+        m_edited->setText(m_edited->text()); // which drops them
+        m_edited->setCursorPosition(cursor);
+        m_edited = nullptr;
+    }
+}
+
+/// A field has its own steps while somebody types in it; an event filter, since fields claim the
+/// keys before the shortcuts of the window see them.
 bool PanelUndo::eventFilter(QObject *object, QEvent *event)
 {
-    const auto *field = qobject_cast<QLineEdit *>(object);
-    if (field == nullptr || event->type() != QEvent::KeyPress) {
+    if (event->type() != QEvent::KeyPress) {
         return QObject::eventFilter(object, event);
     }
+    const auto *field = qobject_cast<QLineEdit *>(object);
+    const bool isTyping = field != nullptr && field == m_edited;
     const auto *key = static_cast<QKeyEvent *>(event);
-    if (key->matches(QKeySequence::Undo) && !field->isUndoAvailable()) {
+    if (key->matches(QKeySequence::Undo) && !(isTyping && field->isUndoAvailable())) {
         undo();
         return true;
     }
-    if (key->matches(QKeySequence::Redo) && !field->isRedoAvailable()) {
+    if (key->matches(QKeySequence::Redo) && !(isTyping && field->isRedoAvailable())) {
         redo();
         return true;
     }

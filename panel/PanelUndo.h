@@ -2,14 +2,15 @@
 
 #include "session/SessionTexts.h"
 
+#include <QLineEdit>
 #include <QObject>
+#include <QPointer>
 #include <QTimer>
 #include <QUndoStack>
 
 #include <functional>
 
 class QAction;
-class QLineEdit;
 class QWidget;
 
 /// Undo and redo of every change of an input or a choice of a form. A step is the form before and
@@ -53,6 +54,7 @@ private:
     class Step;
 
     void settleAfterDrag();
+    void forgetTyping();
     void noticeText(const QLineEdit *field);
     void restore(const orvel::PanelState &state);
     QString nameOf(const orvel::PanelState &before, const orvel::PanelState &after) const;
@@ -65,6 +67,7 @@ private:
     orvel::PanelState m_last; ///< of which the stack knows
     bool m_isRestoring = false;
     const QLineEdit *m_typedIn = nullptr; ///< from its textEdited() to its textChanged()
+    QPointer<QLineEdit> m_edited;         ///< holds typing that is no step yet
     QTimer m_timer;
     QAction *m_undoAction;
     QAction *m_redoAction;

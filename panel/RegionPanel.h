@@ -42,6 +42,7 @@ public:
     void setTitles(const QStringList &titles) { m_titles = titles; }
     /// Maps that the statistics are taken from, and how many references take part in them.
     void setResults(const std::shared_ptr<const orvel::ResultMaps> &maps, int references);
+    int references() const { return m_references; } ///< of those maps
 
 signals:
     /// Regions, or the choice how plots show them.

@@ -55,6 +55,7 @@ void RegionTool::setActive(bool on)
     giveUp();
     m_isActive = on;
     m_isHeld = false;
+    m_hasJustEnded = false;
     m_surface->setFocusPolicy(on ? Qt::ClickFocus : Qt::NoFocus);
     if (on) {
         m_surface->setCursor(Qt::CrossCursor);
@@ -154,8 +155,15 @@ bool RegionTool::eventFilter(QObject *object, QEvent *event)
         return QObject::eventFilter(object, event);
     }
     switch (event->type()) {
-    case QEvent::MouseButtonPress:
     case QEvent::MouseButtonDblClick:
+        if (m_hasJustEnded) { // the second half of the click that ended a polygon begins none
+            m_hasJustEnded = false;
+            m_isHeld = true;
+            return true;
+        }
+        return pressed(*static_cast<QMouseEvent *>(event));
+    case QEvent::MouseButtonPress:
+        m_hasJustEnded = false;
         return pressed(*static_cast<QMouseEvent *>(event));
     case QEvent::MouseMove: // goes on: the panel shows where the pointer is
         m_pointer = static_cast<QMouseEvent *>(event)->localPos();
@@ -237,9 +245,8 @@ bool RegionTool::keyPressed(const QKeyEvent &event)
         if (!m_corners.empty()) {
             m_corners.pop_back();
             m_surface->update();
-            return true;
         }
-        [[fallthrough]];
+        return true;
     case Qt::Key_Delete:
         removeSelected();
         return true;
@@ -251,11 +258,12 @@ bool RegionTool::keyPressed(const QKeyEvent &event)
 void RegionTool::addCorner(const QPointF &at)
 {
     if (m_corners.empty() && m_regions.size() >= kMostRegions) {
-        emit refused();
+        emit refused(Refusal::TooMany);
         return;
     }
     if (m_corners.size() >= 3 && isNear(at, screenOf(m_corners.front()), kFirstCorner)) {
         closePolygon();
+        m_hasJustEnded = true;
         return;
     }
     const bool isRepeated =
@@ -282,12 +290,13 @@ void RegionTool::closePolygon()
 void RegionTool::finish(const Region &drawn)
 {
     if (m_regions.size() >= kMostRegions) {
-        emit refused();
+        emit refused(Refusal::TooMany);
         return;
     }
     Region region = drawn;
     region.colour = freeColour();
     if (pixelsOf(region, m_mapSize.width(), m_mapSize.height()).empty()) {
+        emit refused(Refusal::NoPixel);
         return;
     }
     m_regions.push_back(region);

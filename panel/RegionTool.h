@@ -27,6 +27,10 @@ class RegionTool : public QObject {
     Q_OBJECT
 
 public:
+    /// There are as many as may be; no pixel has its centre inside.
+    enum class Refusal { TooMany, NoPixel };
+    Q_ENUM(Refusal)
+
     /// surface  not owned; must outlive the tool
     RegionTool(DispArea *surface, QObject *parent);
 
@@ -45,9 +49,9 @@ public:
     void paint(QPainter &painter, const CColors &colours) const;
 
 signals:
-    void changed();          ///< the regions
-    void selectionChanged(); ///< which of them
-    void refused();          ///< there are as many as may be
+    void changed();                               ///< the regions
+    void selectionChanged();                      ///< which of them
+    void refused(orvel::RegionTool::Refusal why); ///< what was drawn is no region
 
 protected:
     bool eventFilter(QObject *object, QEvent *event) override;
@@ -75,6 +79,7 @@ private:
     std::vector<RegionPoint> m_corners; ///< of the polygon being drawn
     bool m_isHeld = false;              ///< a press was taken
     bool m_isDragging = false;          ///< of a rectangle
+    bool m_hasJustEnded = false;        ///< a polygon, by the last press
     QPointF m_pressedAt;
     QPointF m_pointer; ///< on the screen
 };

@@ -70,9 +70,22 @@ SessionKeeper::SessionKeeper(Take take, int delayMs, QObject *parent)
     for (const QString &copy : leftCopies(m_folder, ownCopy()).mid(kMostCopies)) {
         QFile::remove(copy);
     }
+    const QDir folder(m_folder);
+    for (const QString &name : folder.entryList({QStringLiteral("*.lock")}, QDir::Files)) {
+        const QString path = folder.filePath(name);
+        if (path != lockOf(ownCopy())) {
+            newLock(path)->tryLock(0); // and is removed again, unless its process lives
+        }
+    }
 }
 
-SessionKeeper::~SessionKeeper() = default; // and the lock goes, the copy stays
+/// The lock goes, the copy stays.
+SessionKeeper::~SessionKeeper()
+{
+    if (m_timer.isActive()) {
+        writeCopy();
+    }
+}
 
 QStringList SessionKeeper::recent() const
 {
@@ -121,7 +134,12 @@ void SessionKeeper::writeCopy()
 
 QString SessionKeeper::leftCopy() const
 {
-    return leftCopies(m_folder, ownCopy()).value(0);
+    for (const QString &copy : leftCopies(m_folder, ownCopy())) {
+        if (orvel::readSession(copy).error.isEmpty()) {
+            return copy;
+        }
+    }
+    return QString();
 }
 
 void SessionKeeper::tookOver(const QString &copy)

@@ -35,12 +35,19 @@ public:
 
     /// A session that was opened or saved: the form as it is now needs no copy.
     void handled(const QString &path);
-    /// Something may have changed.
-    void notice() { m_timer.start(); }
+    /// Something may have changed. A copy follows within the delay, however much goes on.
+    void notice()
+    {
+        if (!m_timer.isActive()) {
+            m_timer.start();
+        }
+    }
 
-    /// The newest copy of an earlier run; empty: none.
+    /// The newest copy of an earlier run that can be read; empty: none. One of a newer version
+    /// stays for that one.
     QString leftCopy() const;
-    /// The form was taken from that copy: from here on this run's own one holds it.
+    /// The form was taken from that copy: from here on this run's own one holds it. Further copies
+    /// are for later runs: a run has one copy of its own.
     void tookOver(const QString &copy);
 
 signals:

@@ -1,6 +1,7 @@
 #include "panel/Tables.h"
 
 #include "images/TDData0.h"
+#include "text/Csv.h"
 #include "text/NumberText.h"
 
 #include <algorithm>
@@ -16,15 +17,11 @@ void append(QByteArray &out, double value)
     out.append(text.data(), writeShortest(value, text.data()));
 }
 
-/// A text as a field: between quotes where it would be taken apart.
+/// A comment is one line, whatever the name of a file holds.
 QByteArray fieldOf(QString text)
 {
     text.replace(QLatin1Char('\n'), QLatin1Char(' ')).replace(QLatin1Char('\r'), QLatin1Char(' '));
-    if (text.contains(QLatin1Char(',')) || text.contains(QLatin1Char('"'))) {
-        text.replace(QLatin1Char('"'), QLatin1String("\"\""));
-        text = QLatin1Char('"') + text + QLatin1Char('"');
-    }
-    return text.toUtf8();
+    return csvField(text);
 }
 
 QByteArray headOf(const char *first, const Settings &settings)
@@ -36,9 +33,9 @@ QByteArray headOf(const char *first, const Settings &settings)
     return out;
 }
 
-double valueOf(const MapValues &map, qint64 i)
+template <class Choice> QString nameOf(const QStringList &names, Choice choice)
 {
-    return i < map.count ? map.values[i] : 0.0;
+    return names.value(static_cast<int>(choice));
 }
 
 QString onOff(bool on)
@@ -72,7 +69,7 @@ QByteArray gridCsv(const Settings &settings, const MapValues &map)
             if (column > 0) {
                 out += ',';
             }
-            append(out, valueOf(map, static_cast<qint64>(row) * map.width + column));
+            append(out, map.at(static_cast<qint64>(row) * map.width + column));
         }
         out += '\n';
     }
@@ -89,7 +86,7 @@ bool writeProcessedMap(const QString &path, const QString &id, const MapValues &
     file.data.resize(pixels);
     file.valid.resize(pixels);
     for (int i = 0; i < pixels; ++i) {
-        const double value = valueOf(map, i);
+        const double value = map.at(i);
         file.data[i] = value;
         file.valid[i] = std::isfinite(value);
         if (file.valid[i]) {
@@ -137,9 +134,7 @@ Settings settingsOf(const SessionTexts &texts)
         const bool isLinear = texts.background == BackgroundLine::Linear;
         add(QStringLiteral("Background"),
             isLinear ? QStringLiteral("Linear") : QStringLiteral("Victoreen"));
-        add(QStringLiteral("Bounds"), texts.advanced.nonEquivBounds == NonEquivBounds::Free
-                                          ? QStringLiteral("Free")
-                                          : QStringLiteral("NonNegative"));
+        add(QStringLiteral("Bounds"), nameOf(nonEquivBoundsNames(), texts.advanced.nonEquivBounds));
     } else {
         const bool isExact = texts.solver == FourPointsSolver::Exact;
         add(QStringLiteral("FourPoints"),
@@ -151,6 +146,13 @@ Settings settingsOf(const SessionTexts &texts)
     };
     add(QStringLiteral("SubtractedFromReferences"), line(texts.subForRef));
     add(QStringLiteral("SubtractedFromTarget"), line(texts.subForTarget));
+    add(QStringLiteral("LcfBounds"), nameOf(lcfBoundsNames(), texts.advanced.lcfBounds));
+    if (texts.advanced.wantsSigmaMaps()) {
+        add(QStringLiteral("Noise"), nameOf(noiseNames(), texts.advanced.noise));
+        if (texts.advanced.noise == NoiseSource::Given) {
+            add(QStringLiteral("NoiseSigma"), texts.advanced.noiseSigma);
+        }
+    }
     return settings;
 }
 

@@ -6,6 +6,8 @@
 #include "session/SessionTexts.h"
 #include "text/OutputFile.h"
 
+#include <QSet>
+
 namespace orvel {
 
 const QString kRatioTag = QStringLiteral("HGAlpha");
@@ -39,9 +41,15 @@ QStringList inputPaths(const SessionTexts &texts)
 
 QString overwrittenInput(const QStringList &outputs, const QStringList &inputs)
 {
+    QSet<QString> written;
     for (const QString &output : outputs) {
-        for (const QString &input : inputs) {
-            if (isSameFile(output, input)) {
+        for (const QString &key : fileKeys(output)) {
+            written.insert(key);
+        }
+    }
+    for (const QString &input : inputs) {
+        for (const QString &key : fileKeys(input)) {
+            if (written.contains(key)) {
                 return input;
             }
         }

@@ -92,15 +92,12 @@ template <class State, class Field> void eachField(State &state, Field &field)
     auto &advanced = texts.advanced;
     field.rareBox(QStringLiteral("Advanced/SigmaMaps"), advanced.sigmaMaps, usual.sigmaMaps);
     field.rareBox(QStringLiteral("Advanced/SigmaFile"), advanced.sigmaFile, usual.sigmaFile);
-    field.rareChoice(QStringLiteral("Advanced/Noise"), advanced.noise, usual.noise,
-                     {QStringLiteral("Pooled"), QStringLiteral("Pixel"), QStringLiteral("Given"),
-                      QStringLiteral("Counts")});
+    field.rareChoice(QStringLiteral("Advanced/Noise"), advanced.noise, usual.noise, noiseNames());
     field.rareText(QStringLiteral("Advanced/NoiseSigma"), advanced.noiseSigma, usual.noiseSigma);
     field.rareChoice(QStringLiteral("Advanced/NonEquivBounds"), advanced.nonEquivBounds,
-                     usual.nonEquivBounds, {QStringLiteral("Free"), QStringLiteral("NonNegative")});
+                     usual.nonEquivBounds, nonEquivBoundsNames());
     field.rareChoice(QStringLiteral("Advanced/LcfBounds"), advanced.lcfBounds, usual.lcfBounds,
-                     {QStringLiteral("Free"), QStringLiteral("NonNegative"),
-                      QStringLiteral("SumToOne"), QStringLiteral("NonNegativeSumToOne")});
+                     lcfBoundsNames());
 
     field.regions(texts.regions);
 
@@ -449,11 +446,15 @@ bool isSession(const QString &path)
     if (openRegular(file) != ReadFailure::None || file.size() > kLargestSession) {
         return false;
     }
-    const QStringList lines = QString::fromUtf8(file.readAll()).split(QLatin1Char('\n'));
-    for (const QString &line : lines) {
-        const QString text = line.trimmed();
-        if (text.startsWith(QLatin1Char('['))) {
-            return text == QLatin1String("[Session]");
+    QByteArray ini = file.readAll();
+    constexpr char kMark[] = "\xEF\xBB\xBF";
+    if (ini.startsWith(kMark)) {
+        ini.remove(0, 3);
+    }
+    for (const QByteArray &line : ini.split('\n')) {
+        const QByteArray text = line.trimmed();
+        if (!text.isEmpty() && !text.startsWith(';') && !text.startsWith('#')) {
+            return text.startsWith('[') && hasSessionLine(ini);
         }
     }
     return false;

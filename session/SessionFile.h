@@ -15,7 +15,7 @@ struct SessionReading {
     PanelState state;
 };
 
-/// Whether a path names a readable regular file whose first group is [Session].
+/// Whether a path names a readable regular file that begins with a group and has one [Session].
 bool isSession(const QString &path);
 
 /// Reads a session file: INI, UTF-8; docs/formats.md lists the keys. A file without a [Session]

@@ -28,6 +28,27 @@ const QStringList &mapQuantityNames()
     return names;
 }
 
+const QStringList &noiseNames()
+{
+    static const QStringList names = {QStringLiteral("Pooled"), QStringLiteral("Pixel"),
+                                      QStringLiteral("Given"), QStringLiteral("Counts")};
+    return names;
+}
+
+const QStringList &nonEquivBoundsNames()
+{
+    static const QStringList names = {QStringLiteral("Free"), QStringLiteral("NonNegative")};
+    return names;
+}
+
+const QStringList &lcfBoundsNames()
+{
+    static const QStringList names = {QStringLiteral("Free"), QStringLiteral("NonNegative"),
+                                      QStringLiteral("SumToOne"),
+                                      QStringLiteral("NonNegativeSumToOne")};
+    return names;
+}
+
 MethodChoice methodOf(const SessionTexts &texts)
 {
     MethodChoice method;

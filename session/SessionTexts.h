@@ -151,6 +151,10 @@ struct PanelState {
 const QStringList &quantityNames();
 /// The same with those beside the results.
 const QStringList &mapQuantityNames();
+/// Names of choices, in the order of their enumerations.
+const QStringList &noiseNames();
+const QStringList &nonEquivBoundsNames();
+const QStringList &lcfBoundsNames();
 
 MethodChoice methodOf(const SessionTexts &texts);
 PrecisionChoice precisionOf(const AdvancedTexts &texts);

@@ -2,23 +2,30 @@
 
 #include "text/NumberText.h"
 
+#include <algorithm>
 #include <cmath>
 
 namespace orvel {
+
+QByteArray csvField(const QString &text)
+{
+    const auto isSpecial = [](QChar c) {
+        return c == QLatin1Char(',') || c == QLatin1Char('"') || c == QLatin1Char('\n') ||
+               c == QLatin1Char('\r');
+    };
+    if (std::none_of(text.begin(), text.end(), isSpecial)) {
+        return text.toUtf8();
+    }
+    QString inner = text;
+    inner.replace(QLatin1Char('"'), QStringLiteral("\"\""));
+    return '"' + inner.toUtf8() + '"';
+}
 
 QByteArray csvLine(const QStringList &fields)
 {
     QByteArray line;
     for (int i = 0; i < fields.size(); ++i) {
-        QString field = fields[i];
-        const bool isPlain =
-            !field.contains(QLatin1Char(',')) && !field.contains(QLatin1Char('"')) &&
-            !field.contains(QLatin1Char('\n')) && !field.contains(QLatin1Char('\r'));
-        if (!isPlain) {
-            field.replace(QLatin1Char('"'), QStringLiteral("\"\""));
-            field = QLatin1Char('"') + field + QLatin1Char('"');
-        }
-        line += (i > 0 ? "," : "") + field.toUtf8();
+        line += (i > 0 ? "," : "") + csvField(fields[i]);
     }
     return line + "\r\n";
 }

@@ -77,20 +77,16 @@ QString realPath(const QString &path)
     return (folder.isEmpty() ? info.absolutePath() : folder) + QLatin1Char('/') + info.fileName();
 }
 
-bool isSameFile(const QString &path, const QString &other)
+QStringList fileKeys(const QString &path)
 {
-    if (realPath(path) == realPath(other)) {
-        return true;
-    }
+    QStringList keys = {realPath(path)};
 #ifdef Q_OS_UNIX
-    struct stat one = {};
-    struct stat two = {};
-    return stat(QFile::encodeName(path).constData(), &one) == 0 &&
-           stat(QFile::encodeName(other).constData(), &two) == 0 && one.st_dev == two.st_dev &&
-           one.st_ino == two.st_ino;
-#else
-    return QFileInfo::exists(path) && QFileInfo(path) == QFileInfo(other);
+    struct stat found = {};
+    if (stat(QFile::encodeName(path).constData(), &found) == 0) { // no path begins with a digit
+        keys.append(QStringLiteral("%1:%2").arg(found.st_dev).arg(found.st_ino));
+    }
 #endif
+    return keys;
 }
 
 OutputFile::OutputFile(const QString &path) : m_path(path) {}

@@ -2,6 +2,7 @@
 
 #include <QFileDevice>
 #include <QString>
+#include <QStringList>
 
 #include <memory>
 
@@ -11,9 +12,10 @@ namespace orvel {
 /// not exist yet; two paths of one file give the same text.
 QString realPath(const QString &path);
 
-/// Whether writing to a path would change the file that another path leads to: links of either kind
-/// followed. False while one of them does not exist, unless the paths lead to one place.
-bool isSameFile(const QString &path, const QString &other);
+/// What a file is known by: where the path leads to and, once there is a file, its number on the disk.
+/// Writing to one path changes the file of another one, through links of any kind, when they share
+/// one of these.
+QStringList fileKeys(const QString &path);
 
 /// A file that is either written whole or not at all: until commit() succeeds, an older file of
 /// that name stays as it was. Two kinds of target cannot be replaced by renaming and are opened

@@ -26,6 +26,8 @@ fi
 samples=(samples/*/)
 sample=${samples[$((SLURM_ARRAY_TASK_ID - 1))]%/}
 mkdir -p results
-cp -n session.ini "$sample/" # a session of its own stays
+template=session.ini
+[ ! -e "$sample/own.ini" ] || template=$sample/own.ini # a sample that needs another analysis
+cp "$template" "$sample/session.ini"
 exec "${ORVEL_BATCH:-orvel-batch}" --quiet --threads "${SLURM_CPUS_PER_TASK:-1}" \
     --table "results/${sample#samples/}.csv" "$sample/session.ini"

@@ -1261,6 +1261,10 @@
         <translation>領域は%1個までです。</translation>
     </message>
     <message>
+        <source>No pixel has its centre inside.</source>
+        <translation>中心が内側にある画素がありません。</translation>
+    </message>
+    <message>
         <source>Drag on the map; click: select</source>
         <translation>マップ上でドラッグ、クリックで選択</translation>
     </message>

@@ -413,6 +413,7 @@ class Faults(Folder):
                 "/deg": 8331.0,
                 "/empty": numpy.zeros((0, 3)),
                 "/complex": SAMPLE + 1j,
+                "/null": h5py.Empty("f8"),
             },
             [("/deg", "units", "deg")],
         )
@@ -463,6 +464,12 @@ class Faults(Folder):
                 ["s.h5:/e/sample", ":/e/flat", "m.txt", "--energy-dataset", "odd.h5:/text"],
                 3,
                 "no plain numbers",
+            ),
+            (
+                h,
+                ["s.h5:/e/sample", ":/e/flat", "m.txt", "--energy-dataset", "odd.h5:/null"],
+                3,
+                "is empty",
             ),
             (h, ["odd.h5:/one", ":/image", "m.txt"], 3, "1 dimensions"),
             (h, ["odd.h5:/complex", ":/image", "m.txt"], 3, "no plain numbers"),
