@@ -55,6 +55,30 @@ inline orvel::EnergyPointInput point(int row, double energyEv)
     return input;
 }
 
+/// References that are 0 before the edge and have values[reference][energy] between 100 and 200 eV,
+/// in rows from `firstRow` on, and points that know these values.
+inline orvel::AnalysisInput withReferences(const std::vector<double> &energiesEv,
+                                           const std::vector<std::vector<double>> &values,
+                                           const std::vector<double> &jumps,
+                                           const std::vector<double> &valences, int firstRow = 0)
+{
+    orvel::AnalysisInput input;
+    for (const double energyEv : energiesEv) {
+        input.points.push_back(point(static_cast<int>(input.points.size()), energyEv));
+    }
+    for (size_t r = 0; r < jumps.size(); ++r) {
+        const int row = firstRow + static_cast<int>(r);
+        QVector<QPair<double, double>> between;
+        for (size_t e = 0; e < energiesEv.size(); ++e) {
+            between.append({energiesEv[e], values[r][e]});
+            input.points[e].referenceMu[static_cast<size_t>(row) % orvel::kReferenceRows] =
+                values[r][e];
+        }
+        input.references.push_back(reference(row, valences[r], flatSpectrum(jumps[r], between)));
+    }
+    return input;
+}
+
 inline std::shared_ptr<const orvel::ImageData> image(int width, int height,
                                                      const std::vector<double> &absorption)
 {
