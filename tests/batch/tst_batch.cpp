@@ -16,7 +16,6 @@
 
 #include <cmath>
 
-#include <sys/stat.h>
 #include <unistd.h>
 
 namespace {
@@ -244,8 +243,7 @@ void BatchTest::saysWhatItFinds_data()
     const QString four = "a = 0.75, Valence = 3, t/ts = 0.5";
     row("three points", "", {k3ps, kLcf});
     row("exact", kFour, {'!' + four, kLcf});
-    row("least squares of five", kFive + kLeastSquares, {"4ps2: " + four, kLcf});
-    row("linear background", kFour + kLinear, {kNeq, kLcf});
+    row("least squares of five", kFive + kLeastSquares, {"4ps2: " + four, kLcf}, 0, "-j -e");
     row("Victoreen background", kFive + kVictoreen, {kNeq, kLcf});
     // With equal references a = 1 / 0; the fit has no point between its limits: 0 / 0.
     row("singular",
@@ -261,7 +259,6 @@ void BatchTest::saysWhatItFinds_data()
     const QString jaLcf = "結果(LCF) ::  0.750 :  0.250, 価数 =  1.500, ベース =  0.250";
     row("Japanese result", kFour + kLinear,
         {"結果(NEQ) ::  0.750 :  0.250, 価数 =  3.000, 相対厚さ =  1.000", jaLcf}, 0, "-e -j");
-    row("last language: English", "", {k3ps, kLcf}, 0, "-j -e");
 }
 
 void BatchTest::saysWhatItFinds()
@@ -442,39 +439,37 @@ void BatchTest::tabulates()
     const QString table = path("table.csv");
     const auto linesFor = [&](const QStringList &sessions, int status) {
         const Run result = run(QStringList{"--table", table} + sessions);
-        [&] {
-            QCOMPARE(result.status, status);
-            QCOMPARE(result.out, QString());
-            QCOMPARE(result.err.isEmpty(), status == 0);
-        }();
-        return QString::fromUtf8(read("table.csv")).split("\r\n");
+        const bool isSilent = result.out.isEmpty() && result.err.isEmpty() == (status == 0);
+        return result.status == status && isSilent
+                   ? QString::fromUtf8(read("table.csv")).split("\r\n")
+                   : QStringList();
     };
 
     QStringList lines = linesFor({good}, 0);
     QCOMPARE(lines.size(), 3);
     const QStringList head = lines[0].split(',');
-    QCOMPARE(head.mid(0, 12).join(','),
-             QString("session,status,CalcRes,TargetDMut,LCFRes,width,height,pixels,Ratio1_mean,"
-                     "Ratio1_finite,Ratio2_mean,Ratio2_finite"));
+    QVERIFY(lines[0].startsWith("session,status,CalcRes,TargetDMut,LCFRes,width,height,pixels,"
+                                "Ratio1_mean,Ratio1_finite,Ratio2_mean,Ratio2_finite,"));
     QCOMPARE(head.size(), 8 + 2 * 20);
     QString name = good;
-    QVERIFY(lines[1].startsWith('"' + name.replace('"', "\"\"") + "\",0,\"" + k3ps + "\",,\"" +
-                                kLcf + "\",3,2,6,"));
+    const QString start =
+        '"' + name.replace('"', "\"\"") + "\",0,\"" + k3ps + "\",,\"" + kLcf + "\",3,2,6,";
+    QCOMPARE(lines[1].left(start.size()), start);
     // Ratios as in writesRegions: 5 finite pixels, mean (0 + 0.5 + 1 - 0.5 + 0.25) / 5; the rest 1.
-    const QStringList cells = lines[1].section("3,2,6,", 1).split(',');
+    const QStringList cells = lines[1].mid(start.size()).split(',');
     QCOMPARE(cells.size(), 2 * 20);
-    const auto mean = [&](const char *quantity) {
-        return cells[head.indexOf(QLatin1String(quantity) + QString("_mean")) - 8].toDouble();
-    };
-    QCOMPARE(cells[1] + ' ' + cells[3], QString("5 5"));
-    QVERIFY(std::fabs(mean("Ratio1") - 0.25) < 1e-12);
-    QVERIFY(std::fabs(mean("Ratio2") - 0.75) < 1e-12);
-    QVERIFY(std::fabs(mean("Valence") - 5.0) < 1e-12);     // 2 a + 6 (1 - a)
+    const std::pair<const char *, double> means[] = {
+        {"Ratio1_mean", 0.25}, {"Ratio2_mean", 0.75}, {"Valence_mean", 5.0}}; // 2 a + 6 (1 - a)
+    for (const auto &[title, mean] : means) {
+        const int at = head.indexOf(title) - 8;
+        QVERIFY2(std::fabs(cells[at].toDouble() - mean) < 1e-12, title);
+        QCOMPARE(cells[at + 1], QString("5"));
+    }
     QCOMPARE(cells.mid(4, 18).join(QString()), QString()); // what this method does not give
 
     // Every session runs, and the table of before is replaced; the first that applies counts.
     lines = linesFor({silent, good}, 1);
-    QVERIFY(lines[1].contains(",1,") && lines[2].contains(",0,"));
+    QVERIFY(lines.size() == 4 && lines[1].contains(",1,") && lines[2].contains(",0,"));
     QVERIFY(lines[1].endsWith(",\"" + kLcf + "\"" + QString(3 + 40, ','))); // the fit goes on
     QCOMPARE(linesFor({silent, unwritable, good}, 4).size(), 5);
     QFile::remove(path("r.dat"));
@@ -607,72 +602,42 @@ void BatchTest::leavesEveryFileAlone()
     QCOMPARE(filesAndSums(), before);
 }
 
+/// The other files are written where a folder is in the way of one.
 void BatchTest::keepsWhatItCannotReplace_data()
 {
-    QTest::addColumn<QString>("changes");
-    QTest::addColumn<QString>("lost");
-    QTest::addColumn<QStringList>("written");
-    QTest::newRow("no such folder") << " Output/SaveFSelect=no/r.dat"
-                                    << "no/r.dat" << QStringList();
-    // A histogram of 100 boxes has at least 20 bytes a line.
-    QTest::newRow("full disk") << kResult + " Histogram/HgTBoxes=100"
-                               << "r_HGThick.dat" << QStringList{"r.dat", "r_HGAlpha.dat"};
-    QTest::newRow("a folder where a picture goes")
-        << " Output/SaveFSelect=p.dat"
-        << "p_Valence.png"
-        << QStringList{"p.dat",        "p_HGAlpha.dat", "p_HGThick.dat", "p_Amount.png",
-                       "p_Ratio1.png", "p_Ratio2.png",  "p_HGAlpha.png", "p_HGThick.png"};
-    QTest::newRow("a folder where a histogram goes")
-        << " Output/SaveFSelect=x.dat"
-        << "x_HGAlpha.dat" << QStringList{"x.dat", "x_HGThick.dat"};
+    QTest::addColumn<QStringList>("names"); // of the files beside the result
+    QTest::newRow("p_Valence.png")
+        << QStringList{"_HGAlpha.dat", "_HGThick.dat", "_Amount.png", "_Ratio1.png",
+                       "_Ratio2.png",  "_HGAlpha.png", "_HGThick.png"};
+    QTest::newRow("p_HGAlpha.dat") << QStringList{"_HGThick.dat"};
 }
 
 void BatchTest::keepsWhatItCannotReplace()
 {
-    QFETCH(QString, changes);
-    QFETCH(QString, lost);
-    QFETCH(QStringList, written);
-    const QLatin1String tag(QTest::currentDataTag());
-    QVERIFY(QDir(m_folder).mkdir("x_HGAlpha.dat") && QDir(m_folder).mkdir("p_Valence.png"));
-    for (const char *old : {"r.dat", "r_HGAlpha.dat", "r_HGThick.dat"}) {
-        write(old, "old");
+    QFETCH(QStringList, names);
+    const QString lost = QTest::currentDataTag();
+    QVERIFY(QDir(m_folder).mkdir(lost));
+    QStringList words = {session(" Output/SaveFSelect=p.dat")};
+    const QStringList before = filesAndSums();
+    if (lost.endsWith(".png")) {
+        words.prepend("--images");
     }
-    const QString file = session(changes);
-    const auto others = [&] {
-        const QString names = written.isEmpty() ? QStringLiteral("\n") : written.join('|');
-        return filesAndSums().filter(QRegularExpression("^(?!(" + names + ") )"));
-    };
-    const QStringList before = others();
-    Program program;
-    program.mostBytes = tag == QLatin1String("full disk") ? 1500 : RLIM_INFINITY;
-    const bool images = lost.endsWith(".png");
-    const Run result = program.run(images ? QStringList{"--images", file} : QStringList{file});
+    const Run result = run(words);
     QCOMPARE(result.out, outputOf({k3ps, kLcf, "Can't open the file [" + path(lost) + ']'}));
     QCOMPARE(result.status, 4);
-    QCOMPARE(others(), before); // and nothing is left behind
-    for (const QString &name : written) {
-        QVERIFY(read(name).size() > 50);
+    QCOMPARE(filesAndSums().filter(QRegularExpression("^(?!p[_.])")), before);
+    QCOMPARE(QDir(m_folder).entryList({"p*"}, QDir::Files).size(), names.size() + 1);
+    for (const QString &name : names << ".dat") {
+        QVERIFY2(read('p' + name).size() > 50, qPrintable(name));
     }
 }
 
 void BatchTest::namesUnreadableInputs()
 {
-    QVERIFY(QDir(m_folder).mkdir("folder"));
-    QCOMPARE(mkfifo(QFile::encodeName(path("pipe")).constData(), 0644),
-             0); // must not be waited for
-    write("binary", QByteArray::fromHex("7f454c460201010000000000fffe0080"));
     write("large", "# X-NUM 99999\n# Y-NUM 99999\n0 0 1 0\n");
-    const QString file = // rows that are not used, too
-        session(kResult + " Ref1/XafsFS=missing Ref4/XafsFS=folder Target/TargetFile=pipe "
-                          "Point1/FileSelect=binary Point8/FileSelect=large");
-    const QStringList before = filesAndSums();
-    const Run result = run({"--quiet", file});
+    const Run result = run({"--quiet", session("Ref4/XafsFS=missing Point8/FileSelect=large")});
     QCOMPARE(result.status, 3);
-    QCOMPARE(result.out, QString());
-    for (const char *name : {"missing", "folder", "pipe", "binary", "large"}) {
-        QVERIFY2(result.err.contains(QRegularExpression(path(name) + ": .+\n")), name);
-    }
-    QCOMPARE(filesAndSums(), before);
+    QVERIFY(result.err.contains("missing: ") && result.err.contains("large: "));
 }
 
 void BatchTest::notesWhatItDoesNotKnow()
@@ -711,9 +676,8 @@ void BatchTest::advises()
     QCOMPARE(present["warnings"].toArray(), QJsonArray({"UnlikeReferences", "NoFreedom"}));
 
     const QJsonObject best = all["best"].toObject();
-    const QJsonArray energies = best["energies"].toArray();
-    QCOMPARE(energies.size(), 3);
-    QVERIFY(energies[0].toDouble() >= 3000 && energies[2].toDouble() <= 16000);
+    QCOMPARE(best["energies"].toArray().size(), 3);
+    QVERIFY(best["energies"][0].toDouble() >= 3000 && best["energies"][2].toDouble() <= 16000);
     QVERIFY(best["sigmaValence"].toDouble() > 0);
 
     const QString table = run({"--advise", "3", "--range", "3000,16000", session()}).out;
