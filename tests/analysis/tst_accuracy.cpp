@@ -1,4 +1,3 @@
-#include "analysis/LinearCombination.h"
 #include "analysis/LinearSystem.h"
 #include "analysis/NonEquiv.h"
 #include "tests/Differential.h"
@@ -7,6 +6,8 @@
 
 #include <QtTest>
 
+#include <algorithm>
+#include <numeric>
 #include <random>
 
 // Every unknown of many random systems lies within the bound that follows from the theory of
@@ -53,12 +54,14 @@ struct Closeness {
         narrow += widest < width * largest ? 1 : 0;
         ++results;
     }
-    /// Nine in ten: random systems that are nearly singular do come up.
-    bool isMostlyNarrow() const { return results > 0 && 10 * narrow >= 9 * results; }
-    QByteArray report() const
+    /// What is wrong. Nine in ten are to be narrow: random systems that are nearly singular do
+    /// come up.
+    QByteArray fault() const
     {
-        return "used " + QByteArray::number(static_cast<double>(used)) + ", narrow " +
-               QByteArray::number(narrow) + " of " + QByteArray::number(results);
+        const bool isGood = holds && results > 0 && 10 * narrow >= 9 * results;
+        return isGood ? QByteArray()
+                      : "used " + QByteArray::number(static_cast<double>(used)) + ", narrow " +
+                            QByteArray::number(narrow) + " of " + QByteArray::number(results);
     }
 };
 
@@ -133,7 +136,6 @@ private slots:
     void fitsSamples();
     void decomposesCurves_data();
     void decomposesCurves();
-    void combinesSpectra();
 };
 
 void AccuracyTest::initTestCase()
@@ -170,19 +172,15 @@ void AccuracyTest::solvesIntegerSystems()
         system.clear();
         Table<exact::Integer> a(n, std::vector<exact::Integer>(n));
         std::vector<exact::Integer> b(n);
-        for (int row = 0; row < (samples == 0 ? unknowns : samples); ++row) {
-            Vector phi;
-            for (int j = 0; j < unknowns; ++j) {
-                phi.push_back(digit(random));
-                if (samples == 0) {
-                    system.matrix(row, j) = phi.back();
-                }
-            }
+        for (size_t row = 0; row < static_cast<size_t>(samples == 0 ? unknowns : samples); ++row) {
+            Vector phi(n);
+            std::generate(phi.begin(), phi.end(), [&] { return digit(random); });
             const double y = digit(random);
             if (samples == 0) {
-                system.rightSide(row) = y;
-                b[static_cast<size_t>(row)] = static_cast<exact::Integer>(y);
-                a[static_cast<size_t>(row)].assign(phi.begin(), phi.end());
+                std::copy(phi.begin(), phi.end(), &system.matrix(static_cast<int>(row), 0));
+                system.rightSide(static_cast<int>(row)) = y;
+                a[row].assign(phi.begin(), phi.end());
+                b[row] = static_cast<exact::Integer>(y);
                 continue;
             }
             system.addSample(phi.data(), y); // sums of small integers: exact
@@ -198,22 +196,21 @@ void AccuracyTest::solvesIntegerSystems()
             continue;
         }
         system.solve();
-        std::vector<Real> expected;
+        const auto denominator = static_cast<Real>(truth.denominator);
+        std::vector<Real> expected(truth.x.begin(), truth.x.end());
         Table<Real> inverse;
         for (size_t i = 0; i < n; ++i) {
-            const auto denominator = static_cast<Real>(truth.denominator);
-            expected.push_back(static_cast<Real>(truth.x[i]) / denominator);
-            inverse.emplace_back();
-            for (const exact::Integer numerator : truth.inverse[i]) {
-                inverse.back().push_back(static_cast<Real>(numerator) / denominator);
+            expected[i] /= denominator;
+            inverse.emplace_back(truth.inverse[i].begin(), truth.inverse[i].end());
+            for (Real &element : inverse.back()) {
+                element /= denominator;
             }
         }
         const Vector x = unknownsOf(system);
         closeness.add(x, expected,
                       exact::errorBounds(inverse, exact::eliminationResidual(system, x)), 1e-10);
     }
-    QVERIFY2(closeness.holds, closeness.report().constData());
-    QVERIFY2(closeness.isMostlyNarrow(), closeness.report().constData());
+    QCOMPARE(closeness.fault(), QByteArray());
 }
 
 void AccuracyTest::fitsSamples_data()
@@ -223,7 +220,6 @@ void AccuracyTest::fitsSamples_data()
     QTest::addColumn<int>("decades");  // from column to column
     QTest::addColumn<double>("apart"); // how far a last column lies from the one before
     QTest::addColumn<double>("width"); // of the bound, over the largest unknown
-    QTest::newRow("two") << 2 << 8 << 0 << 1.0 << 1e-10;
     QTest::newRow("five") << 5 << 8 << 0 << 1.0 << 1e-7;
     QTest::newRow("as many samples as unknowns") << 3 << 3 << 0 << 1.0 << 1e-4;
     QTest::newRow("seven of 300") << 7 << 300 << 0 << 1.0 << 1e-11;
@@ -259,8 +255,7 @@ void AccuracyTest::fitsSamples()
         const Fit fit(phi, y);
         closeness.add(unknownsOf(fit.system), fit.expected.x, fit.bounds(), width);
     }
-    QVERIFY2(closeness.holds, closeness.report().constData());
-    QVERIFY2(closeness.isMostlyNarrow(), closeness.report().constData());
+    QCOMPARE(closeness.fault(), QByteArray());
 }
 
 void AccuracyTest::decomposesCurves_data()
@@ -307,24 +302,20 @@ void AccuracyTest::decomposesCurves()
     const Vector jumps = {1.0, 0.92, 1.08, 0.97};
     RefValues values;
     values.victoreen = victoreen;
+    values.jump = std::accumulate(jumps.begin(), jumps.begin() + references, 0.0);
     for (const double from : fromEdge) {
         values.energiesEv.push_back(edgeEv + from);
     }
+    std::vector<Real> weights; // w_i J, which makes amounts of the unknowns
     for (size_t i = 0; i < m; ++i) {
-        values.jump += jumps[i];
         values.valences.push_back(static_cast<double>(i));
         values.rows.push_back(static_cast<int>(i));
+        values.jumpShares.push_back(jumps[i] / values.jump);
+        weights.push_back(static_cast<Real>(values.jumpShares[i]) * values.jump);
         values.values.emplace_back();
         for (const double from : fromEdge) {
             values.values[i].push_back(jumps[i] * shapeAt(from, edgeEv, static_cast<int>(i)));
         }
-    }
-    for (size_t i = 0; i < m; ++i) {
-        values.jumpShares.push_back(jumps[i] / values.jump);
-    }
-    std::vector<Real> weights; // w_i J, which makes amounts of the unknowns
-    for (const double share : values.jumpShares) {
-        weights.push_back(static_cast<Real>(share) * values.jump);
     }
     NonEquivFit curveFit(values);
     const Table<double> &basis = curveFit.basis();
@@ -351,9 +342,7 @@ void AccuracyTest::decomposesCurves()
         const std::vector<Real> unknown = fit.bounds();
         const std::vector<Real> &x = fit.expected.x;
         const ResultVector found = curveFit.fit(y);
-        const auto at = [&found](Quantity quantity) {
-            return found[static_cast<size_t>(indexOf(quantity))];
-        };
+        const auto at = [&found](Quantity quantity) { return found[indexOf(quantity)]; };
 
         // Amount i is w_i x_i / S * (S J): four roundings, and S, whatever it is, cancels.
         Vector results;
@@ -396,8 +385,7 @@ void AccuracyTest::decomposesCurves()
             closeness.holds = closeness.holds && std::fabs(background[k - m] - x[k]) <= unknown[k];
         }
     }
-    QVERIFY2(closeness.holds, closeness.report().constData());
-    QVERIFY2(closeness.isMostlyNarrow(), closeness.report().constData());
+    QCOMPARE(closeness.fault(), QByteArray());
 
     // A line of the table in docs/numerics.md. Gains tell how much of the points' noise gets into a
     // result: its standard deviation over that of every point.
@@ -426,78 +414,6 @@ void AccuracyTest::decomposesCurves()
         cells += QString::number(static_cast<double>(value), 'g', 2);
     }
     qInfo("| %s |", qPrintable(cells.join(QStringLiteral(" | "))));
-}
-
-void AccuracyTest::combinesSpectra()
-{
-    std::mt19937_64 random(8);
-    std::uniform_real_distribution<double> part(0.1, 1);
-    std::normal_distribution<double> noise(0, 1e-3);
-    Closeness closeness;
-    for (int round = randomCases(20); round > 0; --round) {
-        AnalysisInput input;
-        std::vector<QVector<MutPoint>> curves(4);
-        const double amounts[] = {part(random), part(random), part(random)};
-        for (int point = 0; point < 200; ++point) {
-            const double fromEdge = 4 * point - 200;
-            double mixture = noise(random);
-            for (int i = 0; i < 3; ++i) {
-                const double value = 0.1 + (1 + 0.1 * i) * shapeAt(fromEdge, 8333, i);
-                curves[static_cast<size_t>(i)].append({0.0, 8333 + fromEdge, value});
-                mixture += amounts[i] * value;
-            }
-            curves[3].append({0.0, 8333 + fromEdge, mixture});
-        }
-        for (int i = 0; i < 4; ++i) {
-            AMutE spectrum;
-            spectrum.setPoints(curves[static_cast<size_t>(i)]);
-            spectrum.setEdge(8333, 8303, 8433);
-            spectrum.fitVictoreens();
-            if (i < 3) {
-                input.references.push_back(inputs::reference(i, i, spectrum));
-            } else {
-                input.target = spectrum;
-            }
-        }
-        LcfPlan plan;
-        plan.run = true;
-        plan.lowEv = 8323;
-        plan.highEv = 8400;
-        const LcfResult found = fitLinearCombination(input, plan);
-
-        Table<double> basis;
-        Vector y;
-        for (int i = 0; i < input.target.points().size(); ++i) {
-            const double energyEv = input.target.effectiveEnergy(i);
-            if (energyEv >= plan.lowEv && energyEv <= plan.highEv) {
-                basis.emplace_back();
-                for (const ReferenceInput &reference : input.references) {
-                    basis.back().push_back(
-                        reference.spectrum.valueAtE(AMutE::By2Victoreens, energyEv));
-                }
-                basis.back().push_back(1.0);
-                y.push_back(input.target.valueAt(AMutE::By2Victoreens, i));
-            }
-        }
-        const Fit fit(basis, y);
-        const std::vector<Real> bounds = fit.bounds();
-        const std::vector<Real> &x = fit.expected.x;
-        // Valences are 0, 1 and 2; two products and sums are rounded.
-        const Real valence = x[1] + 2 * x[2];
-        const Real valenceBound = bounds[1] + 2 * bounds[2];
-        const Real roundings = std::fabs(x[1]) + 2 * std::fabs(x[2]) + valenceBound;
-        const Real sum = x[0] + x[1] + x[2];
-        const Real sumBound = bounds[0] + bounds[1] + bounds[2];
-        const Real magnitude = std::fabs(x[0]) + std::fabs(x[1]) + std::fabs(x[2]) + sumBound;
-        const Real ratio = x[0] / sum;
-        closeness.add({found.base, found.valence, found.ratios[0]}, {x[3], valence, ratio},
-                      {bounds[3], valenceBound + exact::gamma(3) * roundings,
-                       (bounds[0] + std::fabs(ratio) * sumBound + exact::gamma(3) * magnitude) /
-                           (std::fabs(sum) - sumBound - exact::gamma(3) * magnitude)},
-                      1e-10);
-    }
-    QVERIFY2(closeness.holds, closeness.report().constData());
-    QVERIFY2(closeness.isMostlyNarrow(), closeness.report().constData());
 }
 
 QTEST_GUILESS_MAIN(AccuracyTest)

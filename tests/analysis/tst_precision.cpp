@@ -595,7 +595,6 @@ void PrecisionTest::lcfSigmasAreTheScatter()
     QFETCH(LcfBounds, bounds);
     QFETCH(NoiseSource, noise);
     constexpr double kSigma = 2e-3;
-    constexpr int kFits = kDraws / 2;
     const bool oneHeld = bounds == LcfBounds::NonNegativeSumToOne;
     std::mt19937_64 random(4);
     std::normal_distribution<> normal(0.0, kSigma);
@@ -612,7 +611,7 @@ void PrecisionTest::lcfSigmasAreTheScatter()
     std::array<double, 5> found = {}; // mean squares: of three ratios, the valence and the noise
     std::array<double, 5> predicted = {};
     double chiSquare = 0.0;
-    for (int draw = 0; draw < kFits; ++draw) {
+    for (int draw = 0; draw < kDraws; ++draw) {
         QVector<MutPoint> points = clean;
         for (MutPoint &p : points) {
             p.mut += p.energyEv > 100 && p.energyEv < 200 ? normal(random) : 0.0;
@@ -623,14 +622,14 @@ void PrecisionTest::lcfSigmasAreTheScatter()
         QCOMPARE(result.held, oneHeld ? 4U : 0U);
         const LcfPrecision &precision = result.precision;
         for (size_t i = 0; i < 3; ++i) {
-            found[i] += std::pow(result.ratios[i] - truth.ratios[i], 2) / kFits;
-            predicted[i] += std::pow(precision.sigmaRatios[i], 2) / kFits;
+            found[i] += std::pow(result.ratios[i] - truth.ratios[i], 2) / kDraws;
+            predicted[i] += std::pow(precision.sigmaRatios[i], 2) / kDraws;
         }
-        found[3] += std::pow(result.valence - truth.valence, 2) / kFits;
-        predicted[3] += std::pow(precision.sigmaValence, 2) / kFits;
-        found[4] += kSigma * kSigma / kFits; // the jump is 1
-        predicted[4] += std::pow(precision.sigma, 2) / kFits;
-        chiSquare += precision.chiSquare / kFits;
+        found[3] += std::pow(result.valence - truth.valence, 2) / kDraws;
+        predicted[3] += std::pow(precision.sigmaValence, 2) / kDraws;
+        found[4] += kSigma * kSigma / kDraws; // the jump is 1
+        predicted[4] += std::pow(precision.sigma, 2) / kDraws;
+        chiSquare += precision.chiSquare / kDraws;
     }
     for (size_t i = 0; i < found.size(); ++i) {
         QVERIFY2(std::fabs(std::sqrt(predicted[i]) - std::sqrt(found[i])) <=
