@@ -1,9 +1,11 @@
 #include "analysis/Calculations.h"
 #include "analysis/NonEquiv.h"
+#include "tests/analysis/Exact.h"
 #include "tests/analysis/Inputs.h"
 
 #include <QtTest>
 
+#include <numeric>
 #include <random>
 
 using namespace orvel;
@@ -84,14 +86,7 @@ struct Mixture {
         }
         return sum;
     }
-    double total() const
-    {
-        double sum = 0;
-        for (size_t i = 0; i < x.size(); ++i) {
-            sum += jumps[i] * x[i];
-        }
-        return sum;
-    }
+    double total() const { return std::inner_product(x.begin(), x.end(), jumps.begin(), 0.0); }
     double valence() const
     {
         double sum = 0;
@@ -104,28 +99,23 @@ struct Mixture {
     /// References in rows 0, 2 and 3; row 1 is loaded but not used.
     AnalysisInput input(bool victoreen) const
     {
-        AnalysisInput input;
-        input.method.nonEquiv = true;
-        input.method.linearBackground = !victoreen;
-        const int rows[] = {0, 2, 3};
-        for (size_t i = 0; i < x.size(); ++i) {
-            QVector<QPair<double, double>> points;
-            for (const double e : energies) {
-                points.append({e, jumps[i] * shape(i, e)});
+        std::vector<std::vector<double>> values(x.size());
+        QVector<QPair<double, double>> target;
+        for (const double e : energies) {
+            for (size_t i = 0; i < x.size(); ++i) {
+                values[i].push_back(jumps[i] * shape(i, e));
             }
-            input.references.push_back(
-                inputs::reference(rows[i], valences[i], flatSpectrum(jumps[i], points)));
+            target.append({e, curve(victoreen, e)});
         }
+        AnalysisInput input = inputs::withReferences(energies, values, jumps, valences);
+        input.references[1].row = 2;
+        input.references[2].row = 3;
         input.references.insert(input.references.begin() + 1,
                                 inputs::reference(1, 9.0, flatSpectrum(2)));
         input.references[1].use = false;
-        QVector<QPair<double, double>> target;
-        for (size_t i = 0; i < energies.size(); ++i) {
-            EnergyPointInput point = inputs::point(static_cast<int>(i), energies[i]);
-            point.vPoint = i == 4;
-            input.points.push_back(point);
-            target.append({energies[i], curve(victoreen, energies[i])});
-        }
+        input.points[4].vPoint = true;
+        input.method.nonEquiv = true;
+        input.method.linearBackground = !victoreen;
         input.target = flatSpectrum(1, target);
         return input;
     }
@@ -170,19 +160,20 @@ void MethodsTest::threePointsByHand()
              QStringList(QStringLiteral("3ps: a = 0.266667, Valence = 2.73333")));
     QCOMPARE(inputs::texts(target.messages), inputs::texts({target.resultField}));
     QVERIFY(close(target.a, 4.0 / 15, 1e-14) && close(target.valence, 41.0 / 15, 1e-14));
-    QCOMPARE(target.rows[0].ratio, QStringLiteral("0.266667"));
-    QCOMPARE(target.rows[2].ratio, QStringLiteral("0.733333"));
-    QCOMPARE(target.rows[2].amount, QString());
-    QVERIFY(!target.dMutField);
+    QCOMPARE(target.rows[0].ratio + ' ' + target.rows[2].ratio, QString("0.266667 0.733333"));
+    QVERIFY(target.rows[2].amount.isEmpty() && !target.dMutField);
 
-    const MapOutcome map = calculateMap(input);
-    QVERIFY(close(map.maps->at(Quantity::Ratio1, 0), 4.0 / 15, 1e-14));
-    QVERIFY(close(map.maps->at(Quantity::Ratio2, 0), 11.0 / 15, 1e-14));
-    QVERIFY(close(map.maps->at(Quantity::Valence, 0), 41.0 / 15, 1e-14));
+    const auto map = calculateMap(input).maps;
     // dMut = 2 over ((1.1 - 0.2) + (1.1 - 0.1)) / 2: the mixed mean
-    QVERIFY(close(map.maps->at(Quantity::Amount, 0), 2 / 0.95, 1e-14));
-    QVERIFY(map.maps->fills(Quantity::Ratio2) && !map.maps->fills(Quantity::Ratio3));
-    QCOMPARE(map.maps->at(Quantity::Mut0, 0), 0.0);
+    const std::pair<Quantity, double> expected[] = {{Quantity::Ratio1, 4.0 / 15},
+                                                    {Quantity::Ratio2, 11.0 / 15},
+                                                    {Quantity::Valence, 41.0 / 15},
+                                                    {Quantity::Amount, 2 / 0.95},
+                                                    {Quantity::Mut0, 0.0}};
+    for (const auto &[quantity, value] : expected) {
+        QVERIFY(close(map->at(quantity, 0), value, 1e-14));
+    }
+    QVERIFY(map->fills(Quantity::Ratio2) && !map->fills(Quantity::Ratio3));
 }
 
 void MethodsTest::fourPointsFindTheMixture()
@@ -222,40 +213,22 @@ void MethodsTest::fourPointsFindTheMixture()
 
 void MethodsTest::leastSquaresMinimises()
 {
-    // Noisy values: S - (c0 + c1 E + c2 T) must be orthogonal to 1, E and T. Solved here by
-    // Gram-Schmidt in long double, which shares nothing with normal equations.
+    // Noisy values: S = c0 + c1 E + c2 T, by what shares nothing with normal equations.
     AnalysisInput input = FourPointsCase().input(7, 2);
     input.method.exact = false;
     std::mt19937 random(4);
-    std::vector<std::array<long double, 4>> rows; // 1, E, T, S
+    exact::Table<exact::Real> phi;
+    std::vector<exact::Real> sums;
     for (EnergyPointInput &point : input.points) {
         point.targetMu += 1e-3 * std::uniform_real_distribution<>(-1, 1)(random);
         if (!point.vPoint) {
-            rows.push_back({1.0L, point.energyEv, point.targetMu,
-                            point.referenceMu[1] + static_cast<long double>(point.referenceMu[3])});
+            phi.push_back({1.0L, point.energyEv, point.targetMu});
+            sums.push_back(point.referenceMu[1] + static_cast<exact::Real>(point.referenceMu[3]));
         }
     }
-    for (int column = 1; column < 4; ++column) { // T and S without their parts along 1 and E
-        for (int along = 0; along < qMin(column, 2); ++along) {
-            long double dot = 0;
-            long double norm = 0;
-            for (const auto &row : rows) {
-                dot += row[size_t(column)] * row[size_t(along)];
-                norm += row[size_t(along)] * row[size_t(along)];
-            }
-            for (auto &row : rows) {
-                row[size_t(column)] -= dot / norm * row[size_t(along)];
-            }
-        }
-    }
-    long double st = 0;
-    long double tt = 0;
-    for (const auto &row : rows) {
-        st += row[3] * row[2];
-        tt += row[2] * row[2];
-    }
+    const auto g = static_cast<double>(exact::LeastSquares(phi, sums).x[2]);
     const double tOverTs = textNumber(calculateTarget(input).resultField, 2);
-    QVERIFY(close(tOverTs, static_cast<double>(2 * tt / st), 1e-5)); // six digits
+    QVERIFY(close(tOverTs, 2 / g, 1e-5)); // six digits
 }
 
 void MethodsTest::mapsTakeTheFirstUsedRow()
@@ -291,17 +264,17 @@ void MethodsTest::nonEquivFindsTheMixture()
         QVERIFY(close(target.a, known.jumps[0] * known.x[0] / t, 1e-6));
         QVERIFY(close(target.valence, known.valence(), 1e-6));
         QVERIFY(close(target.dMutField->toDouble(), t, 1e-5));
-        const int rows[] = {0, 2, 3};
         QStringList ratios;
         for (size_t i = 0; i < 3; ++i) {
-            const double ratio = known.jumps[i] * known.x[i] / t;
-            ratios << QString::asprintf("% 6.3f", ratio);
-            QVERIFY(close(target.rows[size_t(rows[i])].ratio.toDouble(), ratio, 1e-5));
-            QVERIFY(close(target.rows[size_t(rows[i])].amount.toDouble(), ratio * t, 1e-5));
+            const double amount = known.jumps[i] * known.x[i];
+            const auto &row = target.rows[i == 0 ? 0 : i + 1];
+            ratios << QString::asprintf("% 6.3f", amount / t);
+            QVERIFY(close(row.ratio.toDouble(), amount / t, 1e-5));
+            QVERIFY(close(row.amount.toDouble(), amount, 1e-5));
         }
         QCOMPARE(target.rows[1].ratio, QString());
         const QString text =
-            QStringLiteral("Result of NEQ :: ") + ratios.join(QStringLiteral(" : ")) +
+            "Result of NEQ :: " + ratios.join(" : ") +
             QString::asprintf(", Valence = % 6.3f, t = % 6.3f", known.valence(), t);
         QCOMPARE(inputs::texts({target.resultField}), QStringList(text));
         QCOMPARE(inputs::texts(target.messages), QStringList(text));
