@@ -3,6 +3,7 @@
 #include "images/TDData0.h"
 #include "tests/Differential.h"
 #include "tests/LogCatcher.h"
+#include "tests/Table.h"
 #include "tests/TestFiles.h"
 
 #include <QtTest>
@@ -14,6 +15,8 @@
 
 using namespace orvel;
 
+Q_DECLARE_METATYPE(ReadFailure)
+
 namespace {
 
 /// "x y signal reference; x y ..." for comparison.
@@ -22,9 +25,9 @@ QString textOfPixels(const A2DData &data)
     QStringList texts;
     for (qint64 i = 0; i < data.pixelCount(); ++i) {
         const PixelRecord p = data.pixel(i);
-        texts << QStringLiteral("%1 %2 %3 %4").arg(p.x).arg(p.y).arg(p.signal).arg(p.reference);
+        texts << QString("%1 %2 %3 %4").arg(p.x).arg(p.y).arg(p.signal).arg(p.reference);
     }
-    return texts.join(QStringLiteral("; "));
+    return texts.join("; ");
 }
 
 template <class T> QByteArray rawBytes(const QVector<T> &values)
@@ -51,7 +54,6 @@ private slots:
     void shortProcessedMapsAreReadAsFarAsTheyGo();
     void refusesProcessedMaps_data();
     void refusesProcessedMaps();
-    void refusesWhatIsLargerThanAnyMap();
     void takesItems();
 
 private:
@@ -62,14 +64,7 @@ private:
 
 void ImagesTest::readsTextMaps_data()
 {
-    QTest::addColumn<QByteArray>("bytes");
-    QTest::addColumn<QString>("grid");
-    QTest::addColumn<QString>("pixels");
-
-    const auto row = [](const char *name, const QByteArray &bytes, const char *grid,
-                        const char *pixels) {
-        QTest::newRow(name) << bytes << QString(grid) << QString(pixels);
-    };
+    const Table<QByteArray, QString, QString> row("bytes", "grid", "pixels");
     const char *const two = "0 0 5 7; 1 0 6 8";
     row("1306",
         "# 1306 scan\n# AXIS 0 a b c d 1\n# AXIS 1 a b c d 0\n"
@@ -102,8 +97,8 @@ void ImagesTest::readsTextMaps()
 {
     QFETCH(QByteArray, bytes);
     A2DData data;
-    QVERIFY(data.loadMap(m_files.write(QStringLiteral("map.txt"), bytes)));
-    QTEST(QStringLiteral("%1x%2").arg(data.xNum()).arg(data.yNum()), "grid");
+    QVERIFY(data.loadMap(m_files.write("map.txt", bytes)));
+    QTEST(QString("%1x%2").arg(data.xNum()).arg(data.yNum()), "grid");
     QTEST(textOfPixels(data), "pixels");
 }
 
@@ -135,10 +130,8 @@ void ImagesTest::fastAndTextWayAgree()
         }
         TextMap fast;
         TextMap text;
-        const ReadFailure fastOutcome =
-            readTextMap(m_files.write(QStringLiteral("fast"), bytes), {}, fast);
-        const ReadFailure textOutcome =
-            readTextMap(m_files.writeWide(QStringLiteral("text"), bytes), {}, text);
+        const ReadFailure fastOutcome = readTextMap(m_files.write("fast", bytes), {}, fast);
+        const ReadFailure textOutcome = readTextMap(m_files.writeWide("text", bytes), {}, text);
         QCOMPARE(fastOutcome, textOutcome);
         QVERIFY(fast.columns.x.size() > 1000);
         for (Column MapColumns::*column :
@@ -157,26 +150,18 @@ void ImagesTest::keepsHeaderLinesAndTellsEnergies()
     A2DData data;
     const QByteArray header = "# 1306  two  blanks\r\n #\t\x94\x5A end \n# ENERGY : 8333.5 eV\n"
                               "# X-NUM 1\n# Y-NUM 1\n#\n# energy = x\n# ENERGY 1\n";
-    const QString path = m_files.write(QStringLiteral("map.txt"), header + "1 2 3 4\n");
+    const QString path = m_files.write("map.txt", header + "1 2 3 4\n");
     QVERIFY(data.loadMap(path, [&](const QString &text) {
         told << text;
         QCOMPARE(data.pixelCount(), 0); // not there yet
     }));
-    QCOMPARE(told.join(' '), QStringLiteral("8333.5 x"));
+    QCOMPARE(told.join(' '), QString("8333.5 x"));
     QCOMPARE(data.header().join('\n') + '\n', QString::fromUtf8(header).remove('\r'));
 }
 
 void ImagesTest::refusesTextMaps_data()
 {
-    QTest::addColumn<QByteArray>("bytes");
-    QTest::addColumn<int>("reason");
-    QTest::addColumn<bool>("previousStays");
-
-    const auto row = [](const char *name, const QByteArray &bytes, ReadFailure reason,
-                        bool previousStays) {
-        QTest::newRow(name) << bytes << static_cast<int>(reason) << previousStays;
-    };
-    row("binary", QByteArray("\0\1\2\n\xFF\xFF\0", 7), ReadFailure::NoPixel, false);
+    const Table<QByteArray, ReadFailure, bool> row("bytes", "reason", "previousStays");
     row("no pixel", "# X-NUM 2\n# Y-NUM 2\n", ReadFailure::NoPixel, false);
     row("no grid", "# X-NUM 2\n1 2 3 4\n", ReadFailure::NoGrid, false);
     row("negative grid", "# X-NUM -2\n# Y-NUM -2\n1 2 3 4\n", ReadFailure::NoGrid, false);
@@ -184,8 +169,6 @@ void ImagesTest::refusesTextMaps_data()
         true);
     row("long header", ("#" + QByteArray(1 << 19, 'x') + "\n").repeated(33),
         ReadFailure::TooMuchData, true);
-    row("huge grid", "# X-NUM 2147483647\n# Y-NUM 2147483647\n1 2 3 4\n", ReadFailure::GridTooLarge,
-        true);
     row("overflowing axis", "# AXIS 0 a b c d 2147483647\n# Y-NUM 1\n1 2 3 4\n",
         ReadFailure::GridTooLarge, true);
     row("endless line", QByteArray(2 << 20, '1'), ReadFailure::LineTooLong, true);
@@ -197,14 +180,13 @@ void ImagesTest::refusesTextMaps()
     QFETCH(QByteArray, bytes);
     QFETCH(bool, previousStays);
     A2DData data;
-    QVERIFY(
-        data.loadMap(m_files.write(QStringLiteral("good.txt"), "# X-NUM 1\n# Y-NUM 1\n9 9 9 9\n")));
+    QVERIFY(data.loadMap(m_files.write("good.txt", "# X-NUM 1\n# Y-NUM 1\n9 9 9 9\n")));
     const auto before = data.map();
-    QVERIFY(!data.loadMap(m_files.write(QStringLiteral("bad.txt"), bytes)));
-    QTEST(static_cast<int>(data.loadFailure()), "reason");
+    QVERIFY(!data.loadMap(m_files.write("bad.txt", bytes)));
+    QTEST(data.loadFailure(), "reason");
     QCOMPARE(data.hasMap(), previousStays);
     QCOMPARE(data.map() == before, previousStays);
-    QVERIFY(!data.loadMap(m_files.path(QStringLiteral("missing"))));
+    QVERIFY(!data.loadMap(m_files.path("missing")));
     QCOMPARE(data.hasMap(), previousStays);
 }
 
@@ -212,15 +194,15 @@ void ImagesTest::absorption()
 {
     const auto image = ImageData::fromColumns(
         {}, 2, 3, {{0, 1, 0, 1, 5}, {0, 0, 1, 1, 5}, {0.5, 0, 2, -1, 3}, {0, 7, 8, 1, 3}});
-    const double expected[] = {0.5, 1.0, std::log(4.0), qQNaN(), 0.0, -1.0};
-    for (int i = 0; i < 6; ++i) { // the sixth pixel of the grid has no record
-        const double value = image->absorption(i % 2, i / 2);
-        QVERIFY(value == expected[i] || (std::isnan(value) && std::isnan(expected[i])));
+    QVector<double> found; // the sixth pixel of the grid has no record
+    for (int i = 0; i < 6; ++i) {
+        found += image->absorption(i % 2, i / 2);
     }
+    QVERIFY(std::isnan(found.takeAt(3)));
+    QCOMPARE(found, (QVector<double>{0.5, 1.0, std::log(4.0), 0.0, -1.0}));
     QCOMPARE(image->absorption(4, 0), 0.0); // beyond its own width: on into the next rows
     QCOMPARE(image->absorption(0, 100), -1.0);
     QCOMPARE(image->absorption(-1, 0), -1.0);
-
     const auto processed = ImageData::fromAbsorption(2, 2, {1, 2, 3, 4});
     QCOMPARE(processed->absorption(1, 1), 4.0);
     QVERIFY(!ImageData::fromAbsorption(0, 0, {})->isMap());
@@ -229,13 +211,13 @@ void ImagesTest::absorption()
 void ImagesTest::writesProcessedMapsByteForByte()
 {
     TDData0 map;
-    map.dataId = QStringLiteral("a b ");
+    map.dataId = "a b ";
     map.width = 2;
     map.height = 1;
     map.data = {1.5, -2};
     map.valid = {true, false};
     map.minVal = -2;
-    QVERIFY(map.write(m_files.path(QStringLiteral("m.tdd"))));
+    QVERIFY(map.write(m_files.path("m.tdd")));
     const QByteArray text =
         "2dData-V0.0 HeaderSize: 512" + QByteArray(37, ' ') +
         "\n"
@@ -243,11 +225,11 @@ void ImagesTest::writesProcessedMapsByteForByte()
         "DATA_STRUCTURE: Header of Size ( HeaderSize: ), Row Double Data Block of pixels "
         "( WIDTH: * HEIGHT ), Row Bool Valid Flag Block of pixels ( WIDTH: * HEIGHT ) \n"
         "SIZE_OF_DOUBLE: 8\nSIZE_OF_BOOL: 1\nMIN_VAL: -2\nMAX_VAL: -1e+300\nEND_OF_HEADER:\n";
-    QCOMPARE(m_files.read(QStringLiteral("m.tdd")), text + QByteArray(512 - text.size(), '\0') +
-                                                        rawBytes(map.data) + QByteArray("\1\0", 2));
-    QVERIFY(!map.write(m_files.path(QStringLiteral("no/m.tdd"))));
+    QCOMPARE(m_files.read("m.tdd"), text + QByteArray(512 - text.size(), '\0') +
+                                        rawBytes(map.data) + QByteArray("\1\0", 2));
+    QVERIFY(!map.write(m_files.path("no/m.tdd")));
     map.data.resize(1); // would leave the file short
-    QVERIFY(!map.write(m_files.path(QStringLiteral("m.tdd"))));
+    QVERIFY(!map.write(m_files.path("m.tdd")));
 }
 
 /// A hand-made header of 256 bytes with the given lines for the size, then 2 pixels.
@@ -262,29 +244,28 @@ QByteArray ImagesTest::processedMap(const QByteArray &size) const
 
 void ImagesTest::readsProcessedMaps()
 {
+    const auto textOf = [](const TDData0 &map) {
+        QString text;
+        QDebug(&text) << map.width << map.height << map.dataId << map.minVal << map.maxVal
+                      << map.data << map.valid;
+        return text;
+    };
     TDData0 map;
-    QVERIFY(map.read(m_files.write(QStringLiteral("m"), processedMap("WIDTH: 1\nHEIGHT: 2\n"))));
-    QCOMPARE(map.width, 1);
-    QCOMPARE(map.height, 2);
-    QCOMPARE(map.dataId, QStringLiteral("x  \"y"));
-    QCOMPARE(map.minVal, 1.5);
-    QCOMPARE(map.maxVal, 0.0);
-    QCOMPARE(map.data, QVector<double>({1.5, 2.5}));
-    QCOMPARE(map.valid, QVector<bool>({false, true}));
+    QVERIFY(map.read(m_files.write("m", processedMap("WIDTH: 1\nHEIGHT: 2\n"))));
+    QCOMPARE(textOf(map), QString("1 2 \"x  \\\"y\" 1.5 0 QVector(1.5, 2.5) QVector(false, true) "));
 
     A2DData data;
-    QVERIFY(data.loadMap(m_files.path(QStringLiteral("m"))));
-    QCOMPARE(textOfPixels(data), QStringLiteral("0 0 1.5 0; 0 1 2.5 0"));
+    QVERIFY(data.loadMap(m_files.path("m")));
+    QCOMPARE(textOfPixels(data), QString("0 0 1.5 0; 0 1 2.5 0"));
     QCOMPARE(data.map()->absorption(0, 1), 2.5);
 
     // What it writes, it reads again, whatever the identifier holds.
-    map.dataId = QStringLiteral("two\nlines \"quoted ");
-    QVERIFY(map.write(m_files.path(QStringLiteral("again"))));
+    map.dataId = "two\nlines \"quoted ";
+    QVERIFY(map.write(m_files.path("again")));
     TDData0 again;
-    QVERIFY(again.read(m_files.path(QStringLiteral("again"))));
-    QCOMPARE(again.dataId, QStringLiteral("two lines \"quoted "));
-    QCOMPARE(again.data, map.data);
-    QCOMPARE(again.valid, map.valid);
+    QVERIFY(again.read(m_files.path("again")));
+    map.dataId.replace('\n', ' ');
+    QCOMPARE(textOf(again), textOf(map));
 }
 
 void ImagesTest::shortProcessedMapsAreReadAsFarAsTheyGo()
@@ -292,7 +273,7 @@ void ImagesTest::shortProcessedMapsAreReadAsFarAsTheyGo()
     const QByteArray whole = processedMap("WIDTH: 2\nHEIGHT: 1\n");
     for (int size = 256; size <= whole.size(); ++size) {
         TDData0 map;
-        QVERIFY(map.read(m_files.write(QStringLiteral("cut"), whole.left(size))));
+        QVERIFY(map.read(m_files.write("cut", whole.left(size))));
         QCOMPARE(map.data, QVector<double>({size >= 264 ? 1.5 : 0.0, size >= 272 ? 2.5 : 0.0}));
         QCOMPARE(map.valid, QVector<bool>({false, size >= whole.size()}));
     }
@@ -300,15 +281,9 @@ void ImagesTest::shortProcessedMapsAreReadAsFarAsTheyGo()
 
 void ImagesTest::refusesProcessedMaps_data()
 {
-    QTest::addColumn<QByteArray>("bytes");
-    QTest::addColumn<int>("reason");
-
-    const auto row = [](const char *name, const QByteArray &bytes, ReadFailure reason) {
-        QTest::newRow(name) << bytes << static_cast<int>(reason);
-    };
+    const Table<QByteArray, ReadFailure> row("bytes", "reason");
     const QByteArray good = processedMap("WIDTH: 2\nHEIGHT: 1\n");
     row("empty", "", ReadFailure::NotProcessed);
-    row("text", "# 1306\n", ReadFailure::NotProcessed);
     row("magic alone", "2dData", ReadFailure::NotProcessed);
     row("header ends the line", good.left(24), ReadFailure::NotProcessed);
     row("negative header", QByteArray(good).replace("Size: 256", "Size: -25"),
@@ -317,8 +292,9 @@ void ImagesTest::refusesProcessedMaps_data()
         ReadFailure::NotProcessed);
     row("no size", processedMap(""), ReadFailure::NoGrid);
     row("negative size", processedMap("WIDTH: -2\nHEIGHT: -1\n"), ReadFailure::NoGrid);
-    row("2 GiB", processedMap("WIDTH: 16384\nHEIGHT: 16384\n"), ReadFailure::GridTooLarge);
     row("overflow", processedMap("WIDTH: 2147483647\nHEIGHT: 2147483647\n"),
+        ReadFailure::GridTooLarge);
+    row("2^27 + 2^15 pixels", processedMap("WIDTH: 32768\nHEIGHT: 4097\n"),
         ReadFailure::GridTooLarge);
     row("too much missing", processedMap("WIDTH: 4194307\nHEIGHT: 1\n"), ReadFailure::GridTooLarge);
 }
@@ -326,23 +302,15 @@ void ImagesTest::refusesProcessedMaps_data()
 void ImagesTest::refusesProcessedMaps()
 {
     QFETCH(QByteArray, bytes);
-    const QString path = m_files.write(QStringLiteral("bad.tdd"), bytes);
+    const QString path = m_files.write("bad.tdd", bytes);
+    if (bytes.contains("4097")) { // pixels that the (sparse) file really has
+        QVERIFY(QFile::resize(path, 256 + qint64(32768) * 4097 * 9));
+    }
     TDData0 map;
     map.width = 5;
     QVERIFY(!map.read(path));
-    QTEST(static_cast<int>(map.readFailure()), "reason");
+    QTEST(map.readFailure(), "reason");
     QCOMPARE(map.width, 5); // unchanged
-}
-
-void ImagesTest::refusesWhatIsLargerThanAnyMap()
-{
-    // 2^27 + 2^15 pixels that the (sparse) file really has.
-    const QString path =
-        m_files.write(QStringLiteral("large.tdd"), processedMap("WIDTH: 32768\nHEIGHT: 4097\n"));
-    QVERIFY(QFile::resize(path, 256 + qint64(32768) * 4097 * 9));
-    TDData0 map;
-    QVERIFY(!map.read(path));
-    QCOMPARE(map.readFailure(), ReadFailure::GridTooLarge);
 }
 
 void ImagesTest::takesItems()
@@ -358,7 +326,7 @@ void ImagesTest::takesItems()
     };
     for (const auto &[line, expected, rest, fault] : cases) {
         const LogCatcher log;
-        QString item = QStringLiteral("before");
+        QString item = "before";
         QCOMPARE(takeItem(line, item), rest);
         QCOMPARE(item, expected);
         QCOMPARE(log.lines().value(0).section("started from ", 1), fault);

@@ -1,5 +1,6 @@
 #include "spectra/AMutE.h"
 #include "tests/Differential.h"
+#include "tests/Table.h"
 #include "tests/TestFiles.h"
 
 #include <QtTest>
@@ -7,6 +8,9 @@
 #include <cmath>
 
 using orvel::ReadFailure;
+
+using Points = QVector<QPair<double, double>>; // energy, mu
+Q_DECLARE_METATYPE(Points)
 
 namespace {
 
@@ -17,7 +21,7 @@ double energyAt(double angleDeg, double d)
     return 12.398424360387684 / (2 * d * std::sin(angleDeg * kPi / 180)) * 1000;
 }
 
-AMutE spectrumOf(const QVector<QPair<double, double>> &points)
+AMutE spectrumOf(const Points &points)
 {
     QVector<MutPoint> converted;
     for (const auto &p : points) {
@@ -28,9 +32,13 @@ AMutE spectrumOf(const QVector<QPair<double, double>> &points)
     return spectrum;
 }
 
-bool close(double a, double b, double tolerance)
+Points pointsOf(const AMutE &spectrum)
 {
-    return std::fabs(a - b) <= tolerance;
+    Points points;
+    for (const MutPoint &p : spectrum.points()) {
+        points.append({p.energyEv, p.mut});
+    }
+    return points;
 }
 
 } // namespace
@@ -54,17 +62,9 @@ private:
     TestFiles m_files;
 };
 
-using Points = QVector<QPair<double, double>>; // energy, mu
-Q_DECLARE_METATYPE(Points)
-
 void SpectraTest::reads_data()
 {
-    QTest::addColumn<QByteArray>("bytes");
-    QTest::addColumn<Points>("expected"); // none: the read fails
-
-    const auto row = [](const char *name, const QByteArray &bytes, const Points &points) {
-        QTest::newRow(name) << bytes << points;
-    };
+    const Table<QByteArray, Points> row("bytes", "expected"); // none: the read fails
     const Points two = {{8000, 0.5}, {8001, 0.75}};
     row("columns", "# e mu\n8000 0.5\n8001 0.75\n", two);
     row("returns, tabs, blanks, no end", "  # comment 1 2\r\n\t8000\t 0.5 \r\n8001 0.75 9 9", two);
@@ -109,20 +109,15 @@ void SpectraTest::reads()
     QFETCH(QByteArray, bytes);
     QFETCH(Points, expected);
     AMutE spectrum;
-    QCOMPARE(spectrum.readFile(m_files.write(QStringLiteral("s.dat"), bytes)), !expected.isEmpty());
+    QCOMPARE(spectrum.readFile(m_files.write("s.dat", bytes)), !expected.isEmpty());
     QCOMPARE(spectrum.isValid(), !expected.isEmpty());
-    QCOMPARE(spectrum.points().size(), expected.size());
-    for (int i = 0; i < expected.size(); ++i) {
-        QCOMPARE(spectrum.points()[i].energyEv, expected[i].first);
-        QCOMPARE(spectrum.points()[i].mut, expected[i].second);
-    }
-    QCOMPARE(spectrum.fileName(), QStringLiteral("s.dat"));
+    QCOMPARE(pointsOf(spectrum), expected);
+    QCOMPARE(spectrum.fileName(), QString("s.dat"));
 }
 
 void SpectraTest::fastAndTextWayAgree_data()
 {
-    QTest::addColumn<QByteArray>("bytes");
-
+    const Table<QByteArray> row("bytes");
     const QList<QByteArray> numbers =
         QByteArray(
             "8000 -2.5 +.5 . 7. -0 1e3 1E-3 1e 1e+ e5 nan -nan inf 1e400 -1e-400 "
@@ -135,16 +130,16 @@ void SpectraTest::fastAndTextWayAgree_data()
     for (const QByteArray &number : numbers) {
         pairs += number + " 1\n2 " + number + "\r\n" + number + '\n';
     }
-    QTest::newRow("numbers") << pairs;
+    row("numbers", pairs);
     QByteArray blanks;
     for (const QByteArray gap : gaps) {
         blanks += gap + "1" + gap + "2" + gap + "\n" + gap + "\n3" + gap + "4\n";
     }
-    QTest::newRow("blanks") << blanks;
-    QTest::newRow("comments") << QByteArray("# 1 2\n #3 4\n\t# 5\n6 # 7\n8 9 # 10\n11#12 13\n#");
-    QTest::newRow("line ends") << QByteArray("1 2\r\r\n\r3\r 4\r\n\n5 6\r7\n\r\n8 9");
-    QTest::newRow("scan") << QByteArray("9809\nD= 3\xE6 D= 2\nMode 0 0 1 2\nOffset\n"
-                                        "9 14.0 1 8 0x1\n9\f1e1 1 1e400 nan\n9 14 1 4 2\r\n");
+    row("blanks", blanks);
+    row("comments", "# 1 2\n #3 4\n\t# 5\n6 # 7\n8 9 # 10\n11#12 13\n#");
+    row("line ends", "1 2\r\r\n\r3\r 4\r\n\n5 6\r7\n\r\n8 9");
+    row("scan", "9809\nD= 3\xE6 D= 2\nMode 0 0 1 2\nOffset\n"
+                "9 14.0 1 8 0x1\n9\f1e1 1 1e400 nan\n9 14 1 4 2\r\n");
     std::mt19937_64 random(17);
     QByteArray mixed;
     for (int line = randomCases(3000); line > 0; --line) {
@@ -156,7 +151,7 @@ void SpectraTest::fastAndTextWayAgree_data()
         }
         mixed += '\n';
     }
-    QTest::newRow("mixed") << mixed;
+    row("mixed", mixed);
 }
 
 void SpectraTest::fastAndTextWayAgree()
@@ -164,31 +159,31 @@ void SpectraTest::fastAndTextWayAgree()
     QFETCH(QByteArray, bytes);
     AMutE fast;
     AMutE text;
-    QVERIFY(fast.readFile(m_files.write(QStringLiteral("fast"), bytes)));
-    QVERIFY(text.readFile(m_files.writeWide(QStringLiteral("text"), bytes)));
+    QVERIFY(fast.readFile(m_files.write("fast", bytes)));
+    QVERIFY(text.readFile(m_files.writeWide("text", bytes)));
     QCOMPARE(fast.points().size(), text.points().size());
     for (int i = 0; i < fast.points().size(); ++i) {
         const MutPoint &a = fast.points()[i];
         const MutPoint &b = text.points()[i];
         QVERIFY2(sameBits(a.energyEv, b.energyEv) && sameBits(a.mut, b.mut) &&
                      sameBits(a.angleDeg, b.angleDeg),
-                 qPrintable(QStringLiteral("point %1").arg(i)));
+                 qPrintable(QString("point %1").arg(i)));
     }
 }
 
 void SpectraTest::failedReadsEmptyTheSpectrum()
 {
-    const QString good = m_files.write(QStringLiteral("good"), "1 2\n3 4\n");
+    const QString good = m_files.write("good", "1 2\n3 4\n");
     const std::pair<QByteArray, ReadFailure> bad[] = {
         {"#\n", ReadFailure::NoPoint},
         {"9809\n1 2 3 4 5\n", ReadFailure::NoDataMark},
-        {QByteArray(2 << 20, '7'), ReadFailure::LineTooLong}};
+        {"1 2\n" + QByteArray(2 << 20, '7'), ReadFailure::LineTooLong}};
     for (const auto &[bytes, reason] : bad) {
         AMutE spectrum;
         QVERIFY(spectrum.readFile(good));
-        QVERIFY(!spectrum.readFile(m_files.path(QStringLiteral("missing")))); // changes nothing
+        QVERIFY(!spectrum.readFile(m_files.path("missing"))); // changes nothing
         QVERIFY(spectrum.minE() == 1 && spectrum.maxMu() == 4 && spectrum.filePath() == good);
-        QVERIFY(!spectrum.readFile(m_files.write(QStringLiteral("bad"), bytes)));
+        QVERIFY(!spectrum.readFile(m_files.write("bad", bytes)));
         QCOMPARE(spectrum.readFailure(), reason);
         QVERIFY(!spectrum.isValid() && spectrum.points().isEmpty());
         QVERIFY(spectrum.minE() == 1e300 && spectrum.maxMu() == -1e300);
@@ -199,23 +194,18 @@ void SpectraTest::findsIntervals()
 {
     const Points rising = {{10, 0}, {20, 0}, {30, 0}, {30, 0}, {40, 0}};
     const Points mixed = {{10, 0}, {30, 0}, {20, 0}, {50, 0}};
-    struct Case {
-        Points points;
-        double energy;
-        int expected;
-    };
-    const Case cases[] = {
+    const std::tuple<Points, double, int> cases[] = {
         {{}, 1, 0},      {{{10, 1}}, 99, 0}, {rising, 9, 0},  {rising, 10, 0},
         {rising, 25, 1}, {rising, 20, 0}, // at a point: the interval that ends there
         {rising, 30, 1}, {rising, 40, 3},    {rising, 41, 3}, {rising, qQNaN(), 0},
         {mixed, 25, 0}, // unsorted: the first that holds it
         {mixed, 45, 2},  {mixed, 50, 2},
     };
-    for (const Case &c : cases) {
-        AMutE spectrum = spectrumOf(c.points);
-        QCOMPARE(spectrum.indexAt(c.energy), c.expected);
+    for (const auto &[points, energyEv, expected] : cases) {
+        AMutE spectrum = spectrumOf(points);
+        QCOMPARE(spectrum.indexAt(energyEv), expected);
         spectrum.setDE(5.0);
-        QCOMPARE(spectrum.indexAt(c.energy - 5.0), c.expected);
+        QCOMPARE(spectrum.indexAt(energyEv - 5.0), expected);
     }
 }
 
@@ -302,6 +292,9 @@ void SpectraTest::findsEdges()
 void SpectraTest::fitsVictoreenLinesExactly()
 {
     // Points on one Victoreen line before and another behind; those at the bounds belong to none.
+    const auto close = [](double a, double b, double tolerance) {
+        return std::fabs(a - b) <= tolerance;
+    };
     const double shift = 5.0;
     const auto line = [](double e, double a, double b, double c) {
         const double lambda = 12398.424360387684 / e;
@@ -319,7 +312,7 @@ void SpectraTest::fitsVictoreenLinesExactly()
         bytes += QByteArray::number(e) + (e < 8000 ? " 0.25\n" : e > 8500 ? " 2\n" : " 99\n");
     }
     AMutE spectrum;
-    QVERIFY(spectrum.readFile(m_files.write(QStringLiteral("step"), bytes)));
+    QVERIFY(spectrum.readFile(m_files.write("step", bytes)));
     QVERIFY(close(spectrum.pre(7777), 0.25, 1e-8) && close(spectrum.post(9000), 2.0, 1e-8));
 
     spectrum.setPoints(spectrumOf(points).points());

@@ -1,0 +1,18 @@
+#pragma once
+
+#include <QtTest>
+
+/// The table of a data-driven test: columns by their names, then rows whose values are converted to
+/// the columns' types.
+template <class... Types> class Table {
+public:
+    template <class... Names> explicit Table(Names... columns)
+    {
+        (QTest::addColumn<Types>(columns), ...);
+    }
+    void operator()(const char *name, const Types &...values) const
+    {
+        QTestData &row = QTest::newRow(name);
+        (row << ... << values);
+    }
+};
