@@ -1,6 +1,7 @@
 #include "analysis/LinearSystem.h"
 #include "analysis/NonEquiv.h"
 #include "tests/Differential.h"
+#include "tests/TestTable.h"
 #include "tests/analysis/Exact.h"
 #include "tests/analysis/Inputs.h"
 
@@ -215,17 +216,16 @@ void AccuracyTest::solvesIntegerSystems()
 
 void AccuracyTest::fitsSamples_data()
 {
-    QTest::addColumn<int>("unknowns");
-    QTest::addColumn<int>("samples");
-    QTest::addColumn<int>("decades");  // from column to column
-    QTest::addColumn<double>("apart"); // how far a last column lies from the one before
-    QTest::addColumn<double>("width"); // of the bound, over the largest unknown
-    QTest::newRow("five") << 5 << 8 << 0 << 1.0 << 1e-7;
-    QTest::newRow("as many samples as unknowns") << 3 << 3 << 0 << 1.0 << 1e-4;
-    QTest::newRow("seven of 300") << 7 << 300 << 0 << 1.0 << 1e-11;
-    QTest::newRow("columns of 1 to 1e12") << 4 << 8 << 4 << 1.0 << 1e-7;
-    QTest::newRow("columns of 1 to 1e-12") << 4 << 8 << -4 << 1.0 << 1e-7;
-    QTest::newRow("nearly equal columns") << 3 << 8 << 0 << 1e-3 << 1e-3;
+    // decades: from column to column; apart: how far a last column lies from the one before; width:
+    // of the bound, over the largest unknown
+    const TestTable<int, int, int, double, double> row("unknowns", "samples", "decades", "apart",
+                                                       "width");
+    row("five", 5, 8, 0, 1.0, 1e-7);
+    row("as many samples as unknowns", 3, 3, 0, 1.0, 1e-4);
+    row("seven of 300", 7, 300, 0, 1.0, 1e-11);
+    row("columns of 1 to 1e12", 4, 8, 4, 1.0, 1e-7);
+    row("columns of 1 to 1e-12", 4, 8, -4, 1.0, 1e-7);
+    row("nearly equal columns", 3, 8, 0, 1e-3, 1e-3);
 }
 
 void AccuracyTest::fitsSamples()
@@ -260,10 +260,9 @@ void AccuracyTest::fitsSamples()
 
 void AccuracyTest::decomposesCurves_data()
 {
-    QTest::addColumn<double>("edgeEv");
-    QTest::addColumn<Vector>("fromEdge"); // eV
-    QTest::addColumn<bool>("victoreen");
-    QTest::addColumn<int>("references");
+    // fromEdge: eV
+    const TestTable<double, Vector, bool, int> table("edgeEv", "fromEdge", "victoreen",
+                                                     "references");
 
     const Vector tight = {-3, -1, 1, 3, 5, 7, 9, 11};
     const Vector xanes = {-3, 2, 7, 12, 17, 22, 27, 32};

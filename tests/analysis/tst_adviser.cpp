@@ -5,6 +5,7 @@
 #include "analysis/FourPoints.h"
 #include "analysis/FourPointsPrecision.h"
 #include "analysis/NonEquivPrecision.h"
+#include "tests/TestTable.h"
 #include "tests/analysis/Inputs.h"
 
 #include <QtTest>
@@ -278,18 +279,18 @@ private slots:
 
 void AdviserTest::findsTheBestOfAll_data()
 {
-    QTest::addColumn<Case>("c");
+    const TestTable<Case> row("c");
     constexpr auto kFractions = DesignCriterion::Fractions;
-    QTest::newRow("three points") << Case{2, false, false, 3};
-    QTest::newRow("exact") << Case{2, false, false, 4, true};
-    QTest::newRow("least squares") << Case{3, false, false, 6}; // the third takes no part
-    QTest::newRow("least squares, fractions") << Case{2, false, false, 5, false, kFractions};
+    row("three points", Case{2, false, false, 3});
+    row("exact", Case{2, false, false, 4, true});
+    row("least squares", Case{3, false, false, 6}); // the third takes no part
+    row("least squares, fractions", Case{2, false, false, 5, false, kFractions});
     // Off the model's line its derivatives have further terms.
-    QTest::newRow("unlike references") << Case{2, false, false, 5, false, kFractions, 0.3};
-    QTest::newRow("linear") << Case{3, true, true, 5};
-    QTest::newRow("linear, fractions") << Case{2, true, true, 6, false, kFractions};
-    QTest::newRow("Victoreen") << Case{2, true, false, 5};
-    QTest::newRow("Victoreen, fractions") << Case{3, true, false, 7, false, kFractions};
+    row("unlike references", Case{2, false, false, 5, false, kFractions, 0.3});
+    row("linear", Case{3, true, true, 5});
+    row("linear, fractions", Case{2, true, true, 6, false, kFractions});
+    row("Victoreen", Case{2, true, false, 5});
+    row("Victoreen, fractions", Case{3, true, false, 7, false, kFractions});
 }
 
 void AdviserTest::findsTheBestOfAll()
@@ -332,9 +333,7 @@ void AdviserTest::findsTheBestOfAll()
 
 void AdviserTest::saysWhyNot_data()
 {
-    QTest::addColumn<Change>("change");
-    QTest::addColumn<DesignFault>("best");
-    QTest::addColumn<DesignFault>("present");
+    const TestTable<Change, DesignFault, DesignFault> table("change", "best", "present");
     const auto row = [](const char *name, DesignFault best, DesignFault present,
                         const Change &change) { QTest::newRow(name) << change << best << present; };
     using F = DesignFault;

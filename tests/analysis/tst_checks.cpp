@@ -1,4 +1,5 @@
 #include "analysis/Checks.h"
+#include "tests/TestTable.h"
 #include "tests/analysis/Inputs.h"
 
 #include <QtTest>
@@ -78,10 +79,8 @@ private slots:
 
 void ChecksTest::targetsAndMaps_data()
 {
-    QTest::addColumn<QString>("changes");
-    QTest::addColumn<bool>("isMap");
-    QTest::addColumn<int>("method");
-    QTest::addColumn<QStringList>("messages");
+    const TestTable<QString, bool, int, QStringList> table("changes", "isMap", "method",
+                                                           "messages");
     bool isMap = false;
     const auto row = [&isMap](const char *changes, Method method,
                               const QStringList &messages = {}) {
@@ -142,12 +141,13 @@ void ChecksTest::targetsAndMaps()
 
 void ChecksTest::lcf_data()
 {
-    QTest::addColumn<QString>("message"); // none: it runs
+    // message: none: it runs
+    const TestTable<QString> row("message");
     const QString noRange = "Energy Range is not selected, which should by selected by CB of TR.";
-    QTest::newRow("") << QString();
-    QTest::newRow("equal") << QString(); // equal energies are a range
-    QTest::newRow("nan") << noRange;
-    QTest::newRow("norange 1 refs 0") << noRange;
+    row("", QString());
+    row("equal", QString()); // equal energies are a range
+    row("nan", noRange);
+    row("norange 1 refs 0", noRange);
 }
 
 void ChecksTest::lcf()

@@ -2,6 +2,7 @@
 // and on noisy ones against the planes of their maps.
 
 #include "analysis/PixelReport.h"
+#include "tests/TestTable.h"
 #include "tests/analysis/Inputs.h"
 
 #include <QtTest>
@@ -137,9 +138,9 @@ private slots:
 
 void PixelReportTest::exactMixtureIsMet_data()
 {
-    QTest::addColumn<Method>("method");
+    const TestTable<Method> row("method");
     for (const auto &[name, method] : kMethods) {
-        QTest::newRow(name) << method;
+        row(name, method);
     }
 }
 
@@ -198,9 +199,7 @@ void PixelReportTest::exactMixtureIsMet()
 
 void PixelReportTest::noiseIsThatOfTheMap_data()
 {
-    QTest::addColumn<Method>("method");
-    QTest::addColumn<NoiseSource>("noise");
-    QTest::addColumn<bool>("bounded");
+    const TestTable<Method, NoiseSource, bool> table("method", "noise", "bounded");
     const auto row = [](const char *name, Method method, NoiseSource noise, bool bounded = false) {
         QTest::newRow(name) << method << noise << bounded;
     };

@@ -5,6 +5,7 @@
 #include "analysis/NonEquiv.h"
 #include "base/Simd.h"
 #include "tests/Differential.h"
+#include "tests/TestTable.h"
 #include "tests/analysis/Inputs.h"
 
 #include <QtTest>
@@ -148,9 +149,7 @@ private slots:
 
 void PixelsTest::fastMapsHaveThePlainBits_data()
 {
-    QTest::addColumn<int>("method");
-    QTest::addColumn<int>("references");
-    QTest::addColumn<int>("points");
+    const TestTable<int, int, int> table("method", "references", "points");
 
     const auto row = [](const char *name, Method method, int references, int points) {
         QTest::newRow(name) << static_cast<int>(method) << references << points;

@@ -7,6 +7,7 @@
 #include "analysis/NonEquivPrecision.h"
 #include "analysis/PixelNoise.h"
 #include "analysis/SmallQr.h"
+#include "tests/TestTable.h"
 #include "tests/analysis/Inputs.h"
 
 #include <QtTest>
@@ -218,16 +219,13 @@ void PrecisionTest::smallQrByHand()
 
 void PrecisionTest::mapSigmasAreTheScatter_data()
 {
-    QTest::addColumn<bool>("linear");
-    QTest::addColumn<int>("points");
-    QTest::addColumn<NoiseSource>("noise");
-    QTest::addColumn<bool>("bounded");
-    QTest::newRow("Victoreen, given, no freedom") << false << 6 << NoiseSource::Given << false;
-    QTest::newRow("Victoreen, pooled") << false << 8 << NoiseSource::Pooled << false;
-    QTest::newRow("linear, pooled") << true << 7 << NoiseSource::Pooled << false;
-    QTest::newRow("linear, own") << true << 8 << NoiseSource::Pixel << false;
-    QTest::newRow("linear, counts") << true << 8 << NoiseSource::Counts << false;
-    QTest::newRow("linear, bounded") << true << 8 << NoiseSource::Given << true;
+    const TestTable<bool, int, NoiseSource, bool> row("linear", "points", "noise", "bounded");
+    row("Victoreen, given, no freedom", false, 6, NoiseSource::Given, false);
+    row("Victoreen, pooled", false, 8, NoiseSource::Pooled, false);
+    row("linear, pooled", true, 7, NoiseSource::Pooled, false);
+    row("linear, own", true, 8, NoiseSource::Pixel, false);
+    row("linear, counts", true, 8, NoiseSource::Counts, false);
+    row("linear, bounded", true, 8, NoiseSource::Given, true);
 }
 
 void PrecisionTest::mapSigmasAreTheScatter()
@@ -339,12 +337,11 @@ AnalysisInput fourPointsInput(Method method, size_t points)
 
 void PrecisionTest::fourPointsSigmasAreTheDerivatives_data()
 {
-    QTest::addColumn<Method>("method");
-    QTest::addColumn<int>("points");
-    QTest::newRow("three points") << Method::ThreePoints << 3;
-    QTest::newRow("exact") << Method::ExactFourPoints << 4;
-    QTest::newRow("least squares of 5") << Method::LeastSquares << 5;
-    QTest::newRow("least squares of 8") << Method::LeastSquares << 8;
+    const TestTable<Method, int> row("method", "points");
+    row("three points", Method::ThreePoints, 3);
+    row("exact", Method::ExactFourPoints, 4);
+    row("least squares of 5", Method::LeastSquares, 5);
+    row("least squares of 8", Method::LeastSquares, 8);
 }
 
 void PrecisionTest::fourPointsSigmasAreTheDerivatives()
@@ -494,9 +491,9 @@ void PrecisionTest::boundedFitIsTheExactFraction()
 
 void PrecisionTest::boundedFitIsTheBest_data()
 {
-    QTest::addColumn<bool>("linear");
-    QTest::newRow("linear") << true;
-    QTest::newRow("Victoreen") << false;
+    const TestTable<bool> row("linear");
+    row("linear", true);
+    row("Victoreen", false);
 }
 
 /// The sum of squares is convex: it is least where no step that the bounds allow leads down, along
@@ -581,13 +578,12 @@ AnalysisInput lcfInput(const std::vector<double> &x, std::mt19937_64 *random, do
 
 void PrecisionTest::lcfSigmasAreTheScatter_data()
 {
-    QTest::addColumn<LcfBounds>("bounds");
-    QTest::addColumn<NoiseSource>("noise");
-    QTest::newRow("free") << LcfBounds::Free << NoiseSource::Pixel;
-    QTest::newRow("free, given") << LcfBounds::Free << NoiseSource::Given;
-    QTest::newRow("sum to one") << LcfBounds::SumToOne << NoiseSource::Pixel;
+    const TestTable<LcfBounds, NoiseSource> row("bounds", "noise");
+    row("free", LcfBounds::Free, NoiseSource::Pixel);
+    row("free, given", LcfBounds::Free, NoiseSource::Given);
+    row("sum to one", LcfBounds::SumToOne, NoiseSource::Pixel);
     // Which misses the curve: its residuals are no measure of the noise.
-    QTest::newRow("one held") << LcfBounds::NonNegativeSumToOne << NoiseSource::Given;
+    row("one held", LcfBounds::NonNegativeSumToOne, NoiseSource::Given);
 }
 
 void PrecisionTest::lcfSigmasAreTheScatter()
@@ -643,10 +639,10 @@ void PrecisionTest::lcfSigmasAreTheScatter()
 
 void PrecisionTest::boundedLcfIsTheBest_data()
 {
-    QTest::addColumn<LcfBounds>("bounds");
-    QTest::newRow("non-negative") << LcfBounds::NonNegative;
-    QTest::newRow("sum to one") << LcfBounds::SumToOne;
-    QTest::newRow("both") << LcfBounds::NonNegativeSumToOne;
+    const TestTable<LcfBounds> row("bounds");
+    row("non-negative", LcfBounds::NonNegative);
+    row("sum to one", LcfBounds::SumToOne);
+    row("both", LcfBounds::NonNegativeSumToOne);
 }
 
 /// As above; where the sum is fixed, slopes along the free references are equal instead of 0.

@@ -2,6 +2,7 @@
 // against the plain formulas on a sorted copy.
 
 #include "analysis/RegionStatistics.h"
+#include "tests/TestTable.h"
 #include "tests/analysis/Inputs.h"
 
 #include <QtTest>
@@ -198,25 +199,22 @@ void RegionStatisticsTest::refusesWhatIsNoRegion()
 
 void RegionStatisticsTest::numbers_data()
 {
-    QTest::addColumn<QVector<double>>("values");
-    QTest::addColumn<QVector<double>>("expected"); // mean, deviation, median, finite
+    // expected: mean, deviation, median, finite
+    const TestTable<QVector<double>, QVector<double>> row("values", "expected");
     using Numbers = QVector<double>;
-    QTest::newRow("none") << Numbers{} << Numbers{kNan, kNan, kNan, 0};
-    QTest::newRow("one") << Numbers{3} << Numbers{3, kNan, 3, 1};
-    QTest::newRow("two") << Numbers{1, 4} << Numbers{2.5, std::sqrt(4.5), 2.5, 2};
-    QTest::newRow("odd") << Numbers{9, 1, 2} << Numbers{4, std::sqrt(19), 2, 3};
-    QTest::newRow("even") << Numbers{2, 4, 4, 4, 5, 5, 7, 9}
-                          << Numbers{5, std::sqrt(32.0 / 7), 4.5, 8};
-    QTest::newRow("what is not finite does not count")
-        << Numbers{kNan, 1, kInf, 4, -kInf, kNan} << Numbers{2.5, std::sqrt(4.5), 2.5, 2};
-    QTest::newRow("nothing finite") << Numbers{kNan, kInf} << Numbers{kNan, kNan, kNan, 0};
-    QTest::newRow("equal") << Numbers(1000, 0.1) << Numbers{0.1, 0, 0.1, 1000};
-    QTest::newRow("far from 0") << Numbers{1e9 + 4, 1e9 + 7, 1e9 + 13, 1e9 + 16}
-                                << Numbers{1e9 + 10, std::sqrt(30), 1e9 + 10, 4};
-    QTest::newRow("the sum overflows")
-        << Numbers{1.5e308, 1.5e308} << Numbers{1.5e308, 0, 1.5e308, 2};
-    QTest::newRow("the squares do")
-        << Numbers{1e200, 3e200, 2e200} << Numbers{2e200, 1e200, 2e200, 3};
+    row("none", Numbers{}, Numbers{kNan, kNan, kNan, 0});
+    row("one", Numbers{3}, Numbers{3, kNan, 3, 1});
+    row("two", Numbers{1, 4}, Numbers{2.5, std::sqrt(4.5), 2.5, 2});
+    row("odd", Numbers{9, 1, 2}, Numbers{4, std::sqrt(19), 2, 3});
+    row("even", Numbers{2, 4, 4, 4, 5, 5, 7, 9}, Numbers{5, std::sqrt(32.0 / 7), 4.5, 8});
+    row("what is not finite does not count", Numbers{kNan, 1, kInf, 4, -kInf, kNan},
+        Numbers{2.5, std::sqrt(4.5), 2.5, 2});
+    row("nothing finite", Numbers{kNan, kInf}, Numbers{kNan, kNan, kNan, 0});
+    row("equal", Numbers(1000, 0.1), Numbers{0.1, 0, 0.1, 1000});
+    row("far from 0", Numbers{1e9 + 4, 1e9 + 7, 1e9 + 13, 1e9 + 16},
+        Numbers{1e9 + 10, std::sqrt(30), 1e9 + 10, 4});
+    row("the sum overflows", Numbers{1.5e308, 1.5e308}, Numbers{1.5e308, 0, 1.5e308, 2});
+    row("the squares do", Numbers{1e200, 3e200, 2e200}, Numbers{2e200, 1e200, 2e200, 3});
 }
 
 void RegionStatisticsTest::numbers()

@@ -1,4 +1,5 @@
 #include "base/Parallel.h"
+#include "tests/TestTable.h"
 
 #include <QtTest>
 
@@ -35,11 +36,11 @@ void ParallelTest::everyItemOnce()
 
 void ParallelTest::exceptionsComeBack_data()
 {
-    QTest::addColumn<int>("from"); // item whose part throws
-    QTest::addColumn<int>("to");
-    QTest::newRow("this thread's, the last") << 29 << 29;
-    QTest::newRow("another's") << 0 << 0;
-    QTest::newRow("all") << 0 << 29;
+    // from: item whose part throws
+    const TestTable<int, int> row("from", "to");
+    row("this thread's, the last", 29, 29);
+    row("another's", 0, 0);
+    row("all", 0, 29);
 }
 
 /// Memory that one part does not get must not end the program.

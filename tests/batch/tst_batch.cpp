@@ -2,6 +2,7 @@
 // are in the "C" locale with blanks and Japanese letters in their paths.
 
 #include "tests/TestFiles.h"
+#include "tests/TestTable.h"
 #include "tests/batch/Program.h"
 
 #include <QCryptographicHash>
@@ -232,10 +233,8 @@ QStringList BatchTest::filesAndSums() const
 // Which checks stop what is a matter of the checks' own tests: here, how their lines are shown.
 void BatchTest::saysWhatItFinds_data()
 {
-    QTest::addColumn<QString>("options");
-    QTest::addColumn<QString>("changes");
-    QTest::addColumn<QStringList>("lines");
-    QTest::addColumn<int>("status");
+    const TestTable<QString, QString, QStringList, int> table("options", "changes", "lines",
+                                                              "status");
     const auto row = [](const char *name, const QString &changes, const QStringList &lines,
                         int status = 0, const QString &options = "") {
         QTest::newRow(name) << options << changes << lines << status;
@@ -316,18 +315,14 @@ void BatchTest::resultPathOfTheCommandLine()
 // black, red, yellow, white in 256 steps each.
 void BatchTest::drawsMaps_data()
 {
-    QTest::addColumn<Pixels>("pixels");
-    QTest::addColumn<QString>("changes");
-    QTest::addColumn<QString>("quantities");    // the first is the one that is looked at
-    QTest::addColumn<QVector<QRgb>>("colours"); // of the pixels; row 0 is at the bottom
     constexpr QRgb kNoValue = qRgb(170, 170, 170);
     constexpr QRgb kMiddle = qRgb(255, 128, 0); // entry 384
     constexpr QRgb kBlack = qRgb(0, 0, 0);
     constexpr QRgb kWhite = qRgb(255, 255, 255);
-    const auto row = [](const char *name, const Pixels &pixels, const QString &changes,
-                        const char *quantities, const QVector<QRgb> &colours) {
-        QTest::newRow(name) << pixels << changes << QString(quantities) << colours;
-    };
+    // quantities: the first is the one that is looked at; colours: of the pixels; row 0 is at the
+    // bottom
+    const TestTable<Pixels, QString, QString, QVector<QRgb>> row("pixels", "changes", "quantities",
+                                                                 "colours");
     // Values 0, 0.5, 1, -0.5, 0 / 0, 0.25: from -0.5 to 1 in steps of 1 / 512.
     row("fraction", kPixels, "", "Ratio1 Ratio2 Valence Amount",
         {qRgb(255, 0, 0), qRgb(255, 255, 0), kWhite, kBlack, kNoValue, kMiddle});
@@ -494,13 +489,10 @@ void BatchTest::tabulates()
 
 void BatchTest::tabulatesNothingThatIsAnothers_data()
 {
-    QTest::addColumn<QString>("table");
-    QTest::addColumn<QString>("first"); // changes of the sessions
-    QTest::addColumn<QString>("second");
-    const auto row = [](const char *name, const char *table, const QString &first = "",
-                        const QString &second = "") {
-        QTest::newRow(name) << QString(table) << first << second;
-    };
+    // first: changes of the sessions
+    const TestTable<QString, QString, QString> table("table", "first", "second");
+    const auto row = [&table](const char *name, const char *csv, const QString &first = "",
+                              const QString &second = "") { table(name, csv, first, second); };
     row("a session", "2.ini");
     row("an input by another name", "sub/../t.dat");
     row("a result", "r.dat", kResult);
@@ -528,9 +520,8 @@ void BatchTest::tabulatesNothingThatIsAnothers()
 
 void BatchTest::leavesEveryFileAlone_data()
 {
-    QTest::addColumn<QString>("arguments"); // S: a session, T: a spectrum
-    QTest::addColumn<QString>("changes");
-    QTest::addColumn<int>("status");
+    // arguments: S: a session, T: a spectrum
+    const TestTable<QString, QString, int> table("arguments", "changes", "status");
     const auto row = [](const char *arguments, int status, const QString &changes = "") {
         QTest::addRow("%s%s", arguments, qPrintable(changes)) << arguments << changes << status;
     };
@@ -605,11 +596,11 @@ void BatchTest::leavesEveryFileAlone()
 /// The other files are written where a folder is in the way of one.
 void BatchTest::keepsWhatItCannotReplace_data()
 {
-    QTest::addColumn<QStringList>("names"); // of the files beside the result
-    QTest::newRow("p_Valence.png")
-        << QStringList{"_HGAlpha.dat", "_HGThick.dat", "_Amount.png", "_Ratio1.png",
-                       "_Ratio2.png",  "_HGAlpha.png", "_HGThick.png"};
-    QTest::newRow("p_HGAlpha.dat") << QStringList{"_HGThick.dat"};
+    // names: of the files beside the result
+    const TestTable<QStringList> row("names");
+    row("p_Valence.png", QStringList{"_HGAlpha.dat", "_HGThick.dat", "_Amount.png", "_Ratio1.png",
+                                     "_Ratio2.png", "_HGAlpha.png", "_HGThick.png"});
+    row("p_HGAlpha.dat", QStringList{"_HGThick.dat"});
 }
 
 void BatchTest::keepsWhatItCannotReplace()
@@ -687,11 +678,8 @@ void BatchTest::advises()
 
 void BatchTest::advisesWithoutMaps_data()
 {
-    QTest::addColumn<QString>("count");
-    QTest::addColumn<QString>("changes");
-    QTest::addColumn<int>("status");
-    QTest::addColumn<QRegularExpression>("out");
-    QTest::addColumn<QRegularExpression>("err");
+    const TestTable<QString, QString, int, QRegularExpression, QRegularExpression> table(
+        "count", "changes", "status", "out", "err");
     const auto row = [](const char *name, const char *count, const QString &changes, int status,
                         const char *out, const char *err) {
         QTest::newRow(name) << QString(count) << changes << status << QRegularExpression(out)

@@ -3,6 +3,7 @@
 // process and its children see them.
 
 #include "tests/TestFiles.h"
+#include "tests/TestTable.h"
 #include "tests/batch/Program.h"
 
 #include <QDir>
@@ -154,14 +155,11 @@ QStringList FaultsTest::resultsIn(const QString &folder) const
 
 void FaultsTest::fullDisk_data()
 {
-    QTest::addColumn<int>("side");
-    QTest::addColumn<QByteArray>("more");
-    QTest::addColumn<int>("kept"); // old results that stay; those before it fit
-    QTest::newRow("result") << 200 << QByteArray() << 0;
-    QTest::newRow("histogram") << 1 << QByteArray("[Histogram]\nHgABoxes=100000\nHgTBoxes=3\n")
-                               << 1;
-    QTest::newRow("second histogram")
-        << 1 << QByteArray("[Histogram]\nHgABoxes=3\nHgTBoxes=100000\n") << 2;
+    // kept: old results that stay; those before it fit
+    const TestTable<int, QByteArray, int> row("side", "more", "kept");
+    row("result", 200, QByteArray(), 0);
+    row("histogram", 1, QByteArray("[Histogram]\nHgABoxes=100000\nHgTBoxes=3\n"), 1);
+    row("second histogram", 1, QByteArray("[Histogram]\nHgABoxes=3\nHgTBoxes=100000\n"), 2);
 }
 
 void FaultsTest::fullDisk()
@@ -228,14 +226,11 @@ void FaultsTest::inputsOnReadOnlyDisk()
 
 void FaultsTest::foldersOfOthers_data()
 {
-    QTest::addColumn<int>("folderMode");
-    QTest::addColumn<int>("fileMode");
-    QTest::addColumn<int>("status");
-    QTest::newRow("neither") << 0755 << 0644 << 4;
-    QTest::newRow("the files alone: in place") << 0755 << 0666 << 0;
-    QTest::newRow("the folder alone: files that may not be written are not replaced")
-        << 0777 << 0644 << 4;
-    QTest::newRow("both: replaced") << 0777 << 0666 << 0;
+    const TestTable<int, int, int> row("folderMode", "fileMode", "status");
+    row("neither", 0755, 0644, 4);
+    row("the files alone: in place", 0755, 0666, 0);
+    row("the folder alone: files that may not be written are not replaced", 0777, 0644, 4);
+    row("both: replaced", 0777, 0666, 0);
 }
 
 /// An ordinary user among files of another one.
@@ -269,10 +264,10 @@ void FaultsTest::foldersOfOthers()
 
 void FaultsTest::whatIsNoFile_data()
 {
-    QTest::addColumn<QString>("file");
+    const TestTable<QString> row("file");
     for (const char *file : {"missing", "folder", "pipe", "socket", "/dev/zero", "/dev/tty",
                              "dangling", "circle", "toPipe", "spectrum/x"}) {
-        QTest::newRow(file) << QString(file);
+        row(file, QString(file));
     }
 }
 
@@ -352,11 +347,9 @@ void FaultsTest::filesThatBecomePipes()
 
 void FaultsTest::killedWhileWriting_data()
 {
-    QTest::addColumn<QByteArray>("more");
-    QTest::addColumn<int>("side");
-    QTest::addColumn<int>("file");
-    QTest::newRow("result") << QByteArray() << 700 << 0;
-    QTest::newRow("histogram") << QByteArray("[Histogram]\nHgABoxes=900000\n") << 1 << 1;
+    const TestTable<QByteArray, int, int> row("more", "side", "file");
+    row("result", QByteArray(), 700, 0);
+    row("histogram", QByteArray("[Histogram]\nHgABoxes=900000\n"), 1, 1);
 }
 
 /// The old result or the whole new one, whenever the kill comes.

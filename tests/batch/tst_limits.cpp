@@ -2,6 +2,7 @@
 // by itself with a status and a reason, whatever the files say.
 
 #include "tests/TestFiles.h"
+#include "tests/TestTable.h"
 #include "tests/batch/Program.h"
 
 #include <QDir>
@@ -51,11 +52,10 @@ private slots:
 
 void LimitsTest::smallFiles_data()
 {
-    QTest::addColumn<QString>("name"); // of the file that is not as it should be
-    QTest::addColumn<QByteArray>("bytes");
-    QTest::addColumn<qint64>("size"); // of a file with a hole behind these bytes; 0: just them
-    QTest::addColumn<int>("status");
-    QTest::addColumn<QString>("reason");
+    // name: of the file that is not as it should be; size: of a file with a hole behind these
+    // bytes; 0: just them
+    const TestTable<QString, QByteArray, qint64, int, QString> table("name", "bytes", "size",
+                                                                     "status", "reason");
     const auto row = [](const char *title, const char *name, const QByteArray &bytes, int status,
                         const char *reason, qint64 size = 0) {
         QTest::newRow(title) << name << bytes << size << status << reason;
@@ -130,16 +130,13 @@ void LimitsTest::smallFiles()
 /// As many missing pixels as are allowed, in all rows: computed, or refused for want of memory.
 void LimitsTest::wideGridOfFewPixels_data()
 {
-    QTest::addColumn<QByteArray>("map");
-    QTest::addColumn<QByteArray>("more");
+    const TestTable<QByteArray, QByteArray> row("map", "more");
     const QByteArray text = textMap("# X-NUM 4194305\n# Y-NUM 1");
     const QByteArray processed = processedMap("512", "2048", "2048");
-    QTest::newRow("text, least squares") << text << QByteArray();
-    QTest::newRow("processed, non-equivalent")
-        << processed
-        << QByteArray(
-               "[Method]\nTypeNonEquiv=true\n[Record]\nRecRatio1=0\nRecRatio2=0\nRecDMut1=0\n"
-               "RecDMut2=0\nRecRatio3=0\nRecDMut3=0\nRecRatio4=0\nRecDMut4=0\n");
+    row("text, least squares", text, QByteArray());
+    row("processed, non-equivalent", processed,
+        QByteArray("[Method]\nTypeNonEquiv=true\n[Record]\nRecRatio1=0\nRecRatio2=0\nRecDMut1=0\n"
+                   "RecDMut2=0\nRecRatio3=0\nRecDMut3=0\nRecRatio4=0\nRecDMut4=0\n"));
 }
 
 void LimitsTest::wideGridOfFewPixels()

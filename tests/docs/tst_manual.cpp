@@ -3,6 +3,7 @@
 
 #include "panel/FourPs.h"
 #include "session/Catalogue.h"
+#include "tests/TestTable.h"
 #include "text/ReadFailure.h"
 
 #include <QAbstractButton>
@@ -92,12 +93,9 @@ void ManualTest::bothLanguagesHaveTheSameHeadings()
 
 void ManualTest::everyMessageIsExplained_data()
 {
-    QTest::addColumn<QString>("document");
-    QTest::addColumn<QString>("section");
-    QTest::addColumn<bool>("japanese");
-    QTest::newRow("en") << "manual.md"
-                        << "## Troubleshooting" << false;
-    QTest::newRow("ja") << "manual.ja.md" << QString::fromUtf8("## 困ったときは") << true;
+    const TestTable<QString, QString, bool> row("document", "section", "japanese");
+    row("en", "manual.md", "## Troubleshooting", false);
+    row("ja", "manual.ja.md", QString::fromUtf8("## 困ったときは"), true);
 }
 
 void ManualTest::everyMessageIsExplained()
@@ -203,10 +201,9 @@ void ManualTest::linksAndPicturesAreThere()
 
 void ManualTest::helpOpensTheManual_data()
 {
-    QTest::addColumn<bool>("japanese");
-    QTest::addColumn<QString>("file");
-    QTest::newRow("en") << false << "manual.html";
-    QTest::newRow("ja") << true << "manual.ja.html";
+    const TestTable<bool, QString> row("japanese", "file");
+    row("en", false, "manual.html");
+    row("ja", true, "manual.ja.html");
 }
 
 void ManualTest::helpOpensTheManual()

@@ -3,8 +3,8 @@
 #include "images/TDData0.h"
 #include "tests/Differential.h"
 #include "tests/LogCatcher.h"
-#include "tests/Table.h"
 #include "tests/TestFiles.h"
+#include "tests/TestTable.h"
 
 #include <QtTest>
 
@@ -64,7 +64,7 @@ private:
 
 void ImagesTest::readsTextMaps_data()
 {
-    const Table<QByteArray, QString, QString> row("bytes", "grid", "pixels");
+    const TestTable<QByteArray, QString, QString> row("bytes", "grid", "pixels");
     const char *const two = "0 0 5 7; 1 0 6 8";
     row("1306",
         "# 1306 scan\n# AXIS 0 a b c d 1\n# AXIS 1 a b c d 0\n"
@@ -161,7 +161,7 @@ void ImagesTest::keepsHeaderLinesAndTellsEnergies()
 
 void ImagesTest::refusesTextMaps_data()
 {
-    const Table<QByteArray, ReadFailure, bool> row("bytes", "reason", "previousStays");
+    const TestTable<QByteArray, ReadFailure, bool> row("bytes", "reason", "previousStays");
     row("no pixel", "# X-NUM 2\n# Y-NUM 2\n", ReadFailure::NoPixel, false);
     row("no grid", "# X-NUM 2\n1 2 3 4\n", ReadFailure::NoGrid, false);
     row("negative grid", "# X-NUM -2\n# Y-NUM -2\n1 2 3 4\n", ReadFailure::NoGrid, false);
@@ -252,7 +252,8 @@ void ImagesTest::readsProcessedMaps()
     };
     TDData0 map;
     QVERIFY(map.read(m_files.write("m", processedMap("WIDTH: 1\nHEIGHT: 2\n"))));
-    QCOMPARE(textOf(map), QString("1 2 \"x  \\\"y\" 1.5 0 QVector(1.5, 2.5) QVector(false, true) "));
+    QCOMPARE(textOf(map),
+             QString("1 2 \"x  \\\"y\" 1.5 0 QVector(1.5, 2.5) QVector(false, true) "));
 
     A2DData data;
     QVERIFY(data.loadMap(m_files.path("m")));
@@ -281,7 +282,7 @@ void ImagesTest::shortProcessedMapsAreReadAsFarAsTheyGo()
 
 void ImagesTest::refusesProcessedMaps_data()
 {
-    const Table<QByteArray, ReadFailure> row("bytes", "reason");
+    const TestTable<QByteArray, ReadFailure> row("bytes", "reason");
     const QByteArray good = processedMap("WIDTH: 2\nHEIGHT: 1\n");
     row("empty", "", ReadFailure::NotProcessed);
     row("magic alone", "2dData", ReadFailure::NotProcessed);

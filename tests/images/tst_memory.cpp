@@ -3,6 +3,7 @@
 
 #include "images/A2DData.h"
 #include "tests/TestFiles.h"
+#include "tests/TestTable.h"
 
 #include <QtTest>
 
@@ -42,16 +43,14 @@ template <class Work> qint64 peakOf(Work work)
 
 void MemoryTest::textMaps_data()
 {
-    QTest::addColumn<QByteArray>("line");
-    QTest::addColumn<int>("longerLines"); // at the start
-    QTest::addColumn<bool>("wide");
+    // longerLines: at the start
+    const TestTable<QByteArray, int, bool> row("line", "longerLines", "wide");
 
-    QTest::newRow("as instruments write")
-        << QByteArray("12.5 -7.25 12345.5 23456.75\n") << 0 << false;
+    row("as instruments write", QByteArray("12.5 -7.25 12345.5 23456.75\n"), 0, false);
     // The start promises far fewer lines than there are.
-    QTest::newRow("longer lines first") << QByteArray("1 2 3\n") << 1100 << false;
-    QTest::newRow("way of texts") << QByteArray("1 2 3 x\n") << 0 << false;
-    QTest::newRow("UTF-16") << QByteArray("1 2 3 4\n") << 0 << true;
+    row("longer lines first", QByteArray("1 2 3\n"), 1100, false);
+    row("way of texts", QByteArray("1 2 3 x\n"), 0, false);
+    row("UTF-16", QByteArray("1 2 3 4\n"), 0, true);
 }
 
 void MemoryTest::textMaps()

@@ -2,6 +2,7 @@
 #include "session/RegionTexts.h"
 #include "session/SessionFile.h"
 #include "tests/TestFiles.h"
+#include "tests/TestTable.h"
 
 #include <QDir>
 #include <QSettings>
@@ -182,12 +183,12 @@ void SessionFileTest::defaultsAreTheForms()
 
 void SessionFileTest::pathsMoveWithTheirFolder_data()
 {
-    QTest::addColumn<QString>("name");
+    const TestTable<QString> row("name");
     for (const char *name :
          {"with blank.dat", " blanks at the ends ", "a, b;c.dat", "価数/図.dat", "quote\"d.dat",
           "back\\slash.dat", "100%41.dat", "@home", "@Invalid()", "key=value.dat", "#1.dat",
           "[x].dat", "../beside/x.dat", "two\nlines.dat", "~/x.dat"}) {
-        QTest::newRow(name) << QString(name);
+        row(name, QString(name));
     }
 }
 
@@ -212,9 +213,8 @@ void SessionFileTest::pathsMoveWithTheirFolder()
 
 void SessionFileTest::texts_data()
 {
-    QTest::addColumn<QByteArray>("lines");
-    QTest::addColumn<QString>("expected"); // one of listed()
-    QTest::addColumn<QString>("note");
+    // expected: one of listed()
+    const TestTable<QByteArray, QString, QString> table("lines", "expected", "note");
     const auto row = [](const QByteArray &lines, const char *expected, const char *note = "") {
         QTest::newRow(lines.simplified().constData())
             << lines << QString(expected) << QString(note);
@@ -258,22 +258,20 @@ void SessionFileTest::texts()
 
 void SessionFileTest::regions_data()
 {
-    QTest::addColumn<QString>("text");
-    QTest::addColumn<bool>("isTaken");
-    QTest::newRow("rectangle") << "1 Rectangle 0 0 1 1" << true;
-    QTest::newRow("blanks") << "  14   Polygon 0 0\t1 0 1 1 " << true;
-    QTest::newRow("beyond the map") << "2 Rectangle -100000 -5 1e7 9" << true;
+    const TestTable<QString, bool> row("text", "isTaken");
+    row("rectangle", "1 Rectangle 0 0 1 1", true);
+    row("blanks", "  14   Polygon 0 0\t1 0 1 1 ", true);
+    row("beyond the map", "2 Rectangle -100000 -5 1e7 9", true);
     for (const char *bad :
          {"", "1", "Rectangle 0 0 1 1", "1 rectangle 0 0 1 1", "1 Circle 0 0 1 1",
           "0 Rectangle 0 0 1 1", "15 Rectangle 0 0 1 1", "1 Rectangle 0 0 1", "1 Rectangle 0 0 0 1",
           "1 Rectangle 1 1 0 0", "1 Rectangle 0 0 1.5 1", "1 Rectangle 0 0 1 1 2 2",
           "1 Rectangle 0 0 nan 1", "1 Rectangle 0 0 1e300 1", "1 Polygon 0 0 1 1",
           "1 Polygon 0 0 1 0 inf 1", "1 Polygon 0 0 1 0 x 1"}) {
-        QTest::newRow(bad) << bad << false;
+        row(bad, bad, false);
     }
-    QTest::newRow("as many corners as may be")
-        << "1 Polygon" + QString(" 1 2").repeated(256) << true;
-    QTest::newRow("one more") << "1 Polygon" + QString(" 1 2").repeated(257) << false;
+    row("as many corners as may be", "1 Polygon" + QString(" 1 2").repeated(256), true);
+    row("one more", "1 Polygon" + QString(" 1 2").repeated(257), false);
 }
 
 void SessionFileTest::regions()

@@ -1,7 +1,7 @@
 #include "spectra/AMutE.h"
 #include "tests/Differential.h"
-#include "tests/Table.h"
 #include "tests/TestFiles.h"
+#include "tests/TestTable.h"
 
 #include <QtTest>
 
@@ -64,7 +64,7 @@ private:
 
 void SpectraTest::reads_data()
 {
-    const Table<QByteArray, Points> row("bytes", "expected"); // none: the read fails
+    const TestTable<QByteArray, Points> row("bytes", "expected"); // none: the read fails
     const Points two = {{8000, 0.5}, {8001, 0.75}};
     row("columns", "# e mu\n8000 0.5\n8001 0.75\n", two);
     row("returns, tabs, blanks, no end", "  # comment 1 2\r\n\t8000\t 0.5 \r\n8001 0.75 9 9", two);
@@ -117,7 +117,7 @@ void SpectraTest::reads()
 
 void SpectraTest::fastAndTextWayAgree_data()
 {
-    const Table<QByteArray> row("bytes");
+    const TestTable<QByteArray> row("bytes");
     const QList<QByteArray> numbers =
         QByteArray(
             "8000 -2.5 +.5 . 7. -0 1e3 1E-3 1e 1e+ e5 nan -nan inf 1e400 -1e-400 "

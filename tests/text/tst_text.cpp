@@ -1,5 +1,6 @@
 #include "tests/Differential.h"
 #include "tests/TestFiles.h"
+#include "tests/TestTable.h"
 #include "text/NumberText.h"
 #include "text/OutputFile.h"
 #include "text/TextFile.h"
@@ -142,12 +143,8 @@ void TextTest::numbersAreTheToolkits()
 
 void TextTest::lines_data()
 {
-    QTest::addColumn<QByteArray>("bytes");
-    QTest::addColumn<QStringList>("expected");
 
-    const auto row = [](const char *name, const QByteArray &bytes, const QStringList &lines) {
-        QTest::newRow(name) << bytes << lines;
-    };
+    const TestTable<QByteArray, QStringList> row("bytes", "expected");
     const QStringList two = {"1 2", "3"};
     row("no end at the end", "1 2\n3", two);
     row("doubled returns", "1 2\r\r\n\r3\r\n", two);

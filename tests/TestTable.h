@@ -4,9 +4,9 @@
 
 /// The table of a data-driven test: columns by their names, then rows whose values are converted to
 /// the columns' types.
-template <class... Types> class Table {
+template <class... Types> class TestTable {
 public:
-    template <class... Names> explicit Table(Names... columns)
+    template <class... Names> explicit TestTable(Names... columns)
     {
         (QTest::addColumn<Types>(columns), ...);
     }
