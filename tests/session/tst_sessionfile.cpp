@@ -16,36 +16,6 @@ namespace {
 
 const QByteArray kHead = "[Session]\nVersion=1\n";
 
-/// Every key with a value that is not its default, as a user would write it.
-QByteArray fullSession()
-{
-    QString text = kHead + "[Edge]\nEdgeE=7112.5\nPreEEndDE=-40\nPostEStartDE=90\n";
-    for (int i = 1; i <= 4; ++i) {
-        text += QString("[Ref%1]\nUseCB=true\nXafsFS=refs/%1.dat\nDE=0.%1\nValence=%1.5\n").arg(i);
-    }
-    text += "[Target]\nTargetFile=\"試料 a,b;c.dat\"\nDE=-1.5\n";
-    for (int i = 1; i <= 8; ++i) {
-        text += QString("[Point%1]\nUseCB=true\nLCFCB=1\nVPointCB=true\nEnergy=710%1\n"
-                        "FileSelect=/maps/%1.txt\n")
-                    .arg(i);
-    }
-    text += "[Method]\nTypeNonEquiv=true\nTypeTMK=LS\nSubEforRef=Post\nSubEforTarget=Post\n"
-            "NonEquivBG=Linear\n"
-            "[Histogram]\nHgAFrom=1\nHgATo=2\nHgABoxes=3\nHgAAuto=true\n"
-            "HgTFrom=4\nHgTTo=5\nHgTBoxes=6\nHgTAuto=true\n[Record]\n";
-    for (const char *quantity : {"Ratio1", "Ratio2", "Ratio3", "Ratio4", "DMut1", "DMut2", "DMut3",
-                                 "DMut4", "Mut0", "C1", "C2", "Valence", "Amount"}) {
-        text += QString("Rec%1=false\n").arg(quantity);
-    }
-    text += "[Output]\nSaveFSelect=../out/map.v1.dat\n"
-            "[Regions]\nRegion1=14 Rectangle -1 2 3 40\n"
-            "Region2=1 Polygon 0.5 0 1e-05 7.25 8 9 0 0\n"
-            "[View]\nMapQuantity=C2\nHgQuantity=DMut3\nNormalize=2Vics\nFullRangeCB=false\n"
-            "MapWGrid=true\nShowDMap=false\nShowDAB=false\nShowMap=false\nShowMapB=7\n"
-            "DispFiles=one.dat, /else/two.dat\nRegionsAlone=true\n";
-    return text.toUtf8();
-}
-
 /// All fields of a state; a difference names its line.
 QStringList listed(const PanelState &state)
 {
@@ -143,7 +113,9 @@ void SessionFileTest::readsAndWritesEveryKey()
                 "|quantities 10 6|graphs 3 false|shown true false false false 7|displayed " +
                 folder.path() + "/one.dat /else/two.dat" + "|region 14 Rectangle -1 2 3 40 true" +
                 "|region 1 Polygon 0.5 0 1e-05 7.25 8 9 0 0 true|regions true";
-    const SessionReading reading = read(fullSession());
+    QFile full(ORVEL_TEST_DATA "/session/full.ini");
+    QVERIFY(full.open(QIODevice::ReadOnly));
+    const SessionReading reading = read(full.readAll());
     QCOMPARE(reading.error + (reading.notes + reading.viewNotes).join('|'), QString());
     QCOMPARE(listed(reading.state).join('|'), expected);
     const MethodChoice method = methodOf(reading.state.texts);
