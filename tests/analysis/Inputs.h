@@ -6,7 +6,7 @@
 #include <QStringList>
 
 #include <cmath>
-#include <functional>
+#include <numeric>
 
 // Inputs whose answers can be worked out by hand.
 
@@ -91,6 +91,17 @@ inline bool close(double found, double expected, double tolerance)
 {
     return found == expected ||
            std::fabs(found - expected) <= tolerance * (1 + std::fabs(expected));
+}
+
+/// All of so many points; v: the V point.
+inline orvel::Plan planOf(orvel::Method method, size_t points, int v = -1)
+{
+    orvel::Plan plan;
+    plan.method = method;
+    plan.vPoint = v;
+    plan.used.resize(points);
+    std::iota(plan.used.begin(), plan.used.end(), size_t(0));
+    return plan;
 }
 
 /// English texts of lines as the box would show them.

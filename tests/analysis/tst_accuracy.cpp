@@ -133,8 +133,6 @@ private slots:
     void initTestCase();
     void solvesIntegerSystems_data();
     void solvesIntegerSystems();
-    void fitsSamples_data();
-    void fitsSamples();
     void decomposesCurves_data();
     void decomposesCurves();
 };
@@ -210,50 +208,6 @@ void AccuracyTest::solvesIntegerSystems()
         const Vector x = unknownsOf(system);
         closeness.add(x, expected,
                       exact::errorBounds(inverse, exact::eliminationResidual(system, x)), 1e-10);
-    }
-    QCOMPARE(closeness.fault(), QByteArray());
-}
-
-void AccuracyTest::fitsSamples_data()
-{
-    // decades: from column to column; apart: how far a last column lies from the one before; width:
-    // of the bound, over the largest unknown
-    const TestTable<int, int, int, double, double> row("unknowns", "samples", "decades", "apart",
-                                                       "width");
-    row("five", 5, 8, 0, 1.0, 1e-7);
-    row("as many samples as unknowns", 3, 3, 0, 1.0, 1e-4);
-    row("seven of 300", 7, 300, 0, 1.0, 1e-11);
-    row("columns of 1 to 1e12", 4, 8, 4, 1.0, 1e-7);
-    row("columns of 1 to 1e-12", 4, 8, -4, 1.0, 1e-7);
-    row("nearly equal columns", 3, 8, 0, 1e-3, 1e-3);
-}
-
-void AccuracyTest::fitsSamples()
-{
-    QFETCH(int, unknowns);
-    QFETCH(int, samples);
-    QFETCH(int, decades);
-    QFETCH(double, apart);
-    QFETCH(double, width);
-    std::mt19937_64 random(static_cast<quint64>(unknowns * 1000 + samples));
-    std::uniform_real_distribution<double> any(-1, 1);
-    Closeness closeness;
-    for (int round = randomCases(300); round > 0; --round) {
-        Table<double> phi;
-        Vector y;
-        for (int i = 0; i < samples; ++i) {
-            Vector row;
-            for (int j = 0; j < unknowns; ++j) {
-                row.push_back(any(random) * std::pow(10.0, decades * j));
-            }
-            if (apart < 1) {
-                row.back() = row[row.size() - 2] + apart * row.back();
-            }
-            phi.push_back(row);
-            y.push_back(any(random));
-        }
-        const Fit fit(phi, y);
-        closeness.add(unknownsOf(fit.system), fit.expected.x, fit.bounds(), width);
     }
     QCOMPARE(closeness.fault(), QByteArray());
 }

@@ -94,17 +94,6 @@ AdviserSettings settingsOf(const Case &c)
     return settings;
 }
 
-Plan planOf(Method method, size_t points, int v)
-{
-    Plan plan;
-    plan.method = method;
-    plan.vPoint = v;
-    for (size_t i = 0; i < points; ++i) {
-        plan.used.push_back(i);
-    }
-    return plan;
-}
-
 /// The assumed fractions of the references that the method takes.
 std::vector<double> fractionsOf(const Case &c)
 {
@@ -126,7 +115,7 @@ Sigmas plainSigmas(const Case &c, Method method, const std::vector<double> &ener
     constexpr double kVariance = kSmall * kSmall;
     const double scale = 0.002 / kSmall;
     const AnalysisInput input = inputOf(c, energiesEv, v);
-    const Plan plan = planOf(method, energiesEv.size(), v);
+    const Plan plan = inputs::planOf(method, energiesEv.size(), v);
     const std::vector<double> fractions = fractionsOf(c);
     if (c.nonEquiv) {
         ResultVector assumed = {};
@@ -333,9 +322,7 @@ void AdviserTest::findsTheBestOfAll()
 
 void AdviserTest::saysWhyNot_data()
 {
-    const TestTable<Change, DesignFault, DesignFault> table("change", "best", "present");
-    const auto row = [](const char *name, DesignFault best, DesignFault present,
-                        const Change &change) { QTest::newRow(name) << change << best << present; };
+    const TestTable<DesignFault, DesignFault, Change> row("best", "present", "change");
     using F = DesignFault;
     // 5 energies of 2 references with a Victoreen background, or where that is said four points
     row("possible", F::None, F::None, [](auto &, auto &) {});

@@ -27,8 +27,7 @@ struct Storage {
         }
         tools.deleteIVector(n, perm);
     }
-    Storage(const Storage &) = delete;
-    Storage &operator=(const Storage &) = delete;
+    Q_DISABLE_COPY(Storage)
 
     void set(std::initializer_list<double> rows, std::initializer_list<double> rightSide = {})
     {
@@ -46,6 +45,14 @@ struct Storage {
         tools.backSubst(n, u, y, x, perm);
     }
     double unknown(int k) const { return x[perm[k]]; }
+    QVector<double> rows(const double *const *matrix) const
+    {
+        QVector<double> values;
+        for (int k = 0; k < n * n; ++k) {
+            values += matrix[k / n][k % n];
+        }
+        return values;
+    }
 
     MTools tools;
     int n;
@@ -98,15 +105,12 @@ void MToolsTest::decompositionKeepsRowsInPlace()
     s.solve();
     // Row 1 has the larger pivot: multiplier 1/4, remainder 2 - 3/4.
     QVERIFY(s.perm[0] == 1 && s.perm[1] == 0);
-    const double lower[2][2] = {{0.25, 1}, {1, 0}};
-    const double upper[2][2] = {{0, 1.25}, {4, 3}};
-    for (int i = 0; i < 2; ++i) {
-        QVERIFY(std::equal(lower[i], lower[i] + 2, s.l[i]));
-        QVERIFY(std::equal(upper[i], upper[i] + 2, s.u[i]));
-        QCOMPARE(s.unknown(i), i + 1.0);
-        QCOMPARE(s.x[i], 2.0 - i); // as they lie in memory
-    }
-    QCOMPARE(s.a[0][1], 2.0); // A is left as it is
+    using Numbers = QVector<double>;
+    QCOMPARE(s.rows(s.l), (Numbers{0.25, 1, 1, 0}));
+    QCOMPARE(s.rows(s.u), (Numbers{0, 1.25, 4, 3}));
+    QCOMPARE((Numbers{s.unknown(0), s.unknown(1)}), (Numbers{1, 2}));
+    QCOMPARE((Numbers{s.x[0], s.x[1]}), (Numbers{2, 1})); // as they lie in memory
+    QCOMPARE(s.a[0][1], 2.0);                             // A is left as it is
 }
 
 void MToolsTest::pivotTiesKeepTheEarlierRowAndNaNNeverWins()
@@ -145,15 +149,16 @@ void MToolsTest::eliminates()
     s.set({2, 1, 1, 3});
     int *flags = s.tools.eliminate(2, s.a, s.u);
     // Row 1 first (3 > 2): (1/3, 1); row 0 minus it: (5/3, 0), then divided.
-    const double a[2][2] = {{1, 0}, {1.0 / 3, 1}};
-    const double b[2][2] = {{0.6, -0.2}, {0, 1.0 / 3}};
-    for (int i = 0; i < 2; ++i) {
-        QCOMPARE(flags[i], 0);
-        for (int j = 0; j < 2; ++j) {
-            QVERIFY(std::fabs(s.a[i][j] - a[i][j]) < 1e-15);
-            QVERIFY(std::fabs(s.u[i][j] - b[i][j]) < 1e-15);
-        }
-    }
+    QVERIFY(flags[0] == 0 && flags[1] == 0);
+    const auto isNear = [](double found, double expected) {
+        return std::fabs(found - expected) < 1e-15;
+    };
+    const double a[] = {1, 0, 1.0 / 3, 1};
+    const double b[] = {0.6, -0.2, 0, 1.0 / 3};
+    const QVector<double> left = s.rows(s.a);
+    const QVector<double> right = s.rows(s.u);
+    QVERIFY(std::equal(left.begin(), left.end(), a, isNear));
+    QVERIFY(std::equal(right.begin(), right.end(), b, isNear));
     s.tools.deleteIVector(2, flags);
     s.set({0, 7, qQNaN(), qQNaN()}); // row 1 never qualifies, row 0 has a zero diagonal
     flags = s.tools.eliminate(2, s.a, s.u);
@@ -170,7 +175,7 @@ void MToolsTest::elementwiseOperations()
     QVERIFY(s.y[0] == 17 && s.y[1] == 39);
     s.tools.copyMatrix(2, s.a, s.l);
     s.tools.mulMatrix(2, s.a, s.l, s.u); // the diagonal of the square, in every column
-    QVERIFY(s.u[0][0] == 7 && s.u[0][1] == 7 && s.u[1][0] == 22 && s.u[1][1] == 22);
+    QCOMPARE(s.rows(s.u), (QVector<double>{7, 7, 22, 22}));
     QVERIFY(s.tools.hasNaN(2, s.a) == 0 && s.tools.hasNaN(2, s.b) == 0);
     s.a[1][0] = s.b[1] = qQNaN();
     QVERIFY(s.tools.hasNaN(2, s.a) == 1 && s.tools.hasNaN(2, s.b) == 1);

@@ -15,6 +15,8 @@
 using namespace orvel;
 using inputs::flatSpectrum;
 
+Q_DECLARE_METATYPE(Method)
+
 namespace {
 
 constexpr SimdLevel kLevels[] = {SimdLevel::Base, SimdLevel::Avx2, SimdLevel::Avx512};
@@ -93,45 +95,43 @@ std::vector<double> pixelOf(const AnalysisInput &input, const std::vector<size_t
     return values;
 }
 
-ResultMaps plainNonEquiv(const AnalysisInput &input, const Plan &plan)
+/// The map by its definition, pixel by pixel.
+ResultMaps plainMap(const AnalysisInput &input, const Plan &plan)
 {
     ResultMaps maps(plan.method, input.points[plan.used.front()].map);
-    NonEquivFit fit(gatherRefValues(input, plan));
-    double *planes[kMapQuantities] = {};
-    for (int q = 0; q < kQuantities; ++q) {
-        planes[q] = maps.addPlane(quantityAt(q));
-    }
-    for (qint64 i = 0; i < maps.size(); ++i) {
-        const ResultVector result =
-            fit.fit(pixelOf(input, plan.used, static_cast<int>(i % maps.width()),
-                            static_cast<int>(i / maps.width())));
-        for (int q = 0; q < kQuantities; ++q) {
-            planes[q][i] = result[static_cast<size_t>(q)];
+    const auto each = [&maps](const auto &solve) {
+        for (qint64 i = 0; i < maps.size(); ++i) {
+            solve(i, static_cast<int>(i % maps.width()), static_cast<int>(i / maps.width()));
         }
+    };
+    if (isNonEquiv(plan.method)) {
+        NonEquivFit fit(gatherRefValues(input, plan));
+        double *planes[kQuantities] = {};
+        for (int q = 0; q < kQuantities; ++q) {
+            planes[q] = maps.addPlane(quantityAt(q));
+        }
+        each([&](qint64 i, int x, int y) {
+            const ResultVector result = fit.fit(pixelOf(input, plan.used, x, y));
+            for (size_t q = 0; q < kQuantities; ++q) {
+                planes[q][i] = result[q];
+            }
+        });
+        return maps;
     }
-    return maps;
-}
-
-ResultMaps plainFourPoints(const AnalysisInput &input, const Plan &plan)
-{
-    ResultMaps maps(plan.method, input.points[plan.used.front()].map);
     double *ratio = maps.addPlane(Quantity::Ratio1);
     double *valence = maps.addPlane(Quantity::Valence);
     double *amount = maps.addPlane(Quantity::Amount);
     FourPoints method(input, plan);
+    const auto v = static_cast<size_t>(plan.vPoint);
     std::vector<size_t> others = plan.used;
-    others.erase(std::find(others.begin(), others.end(), static_cast<size_t>(plan.vPoint)));
-    for (qint64 i = 0; i < maps.size(); ++i) {
-        const int x = static_cast<int>(i % maps.width());
-        const int y = static_cast<int>(i / maps.width());
-        const PointValues values = {
-            pixelOf(input, others, x, y),
-            input.points[static_cast<size_t>(plan.vPoint)].map->absorption(x, y)};
-        const FourPointsResult result = method.solve(values);
+    others.erase(std::find(others.begin(), others.end(), v));
+    each([&](qint64 i, int x, int y) {
+        const FourPointsResult result =
+            method.solve({pixelOf(input, others, x, y), input.points[v].map->absorption(x, y)});
         ratio[i] = result.a;
         valence[i] = method.valenceOf(result.a);
         amount[i] = result.amount;
-    }
+    });
     return maps;
 }
 
@@ -149,11 +149,7 @@ private slots:
 
 void PixelsTest::fastMapsHaveThePlainBits_data()
 {
-    const TestTable<int, int, int> table("method", "references", "points");
-
-    const auto row = [](const char *name, Method method, int references, int points) {
-        QTest::newRow(name) << static_cast<int>(method) << references << points;
-    };
+    const TestTable<Method, int, int> row("method", "references", "points");
     row("three points", Method::ThreePoints, 2, 3);
     row("exact", Method::ExactFourPoints, 2, 4);
     row("least squares of 4", Method::LeastSquares, 2, 4);
@@ -170,22 +166,17 @@ void PixelsTest::fastMapsHaveThePlainBits()
 {
     QFETCH(int, references);
     QFETCH(int, points);
-    QFETCH(int, method);
-    std::mt19937 random(static_cast<unsigned>(method * 100 + references * 10 + points));
+    QFETCH(Method, method);
+    std::mt19937 random(
+        static_cast<unsigned>(static_cast<int>(method) * 100 + references * 10 + points));
     const QSize sizes[] = {{1, 1}, {1, 9}, {7, 1}, {8, 1}, {9, 2}, {13, 11}, {67, 31}, {4099, 2}};
     for (const QSize size : sizes) {
         for (const bool oddImages : {false, true}) {
             const AnalysisInput input =
                 randomInput(random, references, points, size.width(), size.height(), oddImages);
-            Plan plan;
-            plan.method = static_cast<Method>(method);
-            for (size_t i = 0; i < input.points.size(); ++i) {
-                plan.used.push_back(i);
-            }
-            plan.vPoint = points / 2;
+            const Plan plan = inputs::planOf(method, input.points.size(), points / 2);
             const bool nonEquiv = isNonEquiv(plan.method);
-            const ResultMaps plain =
-                nonEquiv ? plainNonEquiv(input, plan) : plainFourPoints(input, plan);
+            const ResultMaps plain = plainMap(input, plan);
             AnalysisInput withMore = input;
             withMore.precision.maps = true;
             withMore.precision.noise = oddImages ? NoiseSource::Pixel : NoiseSource::Pooled;

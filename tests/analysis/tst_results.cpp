@@ -41,8 +41,8 @@ void ResultsTest::countsIntoBoxes()
     QCOMPARE(bins.step(), qInf());
     bins.count(2.0); // no crash; not-a-number index
     QCOMPARE(bins.underflow(), 1);
-    const std::pair<double, int> numbers[] = {
-        {51.9, 51}, {-5, 2}, {1, 2}, {3e9, 1 << 20}, {qQNaN(), 2}};
+    const std::pair<double, int> numbers[] = {{51.9, 51},     {-5, 2},           {1, 2},
+                                              {3e9, 1 << 20}, {qInf(), 1 << 20}, {qQNaN(), 2}};
     for (const auto &[entered, boxes] : numbers) {
         QCOMPARE(BinCounts::boxesOf(entered), boxes);
     }
@@ -65,32 +65,30 @@ void ResultsTest::choosesLimits()
 
 void ResultsTest::writesHistogramsBesideTheResult()
 {
-    const QString result = m_files.write(QStringLiteral("map.v1.txt"), "");
+    const QString result = m_files.write("map.v1.txt", "");
     BinCounts bins;
     bins.setUp({0.1, 0.3, 3, false});
     for (const double value : {-9.0, 0.2, 0.21, 9.0}) {
         bins.count(value);
     }
-    QVERIFY(bins.write(result, QStringLiteral("HGAlpha")));
+    QVERIFY(bins.write(result, "HGAlpha"));
     // Step (0.3 - 0.1) / 2 and all edges in shortest exact form, worked out with Python's repr().
-    QCOMPARE(m_files.read(QStringLiteral("map.v1_HGAlpha.txt")),
+    QCOMPARE(m_files.read("map.v1_HGAlpha.txt"),
              QByteArray("-0.04999999999999998 1.3877787807814457e-17 0.05000000000000001  1\n"
                         "0.05000000000000001 0.1 0.15  0\n"
                         "0.15 0.2 0.25  2\n"
                         "0.25 0.3 0.35  0\n"
                         "0.35 0.39999999999999997 0.44999999999999996  1\n"));
-    QCOMPARE(BinCounts::pathBeside(m_files.path(QStringLiteral("new")), QStringLiteral("T")),
-             m_files.path(QStringLiteral("new_T.")));
-    QVERIFY(!bins.write(m_files.path(QStringLiteral("no/map.txt")), QStringLiteral("T")));
+    QCOMPARE(BinCounts::pathBeside(m_files.path("new"), QString("T")), m_files.path("new_T."));
+    QVERIFY(!bins.write(m_files.path("no/map.txt"), "T"));
     // Through links, whether or not the end of them exists: beside the file itself.
-    QVERIFY(QDir(m_files.path(QString())).mkdir(QStringLiteral("d")));
+    QVERIFY(QDir(m_files.path(QString())).mkdir("d"));
     for (const char *end : {"d/there.dat", "d/missing.dat"}) {
-        const QString link = m_files.path(QStringLiteral("link.dat"));
+        const QString link = m_files.path("link.dat");
         QFile::remove(link);
         QVERIFY(QFile::link(m_files.path(QLatin1String(end)), link));
-        m_files.write(QStringLiteral("d/there.dat"), "");
-        QCOMPARE(BinCounts::pathBeside(link, QStringLiteral("T")),
-                 m_files.path(QStringLiteral("d/link_T.dat")));
+        m_files.write("d/there.dat", "");
+        QCOMPARE(BinCounts::pathBeside(link, QString("T")), m_files.path("d/link_T.dat"));
     }
 }
 
@@ -100,8 +98,7 @@ void ResultsTest::writesFourPointsMaps()
     columns.x = {0.5, 1e-7};
     columns.y = {-12345678, 2};
     columns.signal = columns.reference = {1, 1};
-    ResultMaps maps(Method::ThreePoints,
-                    ImageData::fromColumns({QStringLiteral("#  raw 標")}, 2, 1, columns));
+    ResultMaps maps(Method::ThreePoints, ImageData::fromColumns({"#  raw 標"}, 2, 1, columns));
     double *ratio = maps.addPlane(Quantity::Ratio1);
     double *amount = maps.addPlane(Quantity::Amount);
     ratio[0] = 0.25;
@@ -109,19 +106,18 @@ void ResultsTest::writesFourPointsMaps()
     amount[0] = -0.0;
     amount[1] = qInf();
     ResultFileOptions options = {{}, {2, 4}};
-    const QString path = m_files.path(QStringLiteral("four.dat"));
+    const QString path = m_files.path("four.dat");
     QVERIFY(writeResultFile(path, &maps, options));
     const QByteArray head = "# klyv result map V1.0\n#  raw \xE6\xA8\x99\n\n";
-    QCOMPARE(m_files.read(QStringLiteral("four.dat")),
+    QCOMPARE(m_files.read("four.dat"),
              head + "        0.5 -1.23457e+07          0.25        3.5          0\n"
                     "      1e-07          2           nan        nan        inf\n");
     options.valences = {2}; // the second reference went away since
     QVERIFY(writeResultFile(path, &maps, options));
-    QVERIFY(
-        m_files.read(QStringLiteral("four.dat")).contains("      0.25          0          0\n"));
+    QVERIFY(m_files.read("four.dat").contains("      0.25          0          0\n"));
     QVERIFY(writeResultFile(path, nullptr, options));
-    QCOMPARE(m_files.read(QStringLiteral("four.dat")), QByteArray("# klyv result map V1.0\n\n"));
-    QVERIFY(!writeResultFile(m_files.path(QStringLiteral("no/four.dat")), &maps, options));
+    QCOMPARE(m_files.read("four.dat"), QByteArray("# klyv result map V1.0\n\n"));
+    QVERIFY(!writeResultFile(m_files.path("no/four.dat"), &maps, options));
 }
 
 QTEST_GUILESS_MAIN(ResultsTest)
