@@ -95,3 +95,9 @@ protected:
         }
     }
 };
+
+inline Run runBatch(const QStringList &arguments)
+{
+    Program program;
+    return program.run(arguments);
+}

@@ -169,8 +169,7 @@ void FaultsTest::fullDisk()
     QFETCH(int, kept);
     makeDisk("size=256k");
     m_files->write("map", mapOf(side));
-    Program program;
-    const Run run = program.run({session(more)});
+    const Run run = runBatch({session(more)});
     QCOMPARE(run.status, 4);
     QVERIFY(run.out.contains("Can't open the file [" + path("disk/" + kResults[kept]) + "]\n"));
     const QStringList left = resultsIn("disk");
@@ -202,8 +201,7 @@ void FaultsTest::resultOnReadOnlyDisk()
 {
     makeDisk("size=1m");
     makeReadOnly();
-    Program program;
-    const Run run = program.run({"--images", session()});
+    const Run run = runBatch({"--images", session()});
     QCOMPARE(run.status, 4);
     QVERIFY(run.out.contains("Can't open the file [" + path("disk/r.dat") + "]\n"));
     QCOMPARE(resultsIn("disk"), kOldResults);
@@ -218,8 +216,7 @@ void FaultsTest::inputsOnReadOnlyDisk()
     }
     QVERIFY(QFile::copy(session(), path("disk/s.ini")));
     makeReadOnly();
-    Program program;
-    const Run run = program.run({"--result", path("new.dat"), path("disk/s.ini")});
+    const Run run = runBatch({"--result", path("new.dat"), path("disk/s.ini")});
     QCOMPARE(run.status, 0);
     QVERIFY(QFileInfo(path("new.dat")).size() > 50);
 }
@@ -287,14 +284,12 @@ void FaultsTest::whatIsNoFile()
     const QString whole = QDir(path("")).absoluteFilePath(file);
     for (const char *key : {"[Ref1]\nXafsFS=", "[Ref4]\nXafsFS=", "[Target]\nTargetFile=",
                             "[Point1]\nFileSelect=", "[Point8]\nFileSelect="}) {
-        Program program;
-        const Run run = program.run({session(key + file.toLatin1())});
+        const Run run = runBatch({session(key + file.toLatin1())});
         QVERIFY2(run.status == 3, key);
         QCOMPARE(run.out, QString());
         QVERIFY(run.err.endsWith(whole + ": there is no such readable file\n"));
     }
-    Program program;
-    const Run run = program.run({whole});
+    const Run run = runBatch({whole});
     QCOMPARE(run.status, 2);
     QVERIFY(run.err.contains("there is no such readable file"));
     close(listener);
@@ -361,8 +356,7 @@ void FaultsTest::killedWhileWriting()
     m_files->write("map", mapOf(side));
     const QString name = session(more);
     makeDisk(nullptr);
-    Program whole;
-    QCOMPARE(whole.run({name}).status, 0);
+    QCOMPARE(runBatch({name}).status, 0);
     const QByteArray fresh = m_files->read("disk/" + kResults[file]);
     QVERIFY(fresh.size() > (1 << 22));
     QRandomGenerator random(1);
@@ -408,8 +402,7 @@ void FaultsTest::pipes()
     const QByteArray pipe = encoded(path("pipe"));
     QCOMPARE(mkfifo(pipe.constData(), 0644), 0);
     {
-        Program program; // nobody reads
-        const Run run = program.run({file});
+        const Run run = runBatch({file});
         QCOMPARE(run.status, 4);
         QVERIFY(run.out.contains("Can't open the file [" + path("pipe") + "]\n"));
     }
@@ -427,8 +420,7 @@ void FaultsTest::pipes()
             }
             close(end);
         });
-        Program program;
-        const Run run = program.run({file});
+        const Run run = runBatch({file});
         reader.join();
         QCOMPARE(run.status, leaves ? 4 : 0);
         QVERIFY(leaves || taken > qint64(300) * 300 * 50);

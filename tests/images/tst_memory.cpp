@@ -61,17 +61,16 @@ void MemoryTest::textMaps()
     constexpr int kSide = 1000;
     constexpr qint64 kPixels = qint64(kSide) * kSide;
     const auto header = [](int side) {
-        return QStringLiteral("# X-NUM %1\n# Y-NUM %1\n").arg(side).toLatin1();
+        return QString("# X-NUM %1\n# Y-NUM %1\n").arg(side).toLatin1();
     };
 
-    const QString small = m_files.write(QStringLiteral("small"), header(1) + line);
-    const QString path = m_files.path(QStringLiteral("map"));
+    const QString small = m_files.write("small", header(1) + line);
+    const QString path = m_files.path("map");
     const qint64 written = peakOf([&] { // in a child too: freed memory here would spoil the measure
         QByteArray bytes = header(kSide);
         bytes += QByteArray(line).replace("\n", QByteArray(200, ' ') + '\n').repeated(longerLines);
         bytes += line.repeated(static_cast<int>(kPixels) - longerLines);
-        wide ? m_files.writeWide(QStringLiteral("map"), bytes)
-             : m_files.write(QStringLiteral("map"), bytes);
+        wide ? m_files.writeWide("map", bytes) : m_files.write("map", bytes);
         return true;
     });
 

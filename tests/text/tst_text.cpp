@@ -46,12 +46,12 @@ void TextTest::generalTextIsTheToolkits()
         char out[kGeneralTextSize];
         return QString::fromLatin1(out, writeGeneral(value, out));
     };
-    QCOMPARE(text(-0.0), QStringLiteral("0"));
-    QCOMPARE(text(-qQNaN()), QStringLiteral("nan"));
-    QCOMPARE(text(-qInf()), QStringLiteral("-inf"));
-    QCOMPARE(text(100000), QStringLiteral("100000"));
-    QCOMPARE(text(2215.625), QStringLiteral("2215.63"));             // a tie, away from zero
-    QCOMPARE(text(-1.234567e-308), QStringLiteral("-1.23457e-308")); // the longest
+    QCOMPARE(text(-0.0), QString("0"));
+    QCOMPARE(text(-qQNaN()), QString("nan"));
+    QCOMPARE(text(-qInf()), QString("-inf"));
+    QCOMPARE(text(100000), QString("100000"));
+    QCOMPARE(text(2215.625), QString("2215.63"));             // a tie, away from zero
+    QCOMPARE(text(-1.234567e-308), QString("-1.23457e-308")); // the longest
 
     std::mt19937_64 random(7);
     for (int i = randomCases(200000); i > 0; --i) {
@@ -159,20 +159,20 @@ void TextTest::lines_data()
                    "3\0\n\0",
                    12),
         two);
-    row("empty lines", "\n\nx\n", {QString(), QString(), QStringLiteral("x")});
+    row("empty lines", "\n\nx\n", {QString(), QString(), "x"});
     // Undecodable, decodable, blank, x.
     row("Shift-JIS", "\x94\x5A x\n", {QString::fromUtf8("\uFFFDZ x")});
     row("mark inside, as of joined files",
         "\xEF\xBB\xBF\xEF\xBB\xBF"
         "1\n\xEF\xBB\xBF"
         "2\n",
-        {QChar(0xFEFF) + QStringLiteral("1"), QChar(0xFEFF) + QStringLiteral("2")});
+        {QString(QChar(0xFEFF)) + "1", QString(QChar(0xFEFF)) + "2"});
 }
 
 void TextTest::lines()
 {
     QFETCH(QByteArray, bytes);
-    TextFile file(m_files.write(QStringLiteral("lines.txt"), bytes));
+    TextFile file(m_files.write("lines.txt", bytes));
     QVERIFY(file.open());
     QStringList lines;
     QString line;
@@ -185,27 +185,27 @@ void TextTest::lines()
 
 void TextTest::outputReplacesOnlyWhenWhole()
 {
-    const QString path = m_files.write(QStringLiteral("out"), "old");
+    const QString path = m_files.write("out", "old");
     const QByteArray large(1000001, 'n'); // several blocks and a rest
     {
         OutputFile abandoned(path);
         QVERIFY(abandoned.open());
         abandoned.write(large);
     }
-    QCOMPARE(m_files.read(QStringLiteral("out")), QByteArray("old"));
+    QCOMPARE(m_files.read("out"), QByteArray("old"));
     QVERIFY(!OutputFile(m_files.path(QString())).open()); // a folder
     OutputFile file(path);
     QVERIFY(file.open());
     file.write(large);
     file.write("end");
     QVERIFY(file.commit());
-    QCOMPARE(m_files.read(QStringLiteral("out")), large + "end");
+    QCOMPARE(m_files.read("out"), large + "end");
 }
 
 void TextTest::outputKeepsTheOldFileOnAFullDisk()
 {
     for (const int size : {5000, 70000, 256 * 1024 + 100, 1000000}) { // around all buffers
-        const QString path = m_files.write(QStringLiteral("full"), "old");
+        const QString path = m_files.write("full", "old");
         rlimit before;
         getrlimit(RLIMIT_FSIZE, &before);
         const auto handler = std::signal(SIGXFSZ, SIG_IGN);
@@ -219,7 +219,7 @@ void TextTest::outputKeepsTheOldFileOnAFullDisk()
         std::signal(SIGXFSZ, handler);
         QVERIFY(opened);
         QVERIFY(!committed);
-        QCOMPARE(m_files.read(QStringLiteral("full")), QByteArray("old"));
+        QCOMPARE(m_files.read("full"), QByteArray("old"));
     }
 }
 
