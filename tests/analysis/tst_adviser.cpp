@@ -142,10 +142,8 @@ Sigmas plainSigmas(const Case &c, Method method, const std::vector<double> &ener
         curve.push_back(value);
     }
     std::rotate(curve.begin() + v, curve.begin() + v + 1, curve.end());
-    std::vector<const double *> values;
-    for (const double &value : curve) {
-        values.push_back(&value);
-    }
+    std::vector<const double *> values(curve.size());
+    std::iota(values.begin(), values.end(), curve.data());
     const std::vector<const double *> variances(values.size(), &kVariance);
     double a = 0;
     double valence = 0;

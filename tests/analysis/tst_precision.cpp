@@ -93,10 +93,11 @@ void measure(AnalysisInput &input, const std::vector<double> &y, double sigma, u
         std::vector<double> pixels(kDraws);
         MapColumns columns;
         for (int i = 0; i < kDraws; ++i) {
+            const int row = i / kWidth;
             pixels[static_cast<size_t>(i)] = y[e] + sigma * normal(random);
             if (sigma == 0.0) { // Poisson, nearly
                 columns.x.push_back(i % kWidth);
-                columns.y.push_back(i / kWidth);
+                columns.y.push_back(row);
                 columns.signal.push_back(passed + std::sqrt(passed) * normal(random));
                 columns.reference.push_back(incident + std::sqrt(incident) * normal(random));
             }
