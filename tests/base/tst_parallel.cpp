@@ -20,8 +20,8 @@ private slots:
 void ParallelTest::everyItemOnce()
 {
     for (const int threads : {-1, 1, 2, 3, 7, 100}) {
-        for (const std::size_t n : {0, 1, 2, 7, 1000}) {
-            for (const std::size_t grain : {0, 1, 3, 5000}) {
+        for (const std::size_t n : {0U, 1U, 2U, 7U, 1000U}) {
+            for (const std::size_t grain : {0U, 1U, 3U, 5000U}) {
                 std::vector<int> visits(n, 0); // parts share no item: no lock
                 inParallel(n, grain, threads, [&visits](std::size_t begin, std::size_t end) {
                     for (std::size_t i = begin; i < end; ++i) {
