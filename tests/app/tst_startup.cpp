@@ -1,13 +1,10 @@
 // From the command line to the window.
-#include "../TestFiles.h"
 #include "app/Body.h"
 #include "app/StartUp.h"
-#include "panel/FourPs.h"
-#include "session/Catalogue.h"
+#include "tests/TestFiles.h"
+#include "tests/display/Table.h"
 
-#include <QLabel>
 #include <QSplitter>
-#include <QtTest>
 
 #include <sys/stat.h>
 
@@ -15,113 +12,90 @@ class StartUpTest : public QObject {
     Q_OBJECT
 
 private slots:
-    void languages_data();
-    void languages();
-    void sessions_data();
-    void sessions();
-    void firstSessionIsTaken();
-    void icon();
-    void window_data();
-    void window();
+
+    void languages_data()
+    {
+        QTest::addColumn<bool>("japanese");
+        for (const char *arguments :
+             {"", "-j", "-e -j", "-j -e a.ini -j", "-E", "--e", "-e=", "-e-"}) {
+            QTest::newRow(arguments) << true;
+        }
+        for (const char *arguments :
+             {"-e", "-j -e", "-e -x  a.ini", "-e -j -e", "-e -J", "-e --j"}) {
+            QTest::newRow(arguments) << false;
+        }
+    }
+
+    void languages()
+    {
+        QTEST(orvel::wantsJapanese(QString(QTest::currentDataTag()).split(' ')), "japanese");
+    }
+
+    void sessions_data()
+    {
+        window::table<QByteArray, bool>(
+            {"bytes", "isSession"},
+            {{"the group alone", "[Session]", true},
+             {"other line ends", "[Session]\r\nVersion=1\r\n[View]\r\n", true},
+             {"mark", "\xEF\xBB\xBF[Session]\nVersion=1\n", true},
+             {"comments and blank lines first", "; [View]\n\n# note\n  [Session]  \n", true},
+             {"second group", "[View]\n[Session]\n", false},
+             {"other letters", "[session]\n", false},
+             {"longer name", "[Sessions]\n", false},
+             {"in a value", "note=[Session]\n", false},
+             {"empty", "", false},
+             {"binary", QByteArray("\0\xFF\xFE[\0S\n[\x01]\n[Session]\n", 21), false},
+             {"largest", "[Session]\n" + QByteArray((1 << 20) - 10, '\n'), true},
+             {"too large", "[Session]\n" + QByteArray((1 << 20) - 9, '\n'), false}});
+    }
+
+    void sessions()
+    {
+        QFETCH(QByteArray, bytes);
+        QFETCH(bool, isSession);
+        const QString path = m_files.write("tried.ini", bytes);
+        QCOMPARE(orvel::sessionArgument({path}), isSession ? path : QString());
+    }
+
+    void firstSessionIsTaken()
+    {
+        const QString first = m_files.write("first.ini", "[Session]\n");
+        const QString second = m_files.write("second.ini", "[Session]\n");
+        const QString pipe = m_files.path("pipe"); // opening it would wait for a writer for ever
+        QCOMPARE(mkfifo(qPrintable(pipe), 0600), 0);
+        const QStringList others = {"-e", "",          "no such file", m_files.path("."), "/",
+                                    pipe, "/dev/zero", "/dev/null",    "[Session]",       "-j"};
+        QCOMPARE(orvel::sessionArgument(others), QString());
+        QCOMPARE(orvel::sessionArgument(others + QStringList{first, second}), first);
+        QCOMPARE(orvel::sessionArgument({second, first, "-e"}), second);
+    }
+
+    void icon()
+    {
+        for (const int size : {16, 32, 64, 256}) {
+            const QImage image = orvel::windowIcon().pixmap(size).toImage();
+            QCOMPARE(image.size(), QSize(size, size)); // no size is scaled up from a smaller one
+            QVERIFY(image.pixelColor(0, 0).alpha() < 128); // a rounded corner
+            QCOMPARE(image.pixelColor(size / 2, size / 2).alpha(), 255);
+        }
+    }
+
+    void window()
+    {
+        Body body;
+        QCOMPARE(body.windowTitle(), "orvel");
+        QCOMPARE(body.objectName(), "Body");
+        QCOMPARE(body.size(), QSize(869, 121));
+        body.show();
+        QVERIFY(QTest::qWaitForWindowExposed(&body));
+        QVERIFY(body.height() > 121); // the panel makes it grow
+        const auto *splitter = body.findChild<QSplitter *>("MainSplitter");
+        QTRY_VERIFY(splitter->widget(0)->geometry().right() < splitter->widget(1)->x());
+    }
 
 private:
     TestFiles m_files;
 };
-
-void StartUpTest::languages_data()
-{
-    QTest::addColumn<bool>("japanese");
-    for (const char *arguments : {"", "-j", "-e -j", "-j -e a.ini -j", "-E", "--e", "-e=", "-e-"}) {
-        QTest::newRow(arguments) << true;
-    }
-    for (const char *arguments : {"-e", "-j -e", "-e -x  a.ini", "-e -j -e", "-e -J", "-e --j"}) {
-        QTest::newRow(arguments) << false;
-    }
-}
-
-void StartUpTest::languages()
-{
-    QTEST(orvel::wantsJapanese(QString(QTest::currentDataTag()).split(' ')), "japanese");
-}
-
-void StartUpTest::sessions_data()
-{
-    QTest::addColumn<QByteArray>("bytes");
-    QTest::addColumn<bool>("isSession");
-    const auto row = [](const char *name, const QByteArray &bytes, bool isSession) {
-        QTest::newRow(name) << bytes << isSession;
-    };
-    row("the group alone", "[Session]", true);
-    row("other line ends", "[Session]\r\nVersion=1\r\n[View]\r\n", true);
-    row("mark", "\xEF\xBB\xBF[Session]\nVersion=1\n", true);
-    row("comments and blank lines first", "; [View]\n\n# note\n  [Session]  \n", true);
-    row("second group", "[View]\n[Session]\n", false);
-    row("other letters", "[session]\n", false);
-    row("longer name", "[Sessions]\n", false);
-    row("in a value", "note=[Session]\n", false);
-    row("empty", "", false);
-    row("a map", "# X-NUM 2\n# Y-NUM 1\n0 0 1\n", false);
-    row("binary", QByteArray("\0\xFF\xFE[\0S\n[\x01]\n[Session]\n", 21), false);
-    row("largest", "[Session]\n" + QByteArray((1 << 20) - 10, '\n'), true);
-    row("too large", "[Session]\n" + QByteArray((1 << 20) - 9, '\n'), false);
-}
-
-void StartUpTest::sessions()
-{
-    QFETCH(QByteArray, bytes);
-    QFETCH(bool, isSession);
-    const QString path = m_files.write("tried.ini", bytes);
-    QCOMPARE(orvel::sessionArgument({path}), isSession ? path : QString());
-}
-
-void StartUpTest::firstSessionIsTaken()
-{
-    const QString first = m_files.write("first.ini", "[Session]\n");
-    const QString second = m_files.write("second.ini", "[Session]\n");
-    const QString pipe = m_files.path("pipe"); // opening it would wait for a writer for ever
-    QCOMPARE(mkfifo(qPrintable(pipe), 0600), 0);
-    const QStringList others = {"-e", "",          "no such file", m_files.path("."), "/",
-                                pipe, "/dev/zero", "/dev/null",    "[Session]",       "-j"};
-    QCOMPARE(orvel::sessionArgument(others), QString());
-    QCOMPARE(orvel::sessionArgument(others + QStringList{first, second}), first);
-    QCOMPARE(orvel::sessionArgument({second, first, "-e"}), second);
-}
-
-void StartUpTest::icon()
-{
-    for (const int size : {16, 32, 64, 256}) {
-        const QImage image = orvel::windowIcon().pixmap(size).toImage();
-        QCOMPARE(image.size(), QSize(size, size));     // no size is scaled up from a smaller one
-        QVERIFY(image.pixelColor(0, 0).alpha() < 128); // a rounded corner
-        QCOMPARE(image.pixelColor(size / 2, size / 2).alpha(), 255);
-    }
-}
-
-void StartUpTest::window_data()
-{
-    QTest::addColumn<bool>("japanese");
-    QTest::newRow("English") << false;
-    QTest::newRow("Japanese") << true;
-}
-
-void StartUpTest::window()
-{
-    QFETCH(bool, japanese);
-    orvel::Translators translator;
-    if (japanese) {
-        orvel::installJapanese(translator);
-    }
-    Body body;
-    QCOMPARE(body.windowTitle(), QString("orvel"));
-    QCOMPARE(body.objectName(), QString("Body"));
-    QCOMPARE(body.size(), QSize(869, 121));
-    body.show();
-    QVERIFY(QTest::qWaitForWindowExposed(&body));
-    QVERIFY(body.height() > 121); // the panel makes it grow
-    const auto *splitter = body.findChild<QSplitter *>("MainSplitter");
-    QTRY_VERIFY(splitter->widget(0)->geometry().right() < splitter->widget(1)->x());
-    QCOMPARE(body.findChild<QLabel *>("RefName")->text(), QString(japanese ? "標準1" : "Ref 1"));
-}
 
 QTEST_MAIN(StartUpTest)
 

@@ -4,15 +4,16 @@
 #include "display/CurvePainter.h"
 #include "display/HistogramPainter.h"
 #include "display/MapPainter.h"
+#include "tests/display/Table.h"
 
 #include <QPainter>
-#include <QtTest>
 
 #include <cmath>
 #include <random>
 #include <set>
 
 using namespace orvel;
+using window::table;
 
 namespace {
 
@@ -64,9 +65,14 @@ std::vector<double> someValues(qint64 n)
     for (double &value : values) {
         value = numbers(random);
     }
-    const double awkward[] = {kNan, kInf, -kInf, 1e300, -1e300, -0.0};
-    for (std::size_t i = 5; i < values.size(); i += 11) {
-        values[i] = awkward[i % std::size(awkward)];
+    std::vector<double> awkward = {kNan, kInf, -kInf, 1e300, -1e300, -0.0};
+    for (const double entry : {1.0, 767.0, 768.0, 2147483647.0, 2147483648.0, -2147483649.0}) {
+        const double edge = entry / 768; // where the next entry begins, or no int holds it
+        awkward.insert(awkward.end(),
+                       {edge, std::nextafter(edge, 9e9), std::nextafter(edge, -9e9)});
+    }
+    for (std::size_t i = 5; i < values.size(); i += 5) {
+        values[i] = awkward[i % awkward.size()];
     }
     return values;
 }
@@ -122,354 +128,311 @@ std::set<int> columnsOf(const QImage &image, int row, std::optional<QRgb> colour
 
 } // namespace
 
+Q_DECLARE_METATYPE(MapCase)
+
 class PaintTest : public QObject {
     Q_OBJECT
 
 private slots:
     void cleanup() { limitSimd(SimdLevel::Avx512); }
-    void mapsCoordinates();
-    void stepsTicks();
-    void palettes();
-    void coloursOfValues();
-    void manyColoursEqualSingleOnes();
-    void colourBar();
-    void mapEqualsRectangles_data();
-    void mapEqualsRectangles();
-    void pictureIsKept();
-    void curveShowsWhatIsFinite();
-    void curveKeepsSpikes();
-    void histogramBars();
-};
 
-void PaintTest::mapsCoordinates()
-{
-    ChCoord coord;
-    const auto frame = [&coord] {
-        return QVector<double>{coord.frameX0(), coord.frameX1(), coord.frameY0(), coord.frameY1()};
-    };
-    coord.setArea(0, 400, 500, 0);
-    coord.setFrameByMargins();
-    QCOMPARE(frame(), (QVector<double>{50, 475, 360, 20}));
-    coord.setArea(0, 99, 99, 0); // fractions are cut towards the area's edge
-    coord.setFrameByMargins();
-    QCOMPARE(frame(), (QVector<double>{9, 95, 90, 4}));
+    void mapsCoordinates()
+    {
+        ChCoord coord;
+        const auto frame = [&coord](double width, double height) {
+            coord.setArea(0, height, width, 0);
+            coord.setFrameByMargins();
+            return QVector<double>{coord.frameX0(), coord.frameX1(), coord.frameY0(),
+                                   coord.frameY1()};
+        };
+        QCOMPARE(frame(500, 400), (QVector<double>{50, 475, 360, 20}));
+        QCOMPARE(frame(99, 99), (QVector<double>{9, 95, 90, 4})); // cut towards the area's edge
 
-    coord.setFrame(10, 210, 110, 10);
-    coord.setRange(-1, 5, 3, 15);
-    QVERIFY(coord.sx(0) == 35 && coord.rx(35) == 0 && coord.rxOffset(35) == 1);
-    QVERIFY(coord.sy(10) == 110 && coord.ry(110) == 10 && coord.ryOffset(110) == 5);
-    QVERIFY(coord.sdx(2) == 50 && coord.rdx(25) == 1);
-    QVERIFY(coord.sdy(1) == -20 && coord.rdy(-20) == 1);
-    QVERIFY(coord.rxInRange(-500) == -1 && coord.ryInRange(-500) == 15);
-    coord.setRange(2, 4, 1, 3); // both reversed
-    QVERIFY(coord.rxInRange(-500) == 2 && coord.rxInRange(500) == 1 && coord.rxInRange(60) == 1.5);
-    QVERIFY(coord.ryInRange(500) == 4 && coord.ryInRange(-500) == 3);
-    coord.setXRange(2, 2);
-    QVERIFY(!std::isfinite(coord.sx(3)));
-}
+        coord.setFrame(10, 210, 110, 10);
+        coord.setRange(-1, 5, 3, 15);
+        QVERIFY(coord.sx(0) == 35 && coord.rx(35) == 0 && coord.rxOffset(35) == 1);
+        QVERIFY(coord.sy(10) == 110 && coord.ry(110) == 10 && coord.ryOffset(110) == 5);
+        QVERIFY(coord.sdx(2) == 50 && coord.rdx(25) == 1 && coord.sdy(1) == -20 &&
+                coord.rdy(-20) == 1);
+        QVERIFY(coord.rxInRange(-500) == -1 && coord.ryInRange(-500) == 15);
+        coord.setRange(2, 4, 1, 3); // both reversed
+        QVERIFY(coord.rxInRange(-500) == 2 && coord.rxInRange(500) == 1 &&
+                coord.rxInRange(60) == 1.5);
+        QVERIFY(coord.ryInRange(500) == 4 && coord.ryInRange(-500) == 3);
+        coord.setXRange(2, 2);
+        QVERIFY(!std::isfinite(coord.sx(3)));
+    }
 
-void PaintTest::stepsTicks()
-{
-    struct Case {
-        double xMax, base;
-        int pixels;
-        double step;
-    };
-    const Case cases[] = {
-        {1000, 1, 20, 100}, // 20 pixels are not more than 20
-        {1000, 1, 7, 20},   {1000, 1, 8, 50}, {1, 0.1, 20, 0.1}, {-1000, 2, 20, 2e8}, // reversed
-        {1e12, 1, 20, 1e8}, // eight decades are not enough
-        {kNan, 1, 20, 1e8}, {0, 1, 20, 1},
-    };
-    for (const Case &c : cases) {
+    void stepsTicks_data()
+    {
+        table<double, double, int, double>({"xMax", "base", "pixels", "step"},
+                                           {{"not more than 20 pixels", 1000, 1, 20, 100},
+                                            {"twos", 1000, 1, 7, 20},
+                                            {"fives", 1000, 1, 8, 50},
+                                            {"reversed", -1000, 2, 20, 2e8},
+                                            {"eight decades are not enough", 1e12, 1, 20, 1e8},
+                                            {"not a number", kNan, 1, 20, 1e8}});
+    }
+
+    void stepsTicks()
+    {
+        QFETCH(double, xMax);
+        QFETCH(double, base);
+        QFETCH(int, pixels);
         ChCoord coord;
         coord.setFrame(0, 1, 400, 0);
-        coord.setRange(0, 0, c.xMax, 1e-7);
-        QCOMPARE(coord.xTickStep(c.base, c.pixels), c.step);
-        QCOMPARE(coord.yTickStep(c.base, c.pixels), c.step); // measured on the x scale too
+        coord.setRange(0, 0, xMax, 1e-7);
+        QTEST(coord.xTickStep(base, pixels), "step");
+        QTEST(coord.yTickStep(base, pixels), "step"); // measured on the x scale too
     }
-}
 
-void PaintTest::palettes()
-{
-    const QMap<QChar, QRgb> colours = {{'k', qRgb(0, 0, 0)},     {'w', qRgb(255, 255, 255)},
-                                       {'r', qRgb(255, 0, 0)},   {'g', qRgb(0, 255, 0)},
-                                       {'b', qRgb(0, 0, 255)},   {'c', qRgb(0, 255, 255)},
-                                       {'m', qRgb(255, 0, 255)}, {'y', qRgb(255, 255, 0)}};
-    const QStringList corners = {"kryw", "kgcw", "kbmw", "rgb", "rbg", "grb", "gbr",
-                                 "brg",  "bgr",  "rc",   "gm",  "by",  "kryw"}; // the last: unknown
-    for (int type = 0; type < corners.size(); ++type) {
-        const ColourScale scale(type < 12 ? type : type % 2 == 0 ? 12 : -1);
-        QCOMPARE(scale.size(), (corners[type].size() - 1) * 256);
-        QVERIFY(scale.bottom() == 0 && scale.top() == scale.size());
-        for (int i = 0; i < scale.size(); ++i) {
-            const QColor from(colours[corners[type][i / 256]]);
-            const QColor to(colours[corners[type][i / 256 + 1]]);
-            const double part = i % 256 / 255.0;
-            const auto mixed = [part](int a, int b) { return qRound(a + part * (b - a)); };
-            QCOMPARE(QColor(scale.entry(i)),
-                     QColor(mixed(from.red(), to.red()), mixed(from.green(), to.green()),
-                            mixed(from.blue(), to.blue())));
-        }
-    }
-}
-
-void PaintTest::coloursOfValues()
-{
-    constexpr double kMost = 2147483647.0 / 768; // the next index is one that no int holds
-    const double values[] = {0, 1, 0.5, 1.99 / 768, 2, -1, kNan, kInf, -kInf, kMost, kMost + 1};
-    const int indices[] = {0, 767, 384, 1, 767, 0, 0, 0, 0, 767, 0};
-    for (std::size_t i = 0; i < std::size(values); ++i) {
-        ColourScale scale;
-        QCOMPARE(scale.colourOf(values[i]), scale.entry(indices[i]));
-        scale.setInverted(true);
-        QCOMPARE(scale.colourOf(values[i]), scale.entry(767 - indices[i]));
-    }
-}
-
-void PaintTest::manyColoursEqualSingleOnes()
-{
-    std::vector<double> values = someValues(997);
-    for (const double edge : {1.0 / 768, 767.0 / 768, 1.0, 2147483647.0 / 768, 2147483648.0 / 768,
-                              -2147483649.0 / 768, 5e-324}) {
-        values.insert(values.end(), {edge, std::nextafter(edge, 9e9), std::nextafter(edge, -9e9)});
-    }
-    const int n = static_cast<int>(values.size());
-    std::vector<std::int32_t> columns;
-    for (int i = 0; i < n; ++i) {
-        columns.push_back(i < 3 || i >= n - 5 ? -1 : (i * 7) % n); // no column at the ends
-    }
-    const double limits[][2] = {{0, 1},    {1, 0},          {0.5, 0.5}, {0, kInf},
-                                {kNan, 1}, {-1e308, 1e308}, {0, 5e-324}};
-    const double stretches[][2] = {{0, 256}, {-1000, 3000}, {300, -300}, {kNan, 1}, {7, 7}};
-    for (const SimdLevel level : {SimdLevel::Base, SimdLevel::Avx2, SimdLevel::Avx512}) {
-        limitSimd(level); // at most what there is
-        for (int variant = 0; variant < 7 * 5 * 2; ++variant) {
-            ColourScale scale(variant % 12);
-            scale.setLimits(limits[variant % 7][0], limits[variant % 7][1]);
-            scale.setStretch(stretches[variant % 5][0], stretches[variant % 5][1]);
-            scale.setInverted(variant % 2 == 1);
-            std::vector<QRgb> colours(columns.size());
-            scale.coloursOf(values.data(), columns.data(), n, colours.data());
-            for (std::size_t i = 0; i < columns.size(); ++i) {
-                const std::int32_t column = columns[i];
-                const QRgb expected =
-                    column < 0 ? kWhite : scale.colourOf(values[static_cast<std::size_t>(column)]);
-                QVERIFY2(colours[i] == expected, qPrintable(QString::number(variant)));
+    void palettes()
+    {
+        const QMap<QChar, QRgb> colours = {{'k', 0x000000}, {'w', 0xFFFFFF}, {'r', 0xFF0000},
+                                           {'g', 0x00FF00}, {'b', 0x0000FF}, {'c', 0x00FFFF},
+                                           {'m', 0xFF00FF}, {'y', 0xFFFF00}};
+        const QStringList corners = {"kryw", "kgcw", "kbmw", "rgb", "rbg", "grb", "gbr",
+                                     "brg",  "bgr",  "rc",   "gm",  "by",  "kryw"}; // unknown
+        for (int type = 0; type < corners.size(); ++type) {
+            const ColourScale scale(type);
+            const int parts = corners[type].size() - 1;
+            QVERIFY(scale.size() == parts * 256 && scale.bottom() == 0 &&
+                    scale.top() == scale.size());
+            for (int part = 0; part < parts; ++part) {
+                const QRgb from = 0xFF000000 | colours[corners[type][part]];
+                const QRgb to = 0xFF000000 | colours[corners[type][part + 1]];
+                QCOMPARE(scale.entry(256 * part), from);
+                QCOMPARE(scale.entry(256 * part + 255), to);
+                const int mixed = qRound(qRed(from) + 0.2 * (qRed(to) - qRed(from)));
+                QCOMPARE(qRed(scale.entry(256 * part + 51)), mixed);
             }
         }
     }
-}
 
-void PaintTest::colourBar()
-{
-    struct Case {
-        int height;
-        double bottom, top;
-        int upper, lower;                      // rows of the lines
-        std::vector<std::pair<int, int>> rows; // row, entry; -1: white beyond, -2: black
-    };
-    const Case cases[] = {
-        {768, 0, 768, 0, 767, {{100, 668}}},
-        // Half a row an entry, row 576 - i / 2; two rows an entry; turned round: the bands beyond
-        // the lines cover the palette.
-        {768, -384, 1152, 192, 576, {{100, -1}, {700, -2}, {400, 352}}},
-        {1536, 0, 768, 0, 1535, {{1000, 268}, {1001, 268}}},
-        {2304, 1536, -768, 1536, 768, {{1000, -1}, {1600, -2}}},
-        {300, 768, kNan, -1, -1, {}}, // no matter where, if only inside
-        {1, 768, -kInf, -1, -1, {}},
-    };
-    for (const Case &c : cases) {
-        ColourScale scale;
-        scale.setStretch(c.bottom, c.top);
-        QImage image = blank(20, c.height);
-        ChCoord coord;
-        coord.setArea(0, c.height, 20, 0);
-        QPainter painter(&image);
-        const LimitLines lines = drawColourBar(painter, coord, scale);
-        QVERIFY(std::min(lines.upper, lines.lower) >= 0 &&
-                std::max(lines.upper, lines.lower) < c.height);
-        QVERIFY(c.upper < 0 || (lines.upper == c.upper && lines.lower == c.lower));
-        for (const auto &[row, entry] : c.rows) {
-            const QRgb expected = entry >= 0 ? scale.entry(entry) : entry == -1 ? kWhite : kBlack;
-            QCOMPARE(image.pixel(10, row), expected);
+    void coloursOfValues()
+    {
+        constexpr double kMost = 2147483647.0 / 768; // the next index is one that no int holds
+        const double values[] = {0, 1, 0.5, 1.99 / 768, 2, -1, kNan, kInf, -kInf, kMost, kMost + 1};
+        const int indices[] = {0, 767, 384, 1, 767, 0, 0, 0, 0, 767, 0};
+        for (std::size_t i = 0; i < std::size(values); ++i) {
+            ColourScale scale;
+            QCOMPARE(scale.colourOf(values[i]), scale.entry(indices[i]));
+            scale.setInverted(true);
+            QCOMPARE(scale.colourOf(values[i]), scale.entry(767 - indices[i]));
         }
     }
-}
 
-Q_DECLARE_METATYPE(MapCase)
-
-void PaintTest::mapEqualsRectangles_data()
-{
-    QTest::addColumn<MapCase>("c");
-    const auto row = [](const char *name, const MapCase &c) { QTest::newRow(name) << c; };
-    const PlotRange unit = {0, 0, 1, 1};
-    row("one pixel", {30, 20, 1, 1, unit});
-    row("no pixel", {30, 20, 0, 0, unit});
-    row("tall, grid", {7, 301, 1, 100000, {0, 0, 1, 100000}, true});
-    row("tall, zoomed in", {7, 301, 1, 100000, {0.2, 77777.3, 0.6, 77781.9}, true});
-    row("wide", {301, 7, 100000, 1, {-5000, 0, 123456, 1}});
-    row("out of sight", {101, 67, 7, 5, {70, 0, 77, 5}, true});
-    row("far zoomed out", {101, 67, 7, 5, {-1e300, -1e9, 1e300, 1e9}, true});
-    row("far zoomed in", {101, 67, 7, 5, {3.1, 2.1, 3.1 + 1e-12, 2.1 + 1e-12}, true});
-    row("inside one pixel's corner", {101, 67, 7, 5, {3, 2, 3.0000001, 2.0000001}, true});
-    row("hardly an extent", {101, 67, 7, 5, {0, 0, 5e-324, 5}, true});
-    for (const double odd : {3.0, kNan, kInf, -kInf}) { // 3: no extent
-        QTest::addRow("x to %g", odd) << MapCase{101, 67, 7, 5, {3, 0, odd, 5}, true};
-        QTest::addRow("y from %g", odd) << MapCase{101, 67, 7, 5, {0, odd, 7, 3}, true};
-    }
-    row("a row is missing", {101, 67, 7, 5, {0, 0, 7, 5}, false, 9});
-    row("nothing is there", {101, 67, 7, 5, {0, 0, 7, 5}, true, 35});
-    row("with margins", {101, 67, 7, 5, {-0.5, 1, 7, 5}, true, 0, ColourScale(3), true});
-
-    std::mt19937 random(11);
-    const auto below = [&random](int n) { return static_cast<int>(random() % unsigned(n)); };
-    for (int i = 0; i < 60; ++i) {
-        MapCase c = {1 + below(130), 1 + below(130), 1 + below(150), 1 + below(60), {}};
-        const auto around = [&](int n) { return n * (below(3000) - 1000) / 1000.0; };
-        c.range = {around(c.width), around(c.height), around(c.width), around(c.height)};
-        c.grid = i % 3 == 0;
-        c.missing = i % 4 == 0 ? below(c.width * c.height) : 0;
-        c.scale = ColourScale(i % 12);
-        c.scale.setInverted(i % 2 == 0);
-        c.scale.setStretch(below(500) - 250, 100 + below(900));
-        QTest::addRow("random %d", i) << c;
-    }
-}
-
-void PaintTest::mapEqualsRectangles()
-{
-    QFETCH(MapCase, c);
-    const qint64 pixels = qint64(c.width) * c.height;
-    const std::vector<double> values = someValues(pixels - c.missing);
-    const MapValues map = {values.data(), qint64(values.size()), c.width, c.height, {}};
-    ChCoord coord;
-    setSurface(coord, c.surfaceWidth, c.surfaceHeight, c.range);
-    if (c.margins) {
-        coord.setFrameByMargins();
-    }
-    QImage image = blank(c.surfaceWidth, c.surfaceHeight, qRgb(1, 2, 3));
-    MapPainter mapPainter;
+    void colourBar_data()
     {
+        using Rows = QVector<QPoint>; // row, entry; -1: white beyond, -2: black
+        // Half a row an entry, row 576 - i / 2; two rows an entry; turned round: the bands beyond
+        // the lines cover the palette.
+        table<int, double, double, QPoint, Rows>(
+            {"height", "bottom", "top", "lines", "rows"},
+            {{"a row an entry", 768, 0, 768, {0, 767}, {{100, 668}}},
+             {"squeezed", 768, -384, 1152, {192, 576}, {{100, -1}, {700, -2}, {400, 352}}},
+             {"two rows an entry", 1536, 0, 768, {0, 1535}, {{1000, 268}, {1001, 268}}},
+             {"turned round", 2304, 1536, -768, {1536, 768}, {{1000, -1}, {1600, -2}}},
+             {"no number", 300, 768, kNan, {-1, -1}, {}}, // no matter where, if only inside
+             {"infinite", 1, 768, -kInf, {-1, -1}, {}}});
+    }
+
+    void colourBar()
+    {
+        QFETCH(int, height);
+        QFETCH(double, bottom);
+        QFETCH(double, top);
+        QFETCH(QPoint, lines); // upper, lower
+        QFETCH(QVector<QPoint>, rows);
+        ColourScale scale;
+        scale.setStretch(bottom, top);
+        QImage image = blank(20, height);
+        ChCoord coord;
+        coord.setArea(0, height, 20, 0);
         QPainter painter(&image);
-        mapPainter.paint(painter, coord, map, c.scale, c.grid);
+        const LimitLines found = drawColourBar(painter, coord, scale);
+        QVERIFY(std::min(found.upper, found.lower) >= 0 &&
+                std::max(found.upper, found.lower) < height);
+        QVERIFY(lines.x() < 0 || lines == QPoint(found.upper, found.lower));
+        for (const QPoint &row : rows) {
+            const QRgb expected = row.y() >= 0    ? scale.entry(row.y())
+                                  : row.y() == -1 ? kWhite
+                                                  : kBlack;
+            QCOMPARE(image.pixel(10, row.x()), expected);
+        }
     }
-    QCOMPARE(image, rectangleByRectangle(c, coord, map));
-}
 
-void PaintTest::pictureIsKept()
-{
-    std::vector<double> values = {0.2, 0.4, 0.6, 0.8};
-    MapValues map = {values.data(), 4, 2, 2, std::make_shared<int>()};
-    ColourScale scale;
-    bool grid = false;
-    int width = 20;
-    ChCoord coord;
-    coord.setRange(0, 0, 2, 2);
-    MapPainter mapPainter;
-    const auto picture = [&](MapPainter &by) {
-        coord.setArea(0, 20, width, 0);
-        QImage image = blank(40, 40);
-        QPainter painter(&image);
-        by.paint(painter, coord, map, scale, grid);
-        return image;
-    };
-    // A kept picture does not show that values changed behind its back.
-    const auto isRenewed = [&] {
-        std::swap(values[0], values[3]);
-        MapPainter fresh;
-        return picture(mapPainter) == picture(fresh);
-    };
-    const std::function<void()> changes[] = {
-        [] {},
-        [&] { coord.setRange(0, 0, 2, 1.5); },
-        [&] { grid = true; },
-        [&] { grid = false; },
-        [&] { width = 21; },
-        [&] { scale.setLimits(0, 2); },
-        [&] { scale.setInverted(true); },
-        [&] { scale.setStretch(0, 500); },
-        [&] { scale.setType(4); },
-        [&] { map.count = 3; },
-        [&] { map.owner = std::make_shared<int>(); }, // the address of the values is used again
-        [&] { mapPainter.clear(); },
-    };
-    for (const auto &change : changes) {
-        change();
-        QVERIFY(isRenewed());
-        QVERIFY(!isRenewed());
-        std::swap(values[0], values[3]);
+    void mapEqualsRectangles_data()
+    {
+        QTest::addColumn<MapCase>("c");
+        const auto row = [](const char *name, const MapCase &c) { QTest::newRow(name) << c; };
+        const PlotRange unit = {0, 0, 1, 1};
+        row("one pixel", {30, 20, 1, 1, unit});
+        row("no pixel", {30, 20, 0, 0, unit});
+        row("tall, grid", {7, 301, 1, 100000, {0, 0, 1, 100000}, true});
+        row("wide", {301, 7, 100000, 1, {-5000, 0, 123456, 1}});
+        row("out of sight", {101, 67, 7, 5, {70, 0, 77, 5}, true});
+        row("far zoomed out", {101, 67, 7, 5, {-1e300, -1e9, 1e300, 1e9}, true});
+        row("far zoomed in", {101, 67, 7, 5, {3.1, 2.1, 3.1 + 1e-12, 2.1 + 1e-12}, true});
+        row("inside one pixel's corner", {101, 67, 7, 5, {3, 2, 3.0000001, 2.0000001}, true});
+        for (const double odd : {3.0, kNan, kInf, -kInf}) { // 3: no extent
+            QTest::addRow("x to %g", odd) << MapCase{101, 67, 7, 5, {3, 0, odd, 5}, true};
+            QTest::addRow("y from %g", odd) << MapCase{101, 67, 7, 5, {0, odd, 7, 3}, true};
+        }
+        row("nothing is there", {101, 67, 7, 5, {0, 0, 7, 5}, true, 35});
+        row("with margins", {101, 67, 7, 5, {-0.5, 1, 7, 5}, true, 0, ColourScale(3), true});
+
+        std::mt19937 random(11);
+        const auto below = [&random](int n) { return static_cast<int>(random() % unsigned(n)); };
+        for (int i = 0; i < 60; ++i) {
+            MapCase c = {1 + below(130), 1 + below(130), 1 + below(150), 1 + below(60), {}};
+            const auto around = [&](int n) { return n * (below(3000) - 1000) / 1000.0; };
+            c.range = {around(c.width), around(c.height), around(c.width), around(c.height)};
+            c.grid = i % 3 == 0;
+            c.missing = i % 4 == 0 ? below(c.width * c.height) : 0;
+            c.scale = ColourScale(i % 12);
+            c.scale.setInverted(i % 2 == 0);
+            const double limits[][2] = {{0, 1},    {1, 0},          {0.5, 0.5}, {0, kInf},
+                                        {kNan, 1}, {-1e308, 1e308}, {0, 5e-324}};
+            const double *limit = limits[i % 3 == 1 ? i / 3 % 7 : 0];
+            c.scale.setLimits(limit[0], limit[1]);
+            const double ends[] = {100.0 + below(900), -300, kNan, -250};
+            c.scale.setStretch(below(500) - 250, ends[i % 5 == 1 ? i / 5 % 4 : 0]);
+            QTest::addRow("random %d", i) << c;
+        }
     }
-}
 
-void PaintTest::curveShowsWhatIsFinite()
-{
-    PlotRange range = {0, 0, 200, 100};
-    const auto drawn = [&](const std::vector<double> &x, const std::vector<double> &y, int row) {
-        const QImage image = painted(200, 100, range, [&](QPainter &painter, ChCoord &coord) {
-            drawCurve(painter, coord, x.data(), y.data(), x.size(), Qt::black);
-        });
-        return columnsOf(image, row);
-    };
-    auto columns = drawn({10, 50, 90, kNan, 110, 150}, {50, 50, 50, 50, 50, 50}, 50);
-    QVERIFY(columns.count(30) && columns.count(70) && columns.count(130));
-    QVERIFY(!columns.count(100) && !columns.count(5) && !columns.count(160));
-    columns = drawn({10, 50, 90, 110, 150, 190}, {50, 50, kInf, -kInf, 50, 50}, 50);
-    QVERIFY(columns.count(30) && columns.count(170) && !columns.count(70) && !columns.count(100));
-    range.xMin = range.xMax = 5;
-    QVERIFY(drawn({1, 5, 7}, {50, 50, 50}, 50).empty());
-    QVERIFY(drawn({}, {}, 50).empty());
-}
-
-void PaintTest::curveKeepsSpikes()
-{
-    constexpr int kPoints = 100000;
-    std::vector<double> x(kPoints);
-    std::vector<double> y(kPoints, 10.0);
-    for (int i = 0; i < kPoints; ++i) {
-        x[size_t(i)] = i * 200.0 / kPoints;
+    void mapEqualsRectangles()
+    {
+        QFETCH(MapCase, c);
+        const qint64 pixels = qint64(c.width) * c.height;
+        const std::vector<double> values = someValues(pixels - c.missing);
+        const MapValues map = {values.data(), qint64(values.size()), c.width, c.height, {}};
+        ChCoord coord;
+        setSurface(coord, c.surfaceWidth, c.surfaceHeight, c.range);
+        if (c.margins) {
+            coord.setFrameByMargins();
+        }
+        const QImage expected = rectangleByRectangle(c, coord, map);
+        for (const SimdLevel level : {SimdLevel::Base, SimdLevel::Avx2, SimdLevel::Avx512}) {
+            limitSimd(level); // at most what there is
+            QImage image = blank(c.surfaceWidth, c.surfaceHeight, qRgb(1, 2, 3));
+            QPainter painter(&image);
+            MapPainter().paint(painter, coord, map, c.scale, c.grid);
+            QCOMPARE(image, expected);
+        }
     }
-    y[50123] = 95; // in column 100
-    const QImage image = painted(200, 100, {0, 0, 200, 100}, [&](QPainter &p, ChCoord &coord) {
-        drawCurve(p, coord, x.data(), y.data(), x.size(), Qt::black);
-    });
-    const std::set<int> spike = columnsOf(image, 50);
-    QVERIFY(spike.count(100) && *spike.begin() >= 99 && *spike.rbegin() <= 101);
-    QCOMPARE(columnsOf(image, 90).size(), size_t(200));
-}
 
-void PaintTest::histogramBars()
-{
-    const QRgb fill = QColor(Qt::blue).lighter(160).rgb();
-    const auto paint = [](const HistogramBars &bars, const PlotRange &range) {
-        return painted(100, 100, range, [&bars](QPainter &painter, ChCoord &coord) {
-            drawHistogramBars(painter, coord, bars, Qt::blue);
-        });
-    };
-    const auto range = histogramRange(1, 3, {10, 40, 0});
-    QVERIFY(range && range->xMin == 1 && range->xMax == 3 && range->yMin == -4 &&
-            range->yMax == 44);
-    QVERIFY(!histogramRange(1, 3, {}).has_value());
-    // Three wide bars, and the range turned round: just below and above their tops.
-    QImage image = paint({0, 10, {20, 0, 60}}, {0, 0, 30, 100});
-    QVERIFY(image.pixel(16, 85) == fill && image.pixel(16, 75) == kWhite);
-    QVERIFY(image.pixel(83, 45) == fill && image.pixel(83, 35) == kWhite);
-    image = paint({0, 10, {20, 0, 60}}, {30, 0, 0, 100});
-    QVERIFY(image.pixel(83, 85) == fill && image.pixel(16, 45) == fill);
-
-    std::vector<std::int32_t> many(1 << 20, 1);
-    many[(1 << 20) / 4] = 90; // one box of many thousand in a column
-    image = paint({0, 1, many}, {0, 0, 1 << 20, 100});
-    QVERIFY(columnsOf(image, 50, fill).size() == 1);
-    QVERIFY(std::abs(*columnsOf(image, 50, fill).begin() - 25) <= 1);
-    QVERIFY(columnsOf(image, 99, fill).size() >= 98);
-    for (const double odd : {kNan, kInf, -kInf, 0.0, 1e308, -1.0}) {
-        paint({odd, 1, many}, {0, 0, 1, 100});
-        paint({0, odd, {1, 2}}, {0, 0, 1, 100});
-        paint({0, 1, {1, 2}}, {0, odd, 1, 1});
-        paint({0, 1, {1, 2}}, {odd, 0, 1, 1});
+    void pictureIsKept()
+    {
+        std::vector<double> values = {0.2, 0.4, 0.6, 0.8};
+        MapValues map = {values.data(), 4, 2, 2, std::make_shared<int>()};
+        ColourScale scale;
+        bool grid = false;
+        int width = 20;
+        ChCoord coord;
+        coord.setRange(0, 0, 2, 2);
+        MapPainter mapPainter;
+        const auto picture = [&](MapPainter &by) {
+            coord.setArea(0, 20, width, 0);
+            QImage image = blank(40, 40);
+            QPainter painter(&image);
+            by.paint(painter, coord, map, scale, grid);
+            return image;
+        };
+        // A kept picture does not show that values changed behind its back.
+        const auto isRenewed = [&] {
+            std::swap(values[0], values[3]);
+            MapPainter fresh;
+            return picture(mapPainter) == picture(fresh);
+        };
+        const std::function<void()> changes[] = {
+            [] {},
+            [&] { coord.setRange(0, 0, 2, 1.5); },
+            [&] { grid = true; },
+            [&] { width = 21; },
+            [&] { scale.setLimits(0, 2); },
+            [&] { scale.setInverted(true); },
+            [&] { scale.setStretch(0, 500); },
+            [&] { scale.setType(4); },
+            [&] { map.count = 3; },
+            [&] { map.owner = std::make_shared<int>(); }, // the address of the values is used again
+            [&] { mapPainter.clear(); },
+        };
+        for (const auto &change : changes) {
+            change();
+            QVERIFY(isRenewed());
+            QVERIFY(!isRenewed());
+            std::swap(values[0], values[3]);
+        }
     }
-}
+
+    void curveShowsWhatIsFinite()
+    {
+        PlotRange range = {0, 0, 200, 100};
+        const auto drawn = [&](const std::vector<double> &x, const std::vector<double> &y,
+                               int row) {
+            return columnsOf(painted(200, 100, range,
+                                     [&](QPainter &painter, ChCoord &coord) {
+                                         drawCurve(painter, coord, x.data(), y.data(), x.size(),
+                                                   Qt::black);
+                                     }),
+                             row);
+        };
+        auto columns = drawn({10, 50, 90, kNan, 110, 150}, {50, 50, 50, 50, 50, 50}, 50);
+        QVERIFY(columns.count(30) && columns.count(70) && columns.count(130));
+        QVERIFY(!columns.count(100) && !columns.count(5) && !columns.count(160));
+        columns = drawn({10, 50, 90, 110, 150, 190}, {50, 50, kInf, -kInf, 50, 50}, 50);
+        QVERIFY(columns.count(30) && columns.count(170) && !columns.count(70) &&
+                !columns.count(100));
+        // One of a hundred thousand points, in column 100.
+        std::vector<double> x(100000);
+        std::vector<double> y(x.size(), 10.0);
+        for (std::size_t i = 0; i < x.size(); ++i) {
+            x[i] = double(i) * 0.002;
+        }
+        y[50123] = 95;
+        columns = drawn(x, y, 50);
+        QVERIFY(columns.count(100) && *columns.begin() >= 99 && *columns.rbegin() <= 101);
+        QCOMPARE(drawn(x, y, 90).size(), size_t(200));
+        range.xMin = range.xMax = 5;
+        QVERIFY(drawn({1, 5, 7}, {50, 50, 50}, 50).empty());
+        QVERIFY(drawn({}, {}, 50).empty());
+    }
+
+    void histogramBars()
+    {
+        const QRgb fill = QColor(Qt::blue).lighter(160).rgb();
+        const auto paint = [](const HistogramBars &bars, const PlotRange &range) {
+            return painted(100, 100, range, [&bars](QPainter &painter, ChCoord &coord) {
+                drawHistogramBars(painter, coord, bars, Qt::blue);
+            });
+        };
+        const auto range = histogramRange(1, 3, {10, 40, 0});
+        QVERIFY(range && range->xMin == 1 && range->xMax == 3 && range->yMin == -4 &&
+                range->yMax == 44);
+        QVERIFY(!histogramRange(1, 3, {}).has_value());
+        // Three wide bars, and the range turned round: just below and above their tops.
+        QImage image = paint({0, 10, {20, 0, 60}}, {0, 0, 30, 100});
+        QVERIFY(image.pixel(16, 85) == fill && image.pixel(16, 75) == kWhite);
+        QVERIFY(image.pixel(83, 45) == fill && image.pixel(83, 35) == kWhite);
+        image = paint({0, 10, {20, 0, 60}}, {30, 0, 0, 100});
+        QVERIFY(image.pixel(83, 85) == fill && image.pixel(16, 45) == fill);
+
+        std::vector<std::int32_t> many(1 << 20, 1);
+        many[(1 << 20) / 4] = 90; // one box of many thousand in a column
+        image = paint({0, 1, many}, {0, 0, 1 << 20, 100});
+        QVERIFY(columnsOf(image, 50, fill).size() == 1);
+        QVERIFY(std::abs(*columnsOf(image, 50, fill).begin() - 25) <= 1);
+        QVERIFY(columnsOf(image, 99, fill).size() >= 98);
+        for (const double odd : {kNan, kInf, -kInf, 0.0, 1e308, -1.0}) {
+            paint({odd, 1, many}, {0, 0, 1, 100});
+            paint({0, odd, {1, 2}}, {0, 0, 1, 100});
+            paint({0, 1, {1, 2}}, {0, odd, 1, 1});
+            paint({0, 1, {1, 2}}, {odd, 0, 1, 1});
+        }
+    }
+};
 
 QTEST_MAIN(PaintTest)
 #include "tst_paint.moc"
