@@ -12,7 +12,6 @@ class StartUpTest : public QObject {
     Q_OBJECT
 
 private slots:
-
     void languages_data()
     {
         QTest::addColumn<bool>("japanese");

@@ -7,14 +7,7 @@
 #include "spectra/ARefFile.h"
 #include "spectra/AXafsFileSelect.h"
 #include "tests/TestFiles.h"
-
-#include <QAbstractButton>
-#include <QDialogButtonBox>
-#include <QFileDialog>
-#include <QLineEdit>
-#include <QPlainTextEdit>
-#include <QPushButton>
-#include <QtTest>
+#include "tests/display/Gui.h"
 
 // The panel under the fingers of a user, and inputs whose results can be worked out by hand.
 
@@ -120,6 +113,15 @@ inline void perform(FourPs &panel, const QString &steps)
         }
     }
 }
+/// Says how large the noise is.
+inline void chooseGivenNoise(FourPs &panel, const QString &sigma)
+{
+    auto *noise = at<QComboBox>(panel, "Noise");
+    while (noise->currentText() != "given number") {
+        QTest::keyClick(noise, Qt::Key_Down);
+    }
+    perform(panel, "type NoiseSigma " + sigma);
+}
 /// Chooses files by the selector's button and its dialog.
 inline void choose(AFileSelect *selector, const QStringList &paths)
 {
@@ -127,12 +129,7 @@ inline void choose(AFileSelect *selector, const QStringList &paths)
     QFileDialog *dialog = selector->dialog();
     const QString quoted = '"' + paths.join(QStringLiteral("\" \"")) + '"';
     find<QLineEdit>(*dialog, "fileNameEdit")->setText(paths.size() > 1 ? quoted : paths[0]);
-    auto *box = find<QDialogButtonBox>(*dialog, "buttonBox");
-    for (QAbstractButton *button : box->buttons()) {
-        if (box->buttonRole(button) == QDialogButtonBox::AcceptRole) {
-            button->click();
-        }
-    }
+    QVERIFY(QMetaObject::invokeMethod(dialog, "accept"));
     QVERIFY(!dialog->isVisible());
 }
 
@@ -150,26 +147,13 @@ inline QStringList newMessages(FourPs &panel)
     return all.mid(seen);
 }
 
-inline void mouse(QWidget *widget, QEvent::Type type, const QPointF &at)
-{
-    const bool isMove = type == QEvent::MouseMove;
-    QMouseEvent event(type, at, widget->mapToGlobal(at.toPoint()),
-                      isMove ? Qt::NoButton : Qt::LeftButton, Qt::LeftButton, Qt::NoModifier);
-    QCoreApplication::sendEvent(widget, &event);
-}
 inline QImage picture(DispArea *area)
 {
     return area->grab().toImage().convertToFormat(QImage::Format_RGB32);
 }
-inline int pixelsOf(const QImage &image, const QColor &colour)
+inline QImage picture(const FourPs &panel, Displays::DispId id)
 {
-    int n = 0;
-    for (int y = 0; y < image.height(); ++y) {
-        for (int x = 0; x < image.width(); ++x) {
-            n += image.pixel(x, y) == colour.rgb();
-        }
-    }
-    return n;
+    return picture(graph(panel, id)->area());
 }
 
 /// Two references A and B, a target half of each, and maps. Before the edge all are 0, so that the
@@ -185,6 +169,7 @@ public:
     }
 
     QString path(const QString &name) const { return m_files.path(name); }
+    QUrl url(const QString &name) const { return QUrl::fromLocalFile(path(name)); }
     QByteArray read(const QString &name) const { return m_files.read(name); }
     QString write(const QString &name, const QByteArray &bytes) const
     {
@@ -239,6 +224,33 @@ private:
     }
 
     TestFiles m_files;
+};
+
+/// A panel with the inputs of the sample.
+class Loaded : public FourPs {
+public:
+    explicit Loaded(const Sample &sample, int width = 1, const QList<double> &atV = {0.5})
+    {
+        sample.load(*this, width, atV);
+        QCoreApplication::processEvents();
+    }
+};
+
+/// A panel on the screen, large enough for the pictures of all its plots.
+class Shown : public FourPs {
+public:
+    Shown()
+    {
+        resize(1400, 900);
+        show();
+        QTest::qWait(50); // until splitters are laid out and all is painted
+    }
+    /// With the inputs of the sample.
+    explicit Shown(const Sample &sample, int width = 1, const QList<double> &atV = {0.5}) : Shown()
+    {
+        sample.load(*this, width, atV);
+        QCoreApplication::processEvents();
+    }
 };
 
 } // namespace window

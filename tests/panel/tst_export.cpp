@@ -6,28 +6,7 @@
 #include "images/TDData0.h"
 #include "tests/panel/Window.h"
 
-#include <QClipboard>
-#include <QGuiApplication>
-#include <QMenu>
-
 using namespace window;
-
-class ExportTest : public QObject {
-    Q_OBJECT
-
-private slots:
-    void aRightPressOnlyOpensTheMenu_data();
-    void aRightPressOnlyOpensTheMenu();
-    void picturesShowAndTell();
-    void pdfsAreVectors();
-    void curves_data();
-    void curves();
-    void mapsAsNumbers();
-    void whatCannotBeWrittenIsTold();
-
-private:
-    Sample m_sample;
-};
 
 static DispArea *surfaceOf(const FourPs &panel, const QString &name)
 {
@@ -58,183 +37,165 @@ static bool choose(DispArea *area, const QString &action, const QString &path = 
     return isOffered;
 }
 
-static void show(FourPs &panel)
-{
-    panel.resize(1400, 900);
-    panel.show();
-    QVERIFY(QTest::qWaitForWindowExposed(&panel));
-    QTest::qWait(50); // until the splitters are laid out and all is painted
-}
+class ExportTest : public QObject {
+    Q_OBJECT
 
-void ExportTest::aRightPressOnlyOpensTheMenu_data()
-{
-    QTest::addColumn<bool>("isPoppedOut");
-    for (const char *name : {"DMuts", "DLCFvsMPS", "DRef1", "ResultMap", "DataMap"}) {
-        for (const bool out : {false, true}) {
-            QTest::addRow("%s%s", name, out ? " in its window" : "") << out;
+private slots:
+    void aRightPressOnlyOpensTheMenu_data()
+    {
+        QTest::addColumn<bool>("isPoppedOut");
+        for (const char *name : {"DMuts", "DLCFvsMPS", "DRef1", "ResultMap", "DataMap"}) {
+            for (const bool out : {false, true}) {
+                QTest::addRow("%s%s", name, out ? " in its window" : "") << out;
+            }
         }
     }
-}
 
-void ExportTest::aRightPressOnlyOpensTheMenu()
-{
-    QFETCH(bool, isPoppedOut);
-    const QString name = QString(QTest::currentDataTag()).section(' ', 0, 0);
-    FourPs panel;
-    m_sample.load(panel, 2, {0.5, 0.6});
-    show(panel);
-    tick(point(panel, 0)->pickButton(), true); // a left press would move its energy
-    QWidget *owner = at(panel, name);
-    DispArea *area = surfaceOf(panel, name);
-    if (isPoppedOut) {
-        find<QAbstractButton>(*owner, "PopDockB")->click();
-        QVERIFY(area->window() != panel.window());
+    void aRightPressOnlyOpensTheMenu()
+    {
+        QFETCH(bool, isPoppedOut);
+        const QString name = QString(QTest::currentDataTag()).section(' ', 0, 0);
+        Shown panel(m_sample, 2, {0.5, 0.6});
+        perform(panel, "tick P1.FPB"); // a left press would move its energy
+        DispArea *area = surfaceOf(panel, name);
+        if (isPoppedOut) {
+            find<QAbstractButton>(*at(panel, name), "PopDockB")->click();
+            QVERIFY(area->window() != panel.window());
+        }
+        int meant = 0;
+        for (const auto signal : {&DispArea::mPressed, &DispArea::mDragging, &DispArea::mReleased,
+                                  &DispArea::mDClicked}) {
+            connect(area, signal, this, [&meant] { ++meant; });
+        }
+        const QString energies = shown(panel, "P1.Energy P2.Energy P3.Energy");
+        QVERIFY(choose(area, QString()));
+        QTest::mouseMove(area, area->rect().center() + QPoint(9, 9));
+        QTest::mouseDClick(area, Qt::RightButton, Qt::NoModifier, area->rect().center());
+        QVERIFY(choose(area, "Copy"));
+        QCOMPARE(meant, 0);
+        QCOMPARE(shown(panel, "P1.Energy P2.Energy P3.Energy"), energies);
+        QVERIFY(!QGuiApplication::clipboard()->image().isNull());
+        // Nor has a right press taken the left one's meaning.
+        QTest::mouseClick(area, Qt::LeftButton, Qt::NoModifier, area->rect().center());
+        QCOMPARE(meant, 2);
     }
-    QSignalSpy pressed(area, &DispArea::mPressed);
-    QSignalSpy dragged(area, &DispArea::mDragging);
-    QSignalSpy released(area, &DispArea::mReleased);
-    QSignalSpy doubled(area, &DispArea::mDClicked);
-    const QString energies = shown(panel, "P1.Energy P2.Energy P3.Energy");
-    QVERIFY(choose(area, QString()));
-    QTest::mouseMove(area, area->rect().center() + QPoint(9, 9));
-    QTest::mouseDClick(area, Qt::RightButton, Qt::NoModifier, area->rect().center());
-    QVERIFY(choose(area, "Copy"));
-    QCOMPARE(pressed.size() + dragged.size() + released.size() + doubled.size(), 0);
-    QCOMPARE(shown(panel, "P1.Energy P2.Energy P3.Energy"), energies);
-    QVERIFY(!QGuiApplication::clipboard()->image().isNull());
-    // Nor has a right press taken the left one's meaning.
-    QTest::mouseClick(area, Qt::LeftButton, Qt::NoModifier, area->rect().center());
-    QCOMPARE(pressed.size() + released.size(), 2);
-}
 
-void ExportTest::picturesShowAndTell()
-{
-    FourPs panel;
-    m_sample.load(panel, 2, {0.2, 0.8}); // valences 3 and 2
-    show(panel);
-    const DispMBase *map = window::map(panel, "ResultMap");
-    const QSize surface = map->area()->size();
-    QSize once;
-    for (const int fineness : {1, 2, 4}) {
+    void picturesShowAndTell()
+    {
+        Shown panel(m_sample, 2, {0.2, 0.8}); // valences 3 and 2
+        const DispMBase *map = window::map(panel, "ResultMap");
         const QString path = m_sample.path("map.png");
-        QVERIFY(choose(map->area(), QString("Png%1").arg(fineness), path));
-        QImage image(path);
-        QVERIFY(!image.isNull());
-        once = fineness == 1 ? image.size() : once;
-        QCOMPARE(image.size(), once * fineness);
-        // The left half is the pixel of valence 3, the right one that of 2, with a tick between.
-        const auto colourAt = [&](int x, int y) {
-            return QColor(image.pixel(QPoint(orvel::kAxisLeft + x, y) * fineness));
-        };
-        const int lowerEdge = once.height() - orvel::kAxisBottom;
-        QCOMPARE(colourAt(surface.width() / 4, lowerEdge - 10), map->bar()->colourOf(3.0));
-        QCOMPARE(colourAt(surface.width() * 3 / 4, lowerEdge - 10), map->bar()->colourOf(2.0));
-        QVERIFY(colourAt(surface.width() / 2, lowerEdge + 3) != QColor(Qt::white));
-        QCOMPARE(colourAt(surface.width() / 4, lowerEdge + 3), QColor(Qt::white));
-        QVERIFY(image.text("Software").startsWith("orvel "));
-        QCOMPARE(image.text("Quantity") + ' ' + image.text("Lowest") + ' ' + image.text("Highest"),
-                 QString("Valence 2 3"));
-        QCOMPARE(image.text("Reference1"), m_sample.a + "; dE 0 eV; valence 2");
-        QCOMPARE(image.text("Energy2"), "8350 eV; V point; " + m_sample.path("edge.txt"));
-        QCOMPARE(image.text("NonEquivalent") + image.text("FourPoints"), QString("falseExact"));
+        const int width = map->area()->width();
+        QSize once;
+        for (const int fineness : {1, 2, 4}) {
+            QVERIFY(choose(map->area(), QString("Png%1").arg(fineness), path));
+            const QImage image(path);
+            once = fineness == 1 ? image.size() : once;
+            QVERIFY(!once.isEmpty() && image.size() == once * fineness);
+            // The left half is the pixel of valence 3, the right one that of 2, with a tick
+            // between.
+            const auto colourAt = [&](int x, int y) {
+                return image.pixelColor(QPoint(orvel::kAxisLeft + x, y) * fineness);
+            };
+            const int lowerEdge = once.height() - orvel::kAxisBottom;
+            QCOMPARE(colourAt(width / 4, lowerEdge - 10), map->bar()->colourOf(3.0));
+            QCOMPARE(colourAt(width * 3 / 4, lowerEdge - 10), map->bar()->colourOf(2.0));
+            QVERIFY(colourAt(width / 2, lowerEdge + 3) != QColor(Qt::white));
+            QCOMPARE(colourAt(width / 4, lowerEdge + 3), QColor(Qt::white));
+            QVERIFY(image.text("Software").startsWith("orvel "));
+            QCOMPARE(image.text("Quantity") + ' ' + image.text("Lowest") + ' ' +
+                         image.text("Highest"),
+                     "Valence 2 3");
+            QCOMPARE(image.text("Reference1"), m_sample.a + "; dE 0 eV; valence 2");
+            QCOMPARE(image.text("Energy2"), "8350 eV; V point; " + m_sample.path("edge.txt"));
+            QCOMPARE(image.text("NonEquivalent") + image.text("FourPoints"), "falseExact");
+        }
+        // What the form says now made nothing yet.
+        perform(panel, "type R1.Valence 7");
+        QVERIFY(choose(map->area(), "Png1", path));
+        QVERIFY(QImage(path).text("Reference1").endsWith("valence 2"));
     }
-    // What the form says now made nothing yet.
-    type(reference(panel, 0)->valenceEdit(), "7");
-    QVERIFY(choose(map->area(), "Png1", m_sample.path("map.png")));
-    QVERIFY(QImage(m_sample.path("map.png")).text("Reference1").endsWith("valence 2"));
-}
 
-void ExportTest::pdfsAreVectors()
-{
-    FourPs panel;
-    m_sample.load(panel, 2, {0.2, 0.8});
-    show(panel);
-    for (const char *name : {"DRef1", "DMuts", "ResultMap"}) {
-        const QString path = m_sample.path("picture.pdf");
-        QVERIFY(choose(surfaceOf(panel, name), "Pdf", path));
-        const QByteArray pdf = m_sample.read("picture.pdf");
-        QVERIFY2(pdf.startsWith("%PDF-") && pdf.contains("%%EOF"), name);
-        QCOMPARE(pdf.contains("/Subtype /Image"), name == QByteArray("ResultMap"));
-        QVERIFY2(pdf.contains("/Subtype /Type0") || pdf.contains("/Font"), name); // letters
-        QVERIFY2(!pdf.contains("/DCTDecode"), name); // would smear the borders of pixels
-    }
-}
-
-void ExportTest::curves_data()
-{
-    QTest::addColumn<QStringList>("lines"); // some of those below the comments
-    QTest::newRow("DRef1") << QStringList{"curve,x,y", "spectrum,8350,0.8", "pre-edge line,8350,0",
-                                          "post-edge line,8660,1"};
-    QTest::newRow("DMuts") << QStringList{"reference 1,8350,0.8", "reference 2,8350,0.2",
-                                          "target,8350,0.5"};
-    // 51 boxes about 1.5, 1.54 ... 3.5
-    QTest::newRow("DHistA") << QStringList{"counts,1.5,0"};
-    QTest::newRow("DDMutVorA") << QStringList{};
-}
-
-void ExportTest::curves()
-{
-    QFETCH(QStringList, lines);
-    FourPs panel;
-    DispArea *area = surfaceOf(panel, QTest::currentDataTag());
-    show(panel);
-    const QString path = m_sample.path("curves.csv");
-    QVERIFY(!choose(area, "Curves", path)); // nothing to save yet
-    m_sample.load(panel, 2, {0.2, 0.8});
-    QTRY_VERIFY(choose(area, "Curves", path));
-    const QList<QByteArray> all = m_sample.read("curves.csv").split('\n');
-    QCOMPARE(all.first(), QByteArray("# orvel curves V1.0"));
-    for (const QString &line : lines) {
-        QVERIFY2(all.contains(line.toUtf8()), qPrintable(line + '\n' + all.join('\n')));
-    }
-    int pixels = 0;
-    for (const QByteArray &line : all) {
-        const QList<QByteArray> items = line.split(',');
-        if (items[0] == "counts") {
-            pixels += items[2].toInt();
-        } else if (items[0] == "pixels") {
-            ++pixels;
+    void pdfsAreVectors()
+    {
+        Shown panel(m_sample, 2, {0.2, 0.8});
+        for (const char *name : {"DRef1", "DMuts", "ResultMap"}) {
+            const QString path = m_sample.path("picture.pdf");
+            QVERIFY(choose(surfaceOf(panel, name), "Pdf", path));
+            const QByteArray pdf = m_sample.read("picture.pdf");
+            QVERIFY2(pdf.startsWith("%PDF-") && pdf.contains("%%EOF"), name);
+            QCOMPARE(pdf.contains("/Subtype /Image"), name == QByteArray("ResultMap"));
+            QVERIFY2(pdf.contains("/Subtype /Type0") || pdf.contains("/Font"), name); // letters
+            QVERIFY2(!pdf.contains("/DCTDecode"), name); // would smear the borders of pixels
         }
     }
-    QCOMPARE(pixels, QByteArray(QTest::currentDataTag()).contains("Ref") ||
-                             QByteArray(QTest::currentDataTag()).contains("Muts")
-                         ? 0
-                         : 2);
-}
 
-void ExportTest::mapsAsNumbers()
-{
-    FourPs panel;
-    m_sample.load(panel, 3, {0.2, 0.8, 0.5, 0.2, 0.2, 0.8});
-    show(panel);
-    DispArea *area = surfaceOf(panel, "DataMap");
-    tick(point(panel, 1)->showMapButton(), true);
-    QVERIFY(choose(area, "Grid", m_sample.path("map.csv")));
-    QVERIFY(m_sample.read("map.csv").endsWith("\n0.2,0.8,0.5\n0.2,0.2,0.8\n"));
-    QVERIFY(m_sample.read("map.csv").contains("# FirstRow,bottom\n"));
-    QVERIFY(choose(area, "ProcessedMap", m_sample.path("map")));
-    TDData0 map;
-    QVERIFY(map.read(m_sample.path("map.dat")));
-    QCOMPARE(map.data, QVector<double>({0.2, 0.8, 0.5, 0.2, 0.2, 0.8}));
-    QCOMPARE(map.valid, QVector<bool>(6, true));
-    QCOMPARE(QSize(map.width, map.height), QSize(3, 2));
-    QCOMPARE(map.minVal, 0.2);
-    QCOMPARE(map.maxVal, 0.8);
-}
-
-void ExportTest::whatCannotBeWrittenIsTold()
-{
-    FourPs panel;
-    m_sample.load(panel);
-    show(panel);
-    for (const char *action : {"Png1", "Pdf", "Grid", "ProcessedMap"}) {
-        const QString path = m_sample.path("nowhere/x.dat");
-        QVERIFY(choose(surfaceOf(panel, "ResultMap"), action, path));
-        QCOMPARE(newMessages(panel), QStringList("Can't open the file [" + path + ']'));
-        QVERIFY(choose(surfaceOf(panel, "ResultMap"), action, QString())); // cancelled
-        QCOMPARE(newMessages(panel), QStringList());
+    void curves_data()
+    {
+        table<QString,
+              int>( // some of the lines below the comments; pixels of the map in all of them
+            {"lines", "pixels"},
+            {{"DRef1", "curve,x,y; spectrum,8350,0.8; pre-edge line,8350,0; post-edge line,8660,1",
+              0},
+             {"DMuts", "reference 1,8350,0.8; reference 2,8350,0.2; target,8350,0.5", 0},
+             {"DHistA", "counts,1.5,0", 2}, // 51 boxes about 1.5, 1.54 ... 3.5
+             {"DDMutVorA", "curve,x,y", 2}});
     }
-}
+
+    void curves()
+    {
+        QFETCH(QString, lines);
+        Shown panel;
+        DispArea *area = surfaceOf(panel, QTest::currentDataTag());
+        const QString path = m_sample.path("curves.csv");
+        QVERIFY(!choose(area, "Curves", path)); // nothing to save yet
+        m_sample.load(panel, 2, {0.2, 0.8});
+        QTRY_VERIFY(choose(area, "Curves", path));
+        const QStringList all = QString(m_sample.read("curves.csv")).split('\n');
+        QCOMPARE(all.first(), "# orvel curves V1.0");
+        for (const QString &line : lines.split("; ")) {
+            QVERIFY2(all.contains(line), qPrintable(line + '\n' + all.join('\n')));
+        }
+        int pixels = all.filter(QRegularExpression("^pixels,")).size();
+        for (const QString &line : all.filter(QRegularExpression("^counts,"))) {
+            pixels += line.section(',', 2).toInt();
+        }
+        QTEST(pixels, "pixels");
+    }
+
+    void mapsAsNumbers()
+    {
+        Shown panel(m_sample, 3, {0.2, 0.8, 0.5, 0.2, 0.2, 0.8});
+        DispArea *area = surfaceOf(panel, "DataMap");
+        tick(point(panel, 1)->showMapButton(), true);
+        QVERIFY(choose(area, "Grid", m_sample.path("map.csv")));
+        QVERIFY(m_sample.read("map.csv").endsWith("\n0.2,0.8,0.5\n0.2,0.2,0.8\n"));
+        QVERIFY(m_sample.read("map.csv").contains("# FirstRow,bottom\n"));
+        QVERIFY(choose(area, "ProcessedMap", m_sample.path("map")));
+        TDData0 map;
+        QVERIFY(map.read(m_sample.path("map.dat")));
+        QCOMPARE(map.data, QVector<double>({0.2, 0.8, 0.5, 0.2, 0.2, 0.8}));
+        QCOMPARE(map.valid, QVector<bool>(6, true));
+        QCOMPARE(QSize(map.width, map.height), QSize(3, 2));
+        QCOMPARE(map.minVal, 0.2);
+        QCOMPARE(map.maxVal, 0.8);
+    }
+
+    void whatCannotBeWrittenIsTold()
+    {
+        Shown panel(m_sample);
+        for (const char *action : {"Png1", "Pdf", "Grid", "ProcessedMap"}) {
+            const QString path = m_sample.path("nowhere/x.dat");
+            QVERIFY(choose(surfaceOf(panel, "ResultMap"), action, path));
+            QCOMPARE(newMessages(panel), QStringList("Can't open the file [" + path + ']'));
+            QVERIFY(choose(surfaceOf(panel, "ResultMap"), action, QString())); // cancelled
+            QCOMPARE(newMessages(panel), QStringList());
+        }
+    }
+
+private:
+    Sample m_sample;
+};
 
 QTEST_MAIN(ExportTest)
 

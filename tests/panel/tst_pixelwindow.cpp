@@ -4,12 +4,7 @@
 #include "panel/PixelWindow.h"
 #include "panel/plots/PixelPlot.h"
 #include "tests/TestFiles.h"
-
-#include <QLabel>
-#include <QLineEdit>
-#include <QPainter>
-#include <QPushButton>
-#include <QtTest>
+#include "tests/display/Gui.h"
 
 #include <cmath>
 
@@ -34,9 +29,9 @@ PixelReport straightReport(double sigma)
     add(7020, 0.1, false);
     add(7050, 0.0, true);
     add(7080, -0.1, false);
-    for (double energyEv = 7000; energyEv <= 7100; energyEv += 10) {
-        report.energiesEv.push_back(energyEv);
-        report.fit.push_back((energyEv - 7000) / 100);
+    for (int i = 0; i <= 10; ++i) {
+        report.energiesEv.push_back(7000 + 10 * i);
+        report.fit.push_back(i / 10.0);
         report.background.push_back(0.0);
     }
     report.references.resize(2);
@@ -94,226 +89,181 @@ class PixelWindowTest : public QObject {
     Q_OBJECT
 
 private slots:
-    void marksStandAtTheirPlaces_data();
-    void marksStandAtTheirPlaces();
-    void undeterminedNoiseHasNoMarks();
-    void numbersAreCutAtTheirDeviation_data();
-    void numbersAreCutAtTheirDeviation();
-    void csvHoldsTheReport();
-    void buttonsSave();
-    void laterReportsComeIntoTheSameWindow();
-    void wheelMagnifies();
+    void marksStandAtTheirPlaces_data()
+    {
+        window::table<int>({"fineness"}, {{"plain", 1}, {"fine", 2}});
+    }
+
+    void marksStandAtTheirPlaces()
+    {
+        QFETCH(int, fineness);
+        const PixelReport report = straightReport(kSigma);
+        const Drawing drawing(report, fineness);
+        const ChCoord &main = drawing.main;
+        const ChCoord &strip = drawing.residuals;
+        QCOMPARE(drawing.at(main, 7020, 0.3), QColor(PixelPlotColours::kDot));
+        QCOMPARE(drawing.at(main, 7050, 0.5), QColor(PixelPlotColours::kVDot));
+        QCOMPARE(drawing.at(main, 7080, 0.7), QColor(PixelPlotColours::kDot));
+        // The bar reaches one deviation up and down, and ends there.
+        for (const double sign : {1.0, -1.0}) {
+            QVERIFY(isDark(drawing.at(main, 7020, 0.3 + sign * 0.93 * kSigma)));
+            QVERIFY(isDark(drawing.at(main, 7020, 0.3 + sign * kSigma, {2.0, 0.0}))); // its cap
+            QVERIFY(isBare(drawing.at(main, 7020, 0.3 + sign * 1.15 * kSigma)));
+        }
+        QVERIFY(drawing.at(main, 7060, 0.6).blue() > drawing.at(main, 7060, 0.6).red() + 50); // fit
+        QVERIFY(isBare(drawing.at(main, 7060, 0.75)));
+
+        QCOMPARE(drawing.at(strip, 7020, 0.1), QColor(PixelPlotColours::kDot));
+        QCOMPARE(drawing.at(strip, 7080, -0.1), QColor(PixelPlotColours::kDot));
+        QCOMPARE(drawing.at(strip, 7065, 0.95 * kSigma), QColor(PixelPlotColours::kBand));
+        QCOMPARE(drawing.at(strip, 7065, -0.95 * kSigma), QColor(PixelPlotColours::kBand));
+        QVERIFY(isBare(drawing.at(strip, 7065, 1.1 * kSigma)));
+        int zero = 0; // the line lies on whole pixels
+        for (const double dy : {-1.0, 0.0, 1.0}) {
+            zero += drawing.at(strip, 7065, 0.0, {0.0, dy}) == QColor(PixelPlotColours::kZero);
+        }
+        QCOMPARE(zero, 1);
+        QCOMPARE(strip.sx(7020), main.sx(7020)); // one energy above the other
+        QVERIFY(strip.frameY1() > main.frameY0());
+    }
+
+    void undeterminedNoiseHasNoMarks()
+    {
+        PixelReport report = straightReport(kNan);
+        report.fit.assign(report.fit.size(), kNan);
+        const Drawing drawing(report, 1);
+        QVERIFY(isBare(drawing.at(drawing.main, 7020, 0.3, {0.0, -8.0})));
+        QVERIFY(isBare(drawing.at(drawing.residuals, 7065, 0.05)));
+        QVERIFY(isBare(drawing.at(drawing.main, 7060, 0.6)));
+    }
+
+    void numbersAreCutAtTheirDeviation_data()
+    {
+        window::table<double, double, QString>({"value", "sigma", "text"},
+                                               {{"two digits", 0.28242, 0.0573, "0.282 0.057"},
+                                                {"rounded up", 0.28242, 0.0996, "0.28 0.10"},
+                                                {"large", 1234.6, 56.7, "1235 57"},
+                                                {"larger", 1234.6, 567.0, "1235 567"},
+                                                {"tiny", 0.5, 3.21e-12, "0.5 3.2e-12"},
+                                                {"huge", 1.5e9, 2e7, "1.5e+09 2e+07"},
+                                                {"none", 0.28242, kNan, "0.2824 "},
+                                                {"exact", 0.25, 0.0, "0.25 0"}});
+    }
+
+    void numbersAreCutAtTheirDeviation()
+    {
+        QFETCH(double, value);
+        QFETCH(double, sigma);
+        const ShownNumber shown = shownNumber(value, sigma);
+        QTEST(shown.value + ' ' + shown.sigma, "text");
+    }
+
+    void csvHoldsTheReport()
+    {
+        const TestFiles files;
+        PixelWindow window;
+        PixelReport report = straightReport(1.0 / 3.0); // numbers to the bit
+        report.energiesEv = {7000, 7000.1};
+        report.fit = {0, 0.001};
+        report.background = {0.25, kNan};
+        window.show(report);
+        QVERIFY(window.saveCsv(files.path("pixel.csv")));
+        const QByteArray csv = files.read("pixel.csv");
+        for (const char *comment :
+             {"orvel pixel report V1.0", "method,LeastSquares", "pixel,3,7", "ratio2,0.75,0.0312",
+              "valence,2.5,nan", "amount,1.25,0.5", "noise,Given,0.3333333333333333", "freedom,1",
+              "residual,0.1"}) {
+            QVERIFY2(csv.contains(QByteArray("# ") + comment + '\n'), comment);
+        }
+        QCOMPARE(csv.mid(csv.indexOf("\nkind") + 1),
+                 QByteArray("kind,energy,measured,sigma,fitted,residual,background\n"
+                            "point,7020,0.30000000000000004,0.3333333333333333,0.2,0.1,\n"
+                            "V,7050,0.5,0.3333333333333333,0.5,0,\n"
+                            "point,7080,0.7000000000000001,0.3333333333333333,0.8,-0.1,\n"
+                            "curve,7000,,,0,,0.25\ncurve,7000.1,,,0.001,,nan\n"));
+    }
+
+    void buttonsSave()
+    {
+        const TestFiles files;
+        QString answer;
+        QStringList asked;
+        PixelWindow window(nullptr,
+                           [&](QWidget *, const QString &suggested, const QString &suffix) {
+                               asked << suggested;
+                               return answer.isEmpty() ? answer : files.path(answer + '.' + suffix);
+                           });
+        window.show(straightReport(kSigma));
+        auto *outcome = window.findChild<QLabel *>("Outcome");
+        const auto press = [&](const char *button) {
+            window.findChild<QPushButton *>(button)->click();
+        };
+        press("PngB"); // thought better of it
+        QVERIFY(outcome->text().isEmpty());
+        answer = "a";
+        press("PngB");
+        press("CsvB");
+        QCOMPARE(asked, QStringList({"pixel_3_7.png", "pixel_3_7.png", "pixel_3_7.csv"}));
+        QCOMPARE(outcome->text(), "Written: " + files.path("a.csv"));
+        QVERIFY(files.read("a.csv").startsWith("# orvel pixel report"));
+        QImage picture(files.path("a.png"));
+        picture.setDevicePixelRatio(window.picture().devicePixelRatio()); // no file keeps it
+        QCOMPARE(picture, window.picture().convertToFormat(picture.format()));
+        QVERIFY(picture.width() > 1500); // fine enough to print
+        answer = "no/such/folder";
+        press("PngB");
+        QCOMPARE(outcome->text(), "Can't write " + files.path("no/such/folder.png"));
+    }
+
+    void laterReportsComeIntoTheSameWindow()
+    {
+        QLineEdit main;
+        main.show();
+        PixelWindow window(&main);
+        window.show(PixelReport());
+        QVERIFY(!window.isVisible()); // nothing to show
+        window.show(straightReport(kSigma));
+        QVERIFY(window.isVisible() && window.isWindow() && !window.isModal());
+        QVERIFY(window.testAttribute(Qt::WA_ShowWithoutActivating));
+        main.activateWindow(); // the offscreen platform activates every window, asked or not
+        main.setFocus();
+        QTRY_VERIFY(main.hasFocus());
+        PixelReport later = straightReport(kSigma);
+        later.x = 4;
+        later.references[1].isHeld = true;
+        window.show(later);
+        QCoreApplication::processEvents();
+        QVERIFY(main.hasFocus());
+        QCOMPARE(window.windowTitle(), "Pixel (4, 7)");
+        const QString numbers = window.findChild<QLabel *>("Numbers")->text();
+        for (const char *text : {"Pixel (4, 7)", "Ratio of Ref.1", "0.250", "0.031", "at its bound",
+                                 "not determined", "t/ts", "one standard deviation", "as given"}) {
+            QVERIFY2(numbers.contains(text), text);
+        }
+        window.close();
+        window.show(later);
+        QVERIFY(window.isVisible());
+    }
+
+    void wheelMagnifies()
+    {
+        PixelWindow window;
+        window.show(straightReport(kSigma));
+        const QImage all = window.picture();
+        auto *plot = window.findChild<QWidget *>("Plot");
+        const QPointF middle = QRectF(plot->rect()).center();
+        const auto turn = [&](int units) { window::wheel(plot, middle, {0, units}); };
+        turn(120);
+        QVERIFY(window.picture() != all);
+        turn(-1200);
+        QCOMPARE(window.picture(), all); // never wider than that
+        turn(120);
+        window.show(straightReport(kSigma));
+        QVERIFY(window.picture() != all); // another pixel, the same energies
+        QTest::mouseDClick(plot, Qt::LeftButton);
+        QCOMPARE(window.picture(), all);
+    }
 };
-
-void PixelWindowTest::marksStandAtTheirPlaces_data()
-{
-    QTest::addColumn<int>("fineness");
-    QTest::newRow("plain") << 1;
-    QTest::newRow("fine") << 2;
-}
-
-void PixelWindowTest::marksStandAtTheirPlaces()
-{
-    QFETCH(int, fineness);
-    const PixelReport report = straightReport(kSigma);
-    const Drawing drawing(report, fineness);
-    const ChCoord &main = drawing.main;
-    const ChCoord &strip = drawing.residuals;
-    QCOMPARE(drawing.at(main, 7020, 0.3), QColor(PixelPlotColours::kDot));
-    QCOMPARE(drawing.at(main, 7050, 0.5), QColor(PixelPlotColours::kVDot));
-    QCOMPARE(drawing.at(main, 7080, 0.7), QColor(PixelPlotColours::kDot));
-    // The bar reaches one deviation up and down, and ends there.
-    for (const double sign : {1.0, -1.0}) {
-        QVERIFY(isDark(drawing.at(main, 7020, 0.3 + sign * 0.93 * kSigma)));
-        QVERIFY(isDark(drawing.at(main, 7020, 0.3 + sign * kSigma, {2.0, 0.0}))); // its cap
-        QVERIFY(isBare(drawing.at(main, 7020, 0.3 + sign * 1.15 * kSigma)));
-    }
-    QVERIFY(drawing.at(main, 7060, 0.6).blue() > drawing.at(main, 7060, 0.6).red() + 50); // fit
-    QVERIFY(isBare(drawing.at(main, 7060, 0.75)));
-
-    QCOMPARE(drawing.at(strip, 7020, 0.1), QColor(PixelPlotColours::kDot));
-    QCOMPARE(drawing.at(strip, 7080, -0.1), QColor(PixelPlotColours::kDot));
-    QCOMPARE(drawing.at(strip, 7065, 0.95 * kSigma), QColor(PixelPlotColours::kBand));
-    QCOMPARE(drawing.at(strip, 7065, -0.95 * kSigma), QColor(PixelPlotColours::kBand));
-    QVERIFY(isBare(drawing.at(strip, 7065, 1.1 * kSigma)));
-    int zero = 0; // the line lies on whole pixels
-    for (const double dy : {-1.0, 0.0, 1.0}) {
-        zero += drawing.at(strip, 7065, 0.0, {0.0, dy}) == QColor(PixelPlotColours::kZero);
-    }
-    QCOMPARE(zero, 1);
-    QCOMPARE(strip.sx(7020), main.sx(7020)); // one energy above the other
-    QVERIFY(strip.frameY1() > main.frameY0());
-}
-
-void PixelWindowTest::undeterminedNoiseHasNoMarks()
-{
-    PixelReport report = straightReport(kNan);
-    report.fit.assign(report.fit.size(), kNan);
-    report.points[2].fitted = report.points[2].residual = kNan;
-    const Drawing drawing(report, 1);
-    QVERIFY(isBare(drawing.at(drawing.main, 7020, 0.3, {0.0, -8.0})));
-    QVERIFY(isBare(drawing.at(drawing.residuals, 7065, 0.05)));
-    QVERIFY(isBare(drawing.at(drawing.main, 7060, 0.6)));
-    QCOMPARE(drawing.at(drawing.main, 7080, 0.7), QColor(PixelPlotColours::kDot));
-}
-
-void PixelWindowTest::numbersAreCutAtTheirDeviation_data()
-{
-    QTest::addColumn<double>("value");
-    QTest::addColumn<double>("sigma");
-    QTest::addColumn<QString>("text");
-    QTest::newRow("two digits") << 0.28242 << 0.0573 << "0.282 0.057";
-    QTest::newRow("rounded up") << 0.28242 << 0.0996 << "0.28 0.10";
-    QTest::newRow("large") << 1234.6 << 56.7 << "1235 57";
-    QTest::newRow("larger") << 1234.6 << 567.0 << "1235 567";
-    QTest::newRow("tiny") << 0.5 << 3.21e-12 << "0.5 3.2e-12";
-    QTest::newRow("huge") << 1.5e9 << 2e7 << "1.5e+09 2e+07";
-    QTest::newRow("none") << 0.28242 << kNan << "0.2824 ";
-    QTest::newRow("exact") << 0.25 << 0.0 << "0.25 0";
-}
-
-void PixelWindowTest::numbersAreCutAtTheirDeviation()
-{
-    QFETCH(double, value);
-    QFETCH(double, sigma);
-    const ShownNumber shown = shownNumber(value, sigma);
-    QTEST(shown.value + ' ' + shown.sigma, "text");
-}
-
-void PixelWindowTest::csvHoldsTheReport()
-{
-    const TestFiles files;
-    PixelWindow window;
-    PixelReport report = straightReport(1.0 / 3.0);
-    window.show(report);
-    QVERIFY(window.saveCsv(files.path("pixel.csv")));
-    QStringList comments;
-    QList<QStringList> rows;
-    for (const QString &line : QString::fromUtf8(files.read("pixel.csv")).split('\n')) {
-        if (line.startsWith("# ")) {
-            comments << line.mid(2);
-        } else if (!line.isEmpty()) {
-            rows << line.split(',');
-        }
-    }
-    for (const char *comment : {"orvel pixel report V1.0", "method,LeastSquares", "pixel,3,7",
-                                "ratio2,0.75,0.0312", "valence,2.5,nan", "amount,1.25,0.5",
-                                "noise,Given,0.3333333333333333", "freedom,1", "residual,0.1"}) {
-        QVERIFY2(comments.contains(comment), comment);
-    }
-    QCOMPARE(rows.takeFirst(), QStringList({"kind", "energy", "measured", "sigma", "fitted",
-                                            "residual", "background"}));
-    QCOMPARE(static_cast<size_t>(rows.size()), report.points.size() + report.energiesEv.size());
-    for (size_t i = 0; i < report.points.size(); ++i) {
-        const QStringList row = rows.takeFirst();
-        const PixelReport::Point &point = report.points[i];
-        QCOMPARE(row.size(), 7);
-        QCOMPARE(row[0], QString(point.isV ? "V" : "point"));
-        const double expected[] = {point.energyEv, point.measured, point.sigma, point.fitted,
-                                   point.residual};
-        for (int k = 0; k < 5; ++k) {
-            QVERIFY(row[k + 1].toDouble() == expected[k]); // to the bit
-        }
-        QVERIFY(row[6].isEmpty());
-    }
-    for (size_t i = 0; i < report.energiesEv.size(); ++i) {
-        const QStringList row = rows.takeFirst();
-        QCOMPARE(row.size(), 7);
-        QCOMPARE(row[0], QString("curve"));
-        QVERIFY(row[1].toDouble() == report.energiesEv[i] && row[4].toDouble() == report.fit[i] &&
-                row[6].toDouble() == report.background[i]);
-    }
-}
-
-void PixelWindowTest::buttonsSave()
-{
-    const TestFiles files;
-    QString answer;
-    QStringList asked;
-    PixelWindow window(nullptr, [&](QWidget *, const QString &suggested, const QString &suffix) {
-        asked << suggested;
-        return answer.isEmpty() ? answer : files.path(answer + '.' + suffix);
-    });
-    window.show(straightReport(kSigma));
-    auto *outcome = window.findChild<QLabel *>("Outcome");
-    const auto press = [&](const char *button) {
-        window.findChild<QPushButton *>(button)->click();
-    };
-    press("PngB"); // thought better of it
-    QVERIFY(outcome->text().isEmpty());
-    answer = "a";
-    press("PngB");
-    press("CsvB");
-    QCOMPARE(asked, QStringList({"pixel_3_7.png", "pixel_3_7.png", "pixel_3_7.csv"}));
-    QCOMPARE(outcome->text(), "Written: " + files.path("a.csv"));
-    QVERIFY(files.read("a.csv").startsWith("# orvel pixel report"));
-    QImage picture(files.path("a.png"));
-    picture.setDevicePixelRatio(window.picture().devicePixelRatio()); // no file keeps it
-    QCOMPARE(picture, window.picture().convertToFormat(picture.format()));
-    QVERIFY(picture.width() > 1500); // fine enough to print
-    answer = "no/such/folder";
-    press("PngB");
-    QCOMPARE(outcome->text(), "Can't write " + files.path("no/such/folder.png"));
-}
-
-void PixelWindowTest::laterReportsComeIntoTheSameWindow()
-{
-    QWidget main;
-    QLineEdit edit(&main);
-    main.show();
-    main.activateWindow();
-    edit.setFocus();
-    QTRY_VERIFY(edit.hasFocus());
-    PixelWindow window(&main);
-    window.show(PixelReport());
-    QVERIFY(!window.isVisible()); // nothing to show
-    window.show(straightReport(kSigma));
-    QVERIFY(window.isVisible() && window.isWindow());
-    QVERIFY(!window.isModal() && window.testAttribute(Qt::WA_ShowWithoutActivating));
-    QCOMPARE(window.windowTitle(), QString("Pixel (3, 7)"));
-    main.activateWindow(); // the offscreen platform activates every window, asked or not
-    QTRY_VERIFY(edit.hasFocus());
-
-    PixelReport later = straightReport(kSigma);
-    later.x = 4;
-    later.references[1].isHeld = true;
-    window.show(later);
-    QCoreApplication::processEvents();
-    QVERIFY(edit.hasFocus());
-    QCOMPARE(window.windowTitle(), QString("Pixel (4, 7)"));
-    QCOMPARE(window.report().x, 4);
-    const QString numbers = window.findChild<QLabel *>("Numbers")->text();
-    for (const char *text : {"Pixel (4, 7)", "Ratio of Ref.1", "0.250", "0.031", "at its bound",
-                             "not determined", "t/ts", "one standard deviation", "as given"}) {
-        QVERIFY2(numbers.contains(text), text);
-    }
-    window.close();
-    window.show(later);
-    QVERIFY(window.isVisible());
-}
-
-void PixelWindowTest::wheelMagnifies()
-{
-    PixelWindow window;
-    window.show(straightReport(kSigma));
-    const QImage all = window.picture();
-    auto *plot = window.findChild<QWidget *>("Plot");
-    const QPointF middle = QRectF(plot->rect()).center();
-    const auto turn = [&](int units) {
-        QWheelEvent event(middle, plot->mapToGlobal(middle.toPoint()), QPoint(), QPoint(0, units),
-                          Qt::NoButton, Qt::NoModifier, Qt::NoScrollPhase, false);
-        QCoreApplication::sendEvent(plot, &event);
-    };
-    turn(120);
-    QVERIFY(window.picture() != all);
-    turn(-1200);
-    QCOMPARE(window.picture(), all); // never wider than that
-    turn(120);
-    window.show(straightReport(kSigma));
-    QVERIFY(window.picture() != all); // another pixel, the same energies
-    QTest::mouseDClick(plot, Qt::LeftButton);
-    QCOMPARE(window.picture(), all);
-}
 
 QTEST_MAIN(PixelWindowTest)
 
