@@ -38,7 +38,7 @@ private slots:
              {"other line ends", "[Session]\r\nVersion=1\r\n[View]\r\n", true},
              {"mark", "\xEF\xBB\xBF[Session]\nVersion=1\n", true},
              {"comments and blank lines first", "; [View]\n\n# note\n  [Session]  \n", true},
-             {"second group", "[View]\n[Session]\n", false},
+             {"second group", "[View]\n[Session]\n", true},
              {"other letters", "[session]\n", false},
              {"longer name", "[Sessions]\n", false},
              {"in a value", "note=[Session]\n", false},

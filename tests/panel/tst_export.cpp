@@ -171,7 +171,7 @@ private slots:
         QVERIFY(choose(area, "Grid", m_sample.path("map.csv")));
         QVERIFY(m_sample.read("map.csv").endsWith("\n0.2,0.8,0.5\n0.2,0.2,0.8\n"));
         QVERIFY(m_sample.read("map.csv").contains("# FirstRow,bottom\n"));
-        QVERIFY(choose(area, "ProcessedMap", m_sample.path("map")));
+        QVERIFY(choose(area, "ProcessedMap", m_sample.path("map.dat")));
         TDData0 map;
         QVERIFY(map.read(m_sample.path("map.dat")));
         QCOMPARE(map.data, QVector<double>({0.2, 0.8, 0.5, 0.2, 0.2, 0.8}));
@@ -191,6 +191,9 @@ private slots:
             QVERIFY(choose(surfaceOf(panel, "ResultMap"), action, QString())); // cancelled
             QCOMPARE(newMessages(panel), QStringList());
         }
+        QVERIFY(choose(surfaceOf(panel, "ResultMap"), "Png1", m_sample.a));
+        QCOMPARE(newMessages(panel), QStringList("Writing replaces the input " + m_sample.a));
+        QVERIFY(QFileInfo(m_sample.a).size() < 500); // and is what it was
     }
 
 private:
