@@ -14,16 +14,20 @@ static DispArea *surfaceOf(const FourPs &panel, const QString &name)
     return graph ? graph->area() : at<DispMBase>(panel, name)->area();
 }
 
+const QString kByDialog = "?";
+
 /// Presses the right button and chooses; "": only looks. Returns whether the choice was offered.
 static bool choose(DispArea *area, const QString &action, const QString &path = {})
 {
-    area->findChild<ExportMenu *>()->setAskPath(
-        [path](QWidget *, const QString &, const QString &) { return path; });
+    if (path != kByDialog) {
+        area->findChild<ExportMenu *>()->setAskPath(
+            [path](QWidget *, const QString &, const QString &) { return path; });
+    }
     const QPoint middle = area->rect().center();
     QTest::mousePress(area, Qt::RightButton, Qt::NoModifier, middle);
     QContextMenuEvent event(QContextMenuEvent::Mouse, middle, area->mapToGlobal(middle));
     QCoreApplication::sendEvent(area, &event);
-    auto *menu = area->findChild<QMenu *>("ExportMenu");
+    QPointer<QMenu> menu = area->findChild<QMenu *>("ExportMenu"); // a dialog may outlive it
     if (!menu || !menu->isVisible()) {
         return false;
     }
@@ -194,6 +198,31 @@ private slots:
         QVERIFY(choose(surfaceOf(panel, "ResultMap"), "Png1", m_sample.a));
         QCOMPARE(newMessages(panel), QStringList("Writing replaces the input " + m_sample.a));
         QVERIFY(QFileInfo(m_sample.a).size() < 500); // and is what it was
+    }
+
+    /// A name without its ending, where the file with it is there.
+    void theDialogAsksAboutTheWholeName()
+    {
+        Shown panel(m_sample);
+        const QByteArray was = m_sample.read("a.dat");
+        QStringList asked;
+        QTimer::singleShot(100, &panel, [&] {
+            auto *dialog = qobject_cast<QFileDialog *>(QApplication::activeModalWidget());
+            QVERIFY(dialog);
+            QTimer::singleShot(100, dialog, [&, dialog] {
+                if (auto *box = qobject_cast<QMessageBox *>(QApplication::activeModalWidget())) {
+                    asked += box->text();
+                    box->reject();
+                }
+                dialog->reject();
+            });
+            dialog->findChild<QLineEdit *>("fileNameEdit")->setText(m_sample.path("a"));
+            QTest::keyClick(dialog->findChild<QLineEdit *>("fileNameEdit"), Qt::Key_Enter);
+        });
+        choose(surfaceOf(panel, "ResultMap"), "ProcessedMap", kByDialog);
+        QCOMPARE(asked.size(), 1);
+        QVERIFY(asked.first().contains("a.dat"));
+        QCOMPARE(m_sample.read("a.dat"), was);
     }
 
 private:

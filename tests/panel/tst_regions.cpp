@@ -92,12 +92,14 @@ private slots:
              {"Enter", triangle + "Enter", made},
              {"Return", triangle + "Return", made},
              {"on the first corner", triangle + "1.1,0.6", made},
+             {"on the first corner, twice", triangle + "double:1.1,0.6 7,3 7,1 Enter", made},
              {"near it, too early", "Shape 1,0.5 1.3,0.5 Enter", ""},
              {"still open", triangle, ""},
              {"Enter with two corners goes on", "Shape 1,0.5 5,0.5 Enter 5,3.5 Enter", made},
              {"Escape, then another", "Shape 2,2 3,3 4,1 Escape Enter 1,0.5 5,0.5 5,3.5 Enter",
               made},
              {"Backspace", "Shape 1,0.5 5,0.5 2,2 Backspace 5,3.5 Enter", made},
+             {"Backspace removes no region", triangle + "Enter Backspace", made},
              {"a double click is one corner", "Shape 1,0.5 double:5,0.5 5,3.5 Enter", made},
              {"kept within the map", "Shape -1,1 9,1 9,5 Enter", "1 Polygon 0 1 8 1 8 4*"},
              {"without a pixel", "Shape 1,1 1.3,1 1.3,1.3 Enter", ""},
@@ -210,6 +212,12 @@ private slots:
         map.shape->setCurrentIndex(1);
         map.click(1, 1);
         QCOMPARE(refused.count(), 3);
+        map.tool->setRegions({});
+        map.click(1, 1);
+        map.click(1.3, 1);
+        map.click(1.3, 1.3);
+        map.key(Qt::Key_Enter); // holds no pixel
+        QCOMPARE(refused.count(), 4);
     }
 
     void outlinesShowOnAnyPalette()

@@ -104,6 +104,16 @@ private slots:
         QVERIFY(isSameState(panel.state(), before));
         QTest::keyClick(other, Qt::Key_Z, Qt::ControlModifier | Qt::ShiftModifier);
         QCOMPARE(edit->text(), text + "12");
+        // Once it counts, the field has no steps of its own, and messages never have any.
+        edit->setFocus();
+        QTest::keyClicks(edit, "3");
+        QTest::keyClick(edit, Qt::Key_Enter);
+        QTest::keyClick(edit, Qt::Key_Z, Qt::ControlModifier);
+        QCOMPARE(panel.state().texts.edgeE.value_or(QString()), text + "12");
+        auto *box = at<QPlainTextEdit>(panel, "Message");
+        box->setPlainText("told");
+        QTest::keyClick(box, Qt::Key_Z, Qt::ControlModifier);
+        QCOMPARE(box->toPlainText().left(4) + edit->text(), "told" + text);
     }
 
     void unchangedFilesAreNotReadAgain()
@@ -142,6 +152,17 @@ private slots:
         newMessages(panel);
         undoAction(panel)->trigger(); // the grid
         QCOMPARE(newMessages(panel), QStringList());
+        // What no map depends on, while a valence waits for "Calc.".
+        perform(panel, "type R1.Valence 5");
+        QCoreApplication::processEvents();
+        perform(panel, "click RecMut0");
+        QCoreApplication::processEvents();
+        undoAction(panel)->trigger();
+        redoAction(panel)->trigger();
+        QCOMPARE(newMessages(panel), QStringList());
+        undoAction(panel)->trigger();
+        undoAction(panel)->trigger(); // the valence
+        newMessages(panel);
         undoAction(panel)->trigger();
         QCOMPARE(newMessages(panel).size(), once);
         redoAction(panel)->trigger();
