@@ -2,6 +2,7 @@
 
 #include "display/ChCoord.h"
 #include "display/DrawText.h"
+#include "display/Letters.h"
 
 #include <QFontMetricsF>
 #include <QPainter>
@@ -60,7 +61,7 @@ TextPlaces usualPlaces(const ChCoord &coord)
             {QPointF(coord.frameX0(), y),
              QSizeF(coord.frameX1() - coord.frameX0(), labelHeight(coord))},
             {row, 0.0, row, std::fabs(coord.areaY0() - coord.areaY1())},
-            kLargestPoints};
+            kLargestPoints * letterScale()};
 }
 
 /// On a small surface rows of the usual kind are a few pixels high and the titles run into the
@@ -68,10 +69,10 @@ TextPlaces usualPlaces(const ChCoord &coord)
 /// y axis beside the frame instead of below it, and the titles between the numbers.
 TextPlaces smallPlaces(const ChCoord &coord, const QFont &base)
 {
-    constexpr double kPoints = 7.5;
+    const double points = 7.5 * letterScale();
     constexpr double kBeside = 3.0; // pixels
     QFont font = base;
-    font.setPointSizeF(kPoints);
+    font.setPointSizeF(points);
     const QFontMetricsF metrics(font);
     const double height = std::ceil(metrics.height());
     const auto widthOf = [&](double value) {
@@ -83,7 +84,7 @@ TextPlaces smallPlaces(const ChCoord &coord, const QFont &base)
     const double from = widthOf(coord.xMin());
     const double to = widthOf(coord.xMax());
     TextPlaces places;
-    places.largestPoints = kPoints;
+    places.largestPoints = points;
     places.yMax = {0.0, std::max(0.0, coord.frameY1() - kBeside), left, height};
     places.yMin = {0.0, coord.frameY0() + 1.0 - height, left, height};
     // The lower number keeps to the left of the frame, or a title of some letters had no room.
@@ -107,8 +108,9 @@ bool isSmallPlot(const ChCoord &coord)
 {
     constexpr double kWidth = 300.0;
     constexpr double kHeight = 170.0;
-    return std::fabs(coord.areaX1() - coord.areaX0()) < kWidth ||
-           std::fabs(coord.areaY1() - coord.areaY0()) < kHeight;
+    const double scale = letterPixelScale();
+    return std::fabs(coord.areaX1() - coord.areaX0()) < kWidth * scale ||
+           std::fabs(coord.areaY1() - coord.areaY0()) < kHeight * scale;
 }
 
 void drawPlotFrame(QPainter &painter, const ChCoord &coord, bool clearMargins)

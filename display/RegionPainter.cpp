@@ -1,6 +1,7 @@
 #include "display/RegionPainter.h"
 
 #include "display/ChCoord.h"
+#include "display/Letters.h"
 
 #include <QPainter>
 
@@ -25,7 +26,7 @@ void drawLabel(QPainter &painter, const ChCoord &coord, const QPointF &corner,
                const OutlinedShape &shape)
 {
     QFont font = painter.font();
-    font.setPixelSize(12);
+    font.setPixelSize(qRound(12 * letterPixelScale()));
     font.setBold(true);
     painter.setFont(font);
     constexpr double kBeside = 3.0;

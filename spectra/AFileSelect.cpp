@@ -1,5 +1,6 @@
 #include "spectra/AFileSelect.h"
 
+#include "display/LightFields.h"
 #include "ui_AFileSelect.h"
 
 #include <QAction>
@@ -70,6 +71,7 @@ void AFileSelect::setMode(int mode)
     m_ui->FileName->setReadOnly(!saving);
     m_ui->FileName->setStyleSheet(saving ? QStringLiteral("background-color: rgb(255, 255, 255);")
                                          : QStringLiteral("background-color: rgb(255, 255, 220);"));
+    orvel::inkLightFields(*this);
 }
 
 void AFileSelect::setMultiple(bool f)

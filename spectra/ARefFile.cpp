@@ -1,11 +1,13 @@
 #include "spectra/ARefFile.h"
 
+#include "display/LightFields.h"
 #include "spectra/AXafsFileSelect.h"
 #include "ui_ARefFile.h"
 
 ARefFile::ARefFile(QWidget *parent) : QFrame(parent), m_ui(std::make_unique<Ui::ARefFile>())
 {
     m_ui->setupUi(this);
+    orvel::inkLightFields(*this);
     connect(m_ui->UseCB, &QCheckBox::toggled, this, &ARefFile::changedUse);
     connect(m_ui->XafsFS, &AXafsFileSelect::selectedFile, this, &ARefFile::selectedFile);
     connect(m_ui->XafsFS, &AXafsFileSelect::foundNewEdge, this, &ARefFile::foundNewEdge);

@@ -2,6 +2,7 @@
 
 #include "display/CurvePainter.h"
 #include "display/DispABase.h"
+#include "display/Letters.h"
 #include "display/PlotFrame.h"
 #include "text/ReadFailure.h"
 
@@ -31,25 +32,26 @@ constexpr double kRowAbove = 11.0; ///< pixels, of a text over the frame of a sm
 /// A text that stays legible where lines run behind it.
 void drawOverCurves(QPainter &painter, const QRectF &box, const QString &text)
 {
-    constexpr double kPoints = 10.0;
+    const double points = 10.0 * orvel::letterScale();
     QFont font = painter.font();
-    font.setPointSizeF(kPoints);
+    font.setPointSizeF(points);
     QRectF behind = box;
     behind.setWidth(std::min(box.width(), QFontMetricsF(font).horizontalAdvance(text)));
     painter.fillRect(behind, QColor(255, 255, 255, 200));
     painter.setPen(Qt::black);
     DrawText::drawFittedText(&painter, box, painter.font(), DrawText::kLeft, DrawText::Fit, text,
-                             kPoints);
+                             points);
 }
 
 void drawAboveFrame(QPainter &painter, const QRectF &frame, const QString &text)
 {
-    constexpr double kPoints = 7.5;
-    constexpr double kLine = 13.0; // letters with much above them leave the row by that alone
+    const double line =
+        13.0 *
+        orvel::letterPixelScale(); // letters with much above them leave the row by that alone
     painter.setPen(Qt::black);
-    DrawText::drawFittedText(&painter,
-                             {frame.left(), frame.top() - kLine + 0.5, frame.width(), kLine},
-                             painter.font(), DrawText::kLeft, DrawText::Fit, text, kPoints);
+    DrawText::drawFittedText(
+        &painter, {frame.left(), frame.top() - line + 0.5, frame.width(), line}, painter.font(),
+        DrawText::kLeft, DrawText::Fit, text, 7.5 * orvel::letterScale());
 }
 
 } // namespace
@@ -117,7 +119,7 @@ void AXafsFileSelect::draw(QStylePainter *p)
     ChCoord &coord = *m_panel->coord();
     const bool isSmall = orvel::isSmallPlot(coord);
     if (isSmall) { // inside the frame the text would cover the white line
-        coord.setTopMargin(kRowAbove / m_panel->area()->height());
+        coord.setTopMargin(kRowAbove * orvel::letterPixelScale() / m_panel->area()->height());
     }
     coord.setFrameByMargins();
     m_panel->setTitles(tr("Eng.[eV]"), tr("mut"));
@@ -160,7 +162,10 @@ void AXafsFileSelect::draw(QStylePainter *p)
     if (isSmall) {
         drawAboveFrame(*p, frame, text);
     } else {
-        drawOverCurves(*p, {frame.left() + 4, frame.top() + 2, frame.width() * 0.6, 14}, text);
+        drawOverCurves(*p,
+                       {frame.left() + 4, frame.top() + 2, frame.width() * 0.6,
+                        14 * orvel::letterPixelScale()},
+                       text);
     }
 }
 
