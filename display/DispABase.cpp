@@ -1,5 +1,7 @@
 #include "display/DispABase.h"
 
+#include "display/Letters.h"
+#include "display/LightFields.h"
 #include "display/NumberEdit.h"
 #include "display/PlotFrame.h"
 #include "display/PopBase.h"
@@ -28,6 +30,7 @@ DispABase::DispABase(QWidget *parent)
       m_popBase(std::make_unique<PopBase>())
 {
     m_ui->setupUi(this);
+    orvel::inkLightFields(*this);
     const DispArea *surface = m_ui->DispA;
     connect(surface, &DispArea::nowPos, this, &DispABase::receiveNowPos);
     connect(surface, &DispArea::draw, this, &DispABase::receiveDraw);
@@ -89,6 +92,10 @@ void DispABase::receiveNowPos(double rx, double ry)
 {
     orvel::showNumber(m_ui->XPos, rx);
     orvel::showNumber(m_ui->YPos, ry);
+    if (area()->hasFocus()) { // for who cannot see the fields
+        area()->setAccessibleDescription(
+            QStringLiteral("x %1, y %2").arg(m_ui->XPos->text(), m_ui->YPos->text()));
+    }
 }
 
 void DispABase::receiveDraw(QStylePainter *p)
@@ -124,6 +131,7 @@ void DispABase::popDock()
 {
     if (m_isPoppedOut) {
         m_popBase->dock(m_ui->DispABFrame, m_ui->gridLayout);
+        setTabOrder(m_ui->PopDockB, area()); // or it would come after everything
     } else {
         m_popBase->popOut(m_ui->DispABFrame, m_ui->gridLayout, title());
     }
@@ -138,17 +146,18 @@ void DispABase::clearScale()
 /// In a narrow panel smaller letters keep the title whole.
 void DispABase::fitTitle()
 {
-    constexpr double kLargest = 8.0;
-    constexpr double kSmallest = 6.0;
+    const double largest = 8.0 * orvel::letterScale();
+    const double smallest = 6.0 * orvel::letterScale();
     constexpr double kStep = 0.5;
     constexpr int kMargins = 12; // of the panel, its head and the gap before the button
-    const int room = width() - m_ui->PopDockB->width() - kMargins;
+    const int room =
+        width() - m_ui->PopDockB->width() - qRound(kMargins * orvel::letterPixelScale());
     QFont font = m_ui->Title->font();
-    font.setPointSizeF(kLargest);
+    font.setPointSizeF(largest);
     const int wanted = QFontMetrics(font).horizontalAdvance(title());
     if (wanted > room) {
-        const double fitting = std::floor(kLargest * room / wanted / kStep) * kStep;
-        font.setPointSizeF(qBound(kSmallest, fitting, kLargest));
+        const double fitting = std::floor(largest * room / wanted / kStep) * kStep;
+        font.setPointSizeF(qBound(smallest, fitting, largest));
     }
     if (font != m_ui->Title->font()) {
         m_ui->Title->setFont(font);
@@ -160,7 +169,8 @@ void DispABase::resizeEvent(QResizeEvent *event)
     QFrame::resizeEvent(event);
     fitTitle();
     // Once the window is laid out: each of its steps on the way would do it all over again.
-    QTimer::singleShot(0, this, [this] { showReadOuts(height() >= kLow); });
+    QTimer::singleShot(0, this,
+                       [this] { showReadOuts(height() >= kLow * orvel::letterPixelScale()); });
 }
 
 void DispABase::showReadOuts(bool on)

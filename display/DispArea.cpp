@@ -1,5 +1,6 @@
 #include "display/DispArea.h"
 
+#include "display/Letters.h"
 #include "display/MarkLines.h"
 #include "ui_DispArea.h"
 
@@ -22,7 +23,12 @@ int modifiersOf(int modifiers)
 
 } // namespace
 
-DispArea::DispArea(QWidget *parent) : QFrame(parent), m_ui(std::make_unique<Ui::DispArea>())
+DispArea::DispArea(QWidget *parent)
+    : QFrame(parent), m_ui(std::make_unique<Ui::DispArea>()),
+      m_keys(new orvel::KeyPointer(this, [this] {
+          clearRange();
+          update();
+      }))
 {
     m_ui->setupUi(this);
     setMouseTracking(true);
@@ -43,6 +49,7 @@ void DispArea::paintEvent(QPaintEvent * /*event*/)
 {
     QStylePainter painter(this);
     paintOn(painter);
+    m_keys->paint(painter);
 }
 
 void DispArea::paintOn(QStylePainter &painter)
@@ -65,18 +72,18 @@ void DispArea::paintOn(QStylePainter &painter)
 void DispArea::keepLabelsReadable()
 {
     constexpr int kMostRows = 20;
-    constexpr double kLeft = 36.0;
-    constexpr double kBelow = 17.0;
+    const double scale = orvel::letterPixelScale();
+    const double left = 36.0 * scale;
     const auto fraction = [](double least, double pixels, int extent) {
         return qBound(least, pixels / qMax(1, extent), 0.3);
     };
-    const double below = fraction(0.1, kBelow, height());
+    const double below = fraction(0.1, 17.0 * scale, height());
     constexpr double kRight = 0.05;
     constexpr double kTop = 0.05;
-    m_coord.setMargins(fraction(0.1, kLeft, width()), kRight, kTop, below);
+    m_coord.setMargins(fraction(0.1, left, width()), kRight, kTop, below);
     const double frame = height() * (1.0 - below - kTop);
     // Pixels; on a narrow surface small enough for both numbers and a title side by side.
-    const double row = qBound(10.0, qMin(frame / 6.0, 0.07 * width()), 16.0);
+    const double row = qBound(10.0, qMin(frame / 6.0, 0.07 * width()), 16.0 * scale);
     m_coord.setLabelRows(qBound(1, static_cast<int>(frame / row), kMostRows));
 }
 

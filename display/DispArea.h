@@ -2,6 +2,7 @@
 
 #include "display/ChCoord.h"
 #include "display/DrawText.h"
+#include "display/KeyPointer.h"
 #include "display/MouseC.h"
 
 #include <QFrame>
@@ -18,7 +19,9 @@ class DispArea;
 /// The drawing surface of one plot. It owns the coordinates and what the mouse does with them:
 /// the wheel zooms about the pointer, shift-drag pans, a double click asks for the plot's natural
 /// range again, a plain drag moves marker lines. What is painted is up to whoever takes draw(). The
-/// right button does nothing but open a menu: no signal tells of it.
+/// right button does nothing but open a menu: no signal tells of it. Tab brings the focus to it,
+/// and keys then do what the mouse does (KeyPointer), but 0 and Home tell nobody that they show
+/// all.
 class DispArea : public QFrame {
     Q_OBJECT
 
@@ -29,6 +32,7 @@ public:
     ChCoord *coord() { return &m_coord; }
     DrawText *drawText() { return &m_drawText; }
     MouseC *mouse() { return &m_mouse; }
+    orvel::KeyPointer *keys() { return m_keys; }
 
     /// Whether it was painted at least once.
     bool wasPainted() const { return m_wasPainted; }
@@ -74,6 +78,7 @@ private:
 
     std::unique_ptr<Ui::DispArea> m_ui;
     MouseC m_mouse;
+    orvel::KeyPointer *m_keys; ///< a child
     ChCoord m_coord;
     bool m_wasPainted = false;
     bool m_isRangeSet = false;

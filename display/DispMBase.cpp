@@ -1,5 +1,6 @@
 #include "display/DispMBase.h"
 
+#include "display/LightFields.h"
 #include "display/NumberEdit.h"
 #include "display/Pictures.h"
 #include "display/PopBase.h"
@@ -8,11 +9,17 @@
 
 #include <QEvent>
 
+#include <cmath>
+
 DispMBase::DispMBase(QWidget *parent)
     : QFrame(parent), m_ui(std::make_unique<Ui::DispMBase>()),
       m_popBase(std::make_unique<PopBase>())
 {
     m_ui->setupUi(this);
+    orvel::inkLightFields(*this);
+    m_ui->DispA->keys()->setStep([this](const QPointF &from, const QPoint &direction) {
+        return nextPixel(from, direction);
+    });
     const DispArea *surface = m_ui->DispA;
     connect(surface, &DispArea::draw, this, &DispMBase::receiveDraw);
     connect(this, &DispMBase::draw, m_popBase.get(), &PopBase::update);
@@ -72,6 +79,28 @@ void DispMBase::showValue(const QString &text)
 {
     m_ui->Val->setText(text);
     m_ui->Val->setCursorPosition(0);
+    if (area()->hasFocus()) { // for who cannot see the fields
+        area()->setAccessibleDescription(
+            QStringLiteral("x %1, y %2: %3").arg(m_ui->XPos->text(), m_ui->YPos->text(), text));
+    }
+}
+
+/// The centre of the pixel beside the one at a place of the screen, or of the very pixel where it
+/// is not in its centre across; at least a pixel of the screen away, where those of the map are
+/// finer.
+QPointF DispMBase::nextPixel(const QPointF &from, const QPoint &direction) const
+{
+    const ChCoord &coord = *this->coord();
+    const double x = coord.sx(std::floor(coord.rx(from.x())) + 0.5 + direction.x());
+    const double y = coord.sy(std::floor(coord.ry(from.y())) + 0.5 - direction.y());
+    QPointF to = from + direction;
+    if (direction.x() != 0 && std::fabs(x - from.x()) >= 1.0) {
+        to.setX(x);
+    }
+    if (direction.y() != 0 && std::fabs(y - from.y()) >= 1.0) {
+        to.setY(y);
+    }
+    return to;
 }
 
 void DispMBase::addToHeader(QWidget *widget)
@@ -139,6 +168,10 @@ void DispMBase::popDock()
         m_popBase->popOut(m_ui->DispABFrame, m_ui->gridLayout, title());
     } else {
         m_popBase->dock(m_ui->DispABFrame, m_ui->gridLayout);
+        const QList<QWidget *> order = {m_ui->PopDockB, area(), m_ui->MaxV, bar(), m_ui->MinV};
+        for (int i = 1; i < order.size(); ++i) { // or they would come after everything
+            setTabOrder(order[i - 1], order[i]);
+        }
     }
     m_isDocked = !m_isDocked;
 }

@@ -66,6 +66,7 @@ protected:
 
 private:
     void showLimits();
+    QPointF nextPixel(const QPointF &from, const QPoint &direction) const;
 
     std::unique_ptr<Ui::DispMBase> m_ui;
     bool m_isDocked = true;

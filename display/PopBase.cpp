@@ -3,6 +3,7 @@
 #include "ui_PopBase.h"
 
 #include <QCloseEvent>
+#include <QKeyEvent>
 
 #include <algorithm>
 
@@ -40,6 +41,15 @@ void PopBase::update()
     });
     if (!isPainting) {
         QFrame::update();
+    }
+}
+
+void PopBase::keyPressEvent(QKeyEvent *event)
+{
+    if (event->key() == Qt::Key_Escape) {
+        close();
+    } else {
+        QFrame::keyPressEvent(event);
     }
 }
 

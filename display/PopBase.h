@@ -32,6 +32,7 @@ signals:
 
 protected:
     void closeEvent(QCloseEvent *event) override;
+    void keyPressEvent(QKeyEvent *event) override; ///< Escape closes
 
 private:
     std::unique_ptr<Ui::PopBase> m_ui;

@@ -1,9 +1,11 @@
 #include "display/cBar.h"
 
+#include "display/KeyPointer.h"
 #include "ui_cBar.h"
 
 #include <QActionGroup>
 #include <QContextMenuEvent>
+#include <QCoreApplication>
 #include <QIcon>
 #include <QMenu>
 #include <QMouseEvent>
@@ -135,11 +137,7 @@ void cBar::paintEvent(QPaintEvent * /*event*/)
     m_coord.setArea(0, height(), width(), 0);
     m_lines = orvel::drawColourBar(painter, m_coord, m_scale);
     if (hasFocus() && window()->testAttribute(Qt::WA_KeyboardFocusChange)) {
-        // Black and white, to be seen on every palette; the style's own frame is not.
-        painter.setPen(Qt::black);
-        painter.drawRect(rect().adjusted(0, 0, -1, -1));
-        painter.setPen(Qt::white);
-        painter.drawRect(rect().adjusted(1, 1, -2, -2));
+        orvel::paintFocusFrame(painter, *this);
     }
 }
 
@@ -159,13 +157,18 @@ void cBar::mousePressEvent(QMouseEvent *event)
 void cBar::mouseMoveEvent(QMouseEvent *event)
 {
     m_mouse.moved(*event);
-    if (!m_mouse.isHeld()) {
-        return;
+    if (m_mouse.isHeld()) {
+        dragTo(m_mouse.y());
     }
+}
+
+/// The line that was taken last to a row of the screen, which may lie outside.
+void cBar::dragTo(double y)
+{
     const double upperIndex = m_scale.upperIndex();
     const double lowerIndex = orvel::ColourScale::lowerIndex();
-    const double upper = m_dragged == UpperLine ? m_mouse.y() : m_coord.sy(upperIndex);
-    const double lower = m_dragged == LowerLine ? m_mouse.y() : m_coord.sy(lowerIndex);
+    const double upper = m_dragged == UpperLine ? y : m_coord.sy(upperIndex);
+    const double lower = m_dragged == LowerLine ? y : m_coord.sy(lowerIndex);
     if (upper != lower) {
         const double perPixel = (upperIndex - lowerIndex) / (upper - lower);
         m_scale.setStretch((height() - lower) * perPixel + lowerIndex,
@@ -186,6 +189,40 @@ void cBar::mouseDoubleClickEvent(QMouseEvent *event)
     m_mouse.doubleClicked(*event);
     m_scale.setStretch(orvel::ColourScale::lowerIndex(), m_scale.upperIndex());
     update();
+}
+
+void cBar::keyPressEvent(QKeyEvent *event)
+{
+    constexpr int kFast = 10;
+    const bool isShift = (event->modifiers() & Qt::ShiftModifier) != 0;
+    const int step = (event->modifiers() & Qt::ControlModifier) != 0 ? kFast : 1;
+    switch (event->key()) {
+    case Qt::Key_Up:
+    case Qt::Key_Down:
+        m_dragged = isShift ? LowerLine : UpperLine;
+        dragTo(m_coord.sy(isShift ? orvel::ColourScale::lowerIndex() : m_scale.upperIndex()) +
+               (event->key() == Qt::Key_Up ? -step : step));
+        return;
+    case Qt::Key_0:
+    case Qt::Key_Home:
+    case Qt::Key_Return:
+    case Qt::Key_Enter: { // as the mouse does it, for who watches its events
+        QMouseEvent twice(QEvent::MouseButtonDblClick, rect().center(), Qt::LeftButton,
+                          Qt::LeftButton, Qt::NoModifier);
+        QCoreApplication::sendEvent(this, &twice);
+        return;
+    }
+    case Qt::Key_F10:
+        if (isShift) {
+            QContextMenuEvent menu(QContextMenuEvent::Keyboard, rect().center());
+            contextMenuEvent(&menu);
+            return;
+        }
+        break;
+    default:
+        break;
+    }
+    QFrame::keyPressEvent(event);
 }
 
 QSize cBar::stripSize() const

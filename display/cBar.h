@@ -14,7 +14,9 @@ class cBar;
 }
 
 /// The colour bar beside a map. Its two limit lines can be dragged, which stretches the palette; a
-/// double click undoes that. A menu (right button or menu key) chooses the palette.
+/// double click undoes that. A menu (right button or menu key) chooses the palette. Keys: up and
+/// down move the upper line, with shift the lower one, with control by ten pixels; 0, Home and
+/// Enter undo that; Shift+F10 opens the menu.
 class cBar : public QFrame {
     Q_OBJECT
 
@@ -54,10 +56,12 @@ protected:
     void mouseReleaseEvent(QMouseEvent *event) override;
     void mouseDoubleClickEvent(QMouseEvent *event) override;
     void contextMenuEvent(QContextMenuEvent *event) override;
+    void keyPressEvent(QKeyEvent *event) override;
 
 private:
     enum DraggedLine { UpperLine = 0, LowerLine = 1 };
 
+    void dragTo(double y);
     void fillMenu(QMenu &menu);
     QSize stripSize() const;
 

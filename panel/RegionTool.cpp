@@ -56,7 +56,7 @@ void RegionTool::setActive(bool on)
     m_isActive = on;
     m_isHeld = false;
     m_hasJustEnded = false;
-    m_surface->setFocusPolicy(on ? Qt::ClickFocus : Qt::NoFocus);
+    m_surface->setFocusPolicy(on ? Qt::StrongFocus : Qt::TabFocus);
     if (on) {
         m_surface->setCursor(Qt::CrossCursor);
     } else {
