@@ -3,7 +3,9 @@
 #include "display/CColors.h"
 #include "display/DispABase.h"
 #include "display/ExportMenu.h"
+#include "display/LargeForm.h"
 #include "display/NumberEdit.h"
+#include "panel/AccessibleNames.h"
 #include "panel/TabOrder.h"
 #include "panel/ToolTips.h"
 #include "panel/WaitCursor.h"
@@ -106,6 +108,9 @@ EnergyAdviserDialog::EnergyAdviserDialog(std::function<orvel::AnalysisInput()> r
       m_readInput(std::move(readInput))
 {
     m_ui->setupUi(this);
+    const QSize leastPlot = m_ui->Plot->minimumSize();
+    orvel::enlargeForm(*this);
+    m_ui->Plot->setMinimumSize(leastPlot); // or the window would not fit on a screen
     if (parent) {
         setFont(parent->font()); // a window would not take it
     }
@@ -129,10 +134,13 @@ EnergyAdviserDialog::EnergyAdviserDialog(std::function<orvel::AnalysisInput()> r
     m_ui->Plot->setTitle(tr("References, each by its edge jump"));
     m_ui->Plot->setTitlesPainted(true, true);
     m_ui->Plot->findChild<QWidget *>(QStringLiteral("PopDockB"))->hide(); // a window already
+    m_ui->Figures->setTabKeyNavigation(false); // Tab goes on, arrows stay inside
+    inkHints();
     orvel::setToolTips(*this);
+    orvel::setAccessibleNames(*this);
     orvel::orderTabsByLayout(this);
     connectFields();
-    resize(940, 640);
+    resize(orvel::largeWindow({940, 640}));
 }
 
 EnergyAdviserDialog::~EnergyAdviserDialog() = default;
@@ -244,9 +252,25 @@ void EnergyAdviserDialog::setTexts(const orvel::AdviserTexts &texts)
     showOutdated(true);
 }
 
+/// Palettes that tell nothing of placeholders leave them dark on dark.
+void EnergyAdviserDialog::inkHints()
+{
+    for (QLineEdit *field : {m_ui->Low, m_ui->High}) {
+        QColor hint = palette().color(QPalette::Text); // that of the field may follow later
+        constexpr double kPale = 0.75;
+        hint.setAlphaF(kPale);
+        QPalette own;
+        own.setColor(QPalette::PlaceholderText, hint);
+        field->setPalette(own);
+    }
+}
+
 void EnergyAdviserDialog::changeEvent(QEvent *event)
 {
     QDialog::changeEvent(event);
+    if (event->type() == QEvent::PaletteChange) {
+        inkHints();
+    }
     if (event->type() == QEvent::ActivationChange && isActiveWindow() && isVisible() &&
         !isSame(m_input, m_readInput())) {
         showOutdated(true);

@@ -55,6 +55,7 @@ protected:
 
 private:
     void makeParts();
+    void inkHints();
     void connectFields();
     void advise();
     void takeInput();

@@ -2,9 +2,13 @@
 
 #include "display/DispMBase.h"
 #include "display/Histgram.h"
+#include "display/LargeForm.h"
+#include "display/Letters.h"
+#include "display/LightFields.h"
 #include "display/NumberEdit.h"
 #include "display/cBar.h"
 #include "images/AEPoint.h"
+#include "panel/AccessibleNames.h"
 #include "panel/AdvancedPanel.h"
 #include "panel/EnergyAdviserDialog.h"
 #include "panel/Manual.h"
@@ -12,6 +16,7 @@
 #include "panel/PointHeader.h"
 #include "panel/RegionPanel.h"
 #include "panel/SessionKeeper.h"
+#include "panel/Shortcuts.h"
 #include "panel/TabOrder.h"
 #include "panel/ToolTips.h"
 #include "session/ResultPaths.h"
@@ -38,16 +43,19 @@ using orvel::kReferenceRows;
 
 namespace {
 
-constexpr double kPointSize = 9.0;
-constexpr double kSmallPointSize = 8.0; ///< of what stands side by side by the dozen
+constexpr double kSmall = 8.0 / 9.0; ///< letters of what stands side by side by the dozen
+
+/// With letters so much larger the window scrolls as a whole, and inputs that scroll inside of it
+/// would hide twice.
+constexpr double kScrolledAsAWhole = 1.3;
 
 /// Gives buttons the width of their texts; a style's least width would cost the fields theirs.
 void shrinkButtons(QWidget *form)
 {
     for (QPushButton *button : form->findChildren<QPushButton *>()) {
         const int text = button->fontMetrics().horizontalAdvance(button->text());
-        constexpr int kAround = 12;
-        button->setFixedWidth(text + kAround);
+        constexpr double kAround = 12.0;
+        button->setFixedWidth(text + qRound(kAround * orvel::letterPixelScale()));
     }
 }
 
@@ -58,11 +66,12 @@ FourPs::FourPs(QWidget *parent)
       m_pool(std::make_shared<orvel::ColumnPool>())
 {
     m_ui->setupUi(this);
-    QFont compact = font(); // many fields have to stand side by side
-    compact.setPointSizeF(qMin(compact.pointSizeF(), kPointSize));
+    orvel::enlargeForm(*this);
+    QFont compact = font();
+    compact.setPointSizeF(orvel::compactPoints());
     setFont(compact);
     for (QWidget *widget : findChildren<QWidget *>()) {
-        if (!widget->styleSheet().isEmpty() && widget->font().pointSizeF() > kPointSize) {
+        if (!widget->styleSheet().isEmpty() && widget->font().pointSizeF() > compact.pointSizeF()) {
             widget->setFont(compact); // a style sheet keeps a widget from inheriting it
         }
     }
@@ -80,7 +89,10 @@ FourPs::FourPs(QWidget *parent)
     m_ui->DispFSelect->setMultiple(true);
     m_ui->Disps->panel(Displays::DMuts)->area()->setMarkLines(&m_energyLines);
     makeHints();
+    orvel::inkLightFields(*this);
     orvel::setToolTips(*this);
+    orvel::setSplitterKeys(*this);
+    orvel::setAccessibleNames(*this);
     for (QLineEdit *field : {m_ui->CalcRes, m_ui->TargetDMut, m_ui->LCFRes}) {
         orvel::showTextInToolTip(field);
     }
@@ -102,6 +114,7 @@ FourPs::FourPs(QWidget *parent)
     enableWhatCounts();
     shrinkButtons(this);
     orvel::orderTabsByLayout(this);
+    orvel::setShortcuts(*this);
     m_ui->Inputs->installEventFilter(this);
     // More room goes to the plots first.
     m_ui->MainSplitter->setStretchFactor(0, 1);
@@ -155,6 +168,9 @@ bool FourPs::eventFilter(QObject *object, QEvent *event)
         m_ui->InputScroll->setMinimumWidth(
             m_ui->Inputs->minimumSizeHint().width() +
             m_ui->InputScroll->verticalScrollBar()->sizeHint().width());
+        if (orvel::letterPixelScale() > kScrolledAsAWhole) {
+            m_ui->InputScroll->setMinimumHeight(m_ui->Inputs->minimumSizeHint().height());
+        }
         shareWidth();
     }
     return QFrame::eventFilter(object, event);
@@ -180,6 +196,7 @@ void FourPs::makeRows()
 {
     for (int n = 0; n < kReferenceRows; ++n) {
         auto *row = new ARefFile(this);
+        orvel::enlargeForm(*row);
         row->setName(tr("Ref %1").arg(n + 1));
         row->selector()->setDisplay(
             m_ui->Disps->panel(static_cast<Displays::DispId>(Displays::DRef1 + n)));
@@ -195,6 +212,7 @@ void FourPs::makeRows()
     auto *shown = new QButtonGroup(this);
     for (int i = 0; i < kPointRows; ++i) {
         auto *row = new AEPoint(this);
+        orvel::enlargeForm(*row);
         row->setNumber(tr("%1").arg(i + 1) + QStringLiteral(":  "));
         m_points[static_cast<size_t>(i)] = row;
         shown->addButton(row->showMapButton(), i);
@@ -220,7 +238,7 @@ void FourPs::makeRows()
 void FourPs::fitFields()
 {
     QFont small = font();
-    small.setPointSizeF(qMin(small.pointSizeF(), kSmallPointSize));
+    small.setPointSizeF(kSmall * small.pointSizeF());
     QList<QWidget *> crowded = {m_ui->HgSelectF, m_ui->MapSelectF, m_regions,
                                 m_ui->CalcRes,   m_ui->LCFRes,     findChild<PointHeader *>()};
     for (int i = 0; i < orvel::kQuantities; ++i) {
@@ -237,6 +255,17 @@ void FourPs::fitFields()
     }
     for (QWidget *widget : crowded) {
         widget->setFont(small);
+    }
+    if (orvel::letterPixelScale() > 1.0) {
+        m_ui->ExecTargetLabel->setMinimumWidth(m_ui->ExecTargetLabel->sizeHint().width());
+    }
+    if (orvel::letterPixelScale() > kScrolledAsAWhole) { // no need to save room for maps beside
+        for (const AEPoint *row : m_points) {
+            for (int n = 0; n <= kReferenceRows; ++n) {
+                QLineEdit *field = n < kReferenceRows ? row->referenceEdit(n) : row->targetEdit();
+                field->setMinimumWidth(orvel::widthForText(*field, QStringLiteral("-0.0123457")));
+            }
+        }
     }
     const QString number = QStringLiteral("-0.000");
     QString ratios = number;
@@ -716,7 +745,8 @@ void FourPs::loadDisplaySpectra()
         } else {
             item->setToolTip(QStringLiteral("%1: %2").arg(item->text(),
                                                           orvel::describe(spectrum.readFailure())));
-            item->setForeground(Qt::red);
+            item->setIcon(style()->standardIcon(QStyle::SP_MessageBoxWarning)); // a colour would
+            // be lost on some grounds, and to some eyes
         }
     }
     m_ui->Disps->panel(Displays::DMuts)->clearScale();

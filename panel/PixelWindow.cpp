@@ -1,6 +1,9 @@
 #include "panel/PixelWindow.h"
 
 #include "display/ChCoord.h"
+#include "display/KeyPointer.h"
+#include "display/Letters.h"
+#include "panel/AccessibleNames.h"
 #include "panel/plots/PixelPlot.h"
 #include "text/OutputFile.h"
 
@@ -10,9 +13,13 @@
 #include <QDir>
 #include <QFileDialog>
 #include <QHBoxLayout>
+#include <QKeyEvent>
 #include <QLabel>
 #include <QPainter>
 #include <QPushButton>
+#include <QScreen>
+#include <QScrollArea>
+#include <QStyle>
 #include <QTextDocument>
 #include <QWheelEvent>
 
@@ -250,7 +257,7 @@ bool writeWhole(const QString &path, const QByteArray &bytes)
 /// pointer; a double click shows all again.
 class PixelWindow::Plot : public QWidget {
 public:
-    explicit Plot(QWidget *parent) : QWidget(parent) {}
+    explicit Plot(QWidget *parent) : QWidget(parent), m_keys(new KeyPointer(this)) {}
 
     QSize sizeHint() const override { return kPlotSize; }
 
@@ -281,6 +288,7 @@ protected:
         if (m_report.method != Method::None) {
             paint(painter, box());
         }
+        m_keys->paint(painter);
     }
     void wheelEvent(QWheelEvent *event) override
     {
@@ -321,6 +329,7 @@ private:
         }
     }
 
+    KeyPointer *m_keys; ///< a child
     PixelReport m_report;
     bool m_isZoomed = false;
     double m_low = 0.0; ///< energies shown then
@@ -351,7 +360,8 @@ ShownNumber shownNumber(double value, double sigma)
 
 PixelWindow::PixelWindow(QWidget *parent, AskPath askPath)
     : QWidget(parent, Qt::Tool), m_askPath(askPath ? std::move(askPath) : askByDialog),
-      m_plot(new Plot(this)), m_numbers(new QLabel(this)), m_outcome(new QLabel(this))
+      m_plot(new Plot(this)), m_scroll(new QScrollArea(this)), m_numbers(new QLabel(this)),
+      m_outcome(new QLabel(this))
 {
     setObjectName(QStringLiteral("PixelWindow"));
     setAttribute(Qt::WA_ShowWithoutActivating);
@@ -367,7 +377,7 @@ PixelWindow::PixelWindow(QWidget *parent, AskPath askPath)
     m_plot->setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Expanding);
     m_numbers->setObjectName(QStringLiteral("Numbers"));
     m_numbers->setTextFormat(Qt::RichText);
-    m_numbers->setTextInteractionFlags(Qt::TextSelectableByMouse);
+    m_numbers->setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
     m_numbers->setWordWrap(true);
     m_numbers->setAlignment(Qt::AlignLeft | Qt::AlignTop);
     m_outcome->setObjectName(QStringLiteral("Outcome"));
@@ -391,17 +401,27 @@ PixelWindow::PixelWindow(QWidget *parent, AskPath askPath)
     buttons->addStretch();
 
     auto *side = new QVBoxLayout;
-    side->addWidget(m_numbers, 1);
+    m_scroll->setFrameShape(QFrame::NoFrame);
+    m_scroll->setFocusPolicy(Qt::NoFocus);
+    m_scroll->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    m_scroll->setWidgetResizable(true);
+    m_scroll->setWidget(m_numbers);
+    side->addWidget(m_scroll, 1);
     side->addWidget(m_outcome);
     side->addLayout(buttons);
     side->setContentsMargins(kMargin, kMargin, kMargin, kMargin);
     m_numbers->setFixedWidth(numbersWidth(font()));
+    m_scroll->setFixedWidth(numbersWidth(font()) +
+                            (letterPixelScale() > 1.0
+                                 ? style()->pixelMetric(QStyle::PM_ScrollBarExtent) + kMargin
+                                 : 0));
     m_outcome->setFixedWidth(numbersWidth(font()));
     auto *layout = new QHBoxLayout(this);
     layout->setContentsMargins(0, 0, 0, 0);
     layout->setSpacing(0);
     layout->addWidget(m_plot, 1);
     layout->addLayout(side);
+    setAccessibleNames(*this);
     resize(sizeHint()); // which windows take up to two thirds of the screen by themselves
 }
 
@@ -413,8 +433,11 @@ void PixelWindow::show(const PixelReport &report)
     setWindowTitle(titleOf(report));
     m_plot->take(report);
     m_numbers->setText(numbersHtml(report));
-    m_numbers->setMinimumHeight(
-        m_numbers->heightForWidth(numbersWidth(font()))); // layouts would cut it
+    const int height = m_numbers->heightForWidth(numbersWidth(font())); // layouts would cut it
+    m_numbers->setMinimumHeight(height);
+    constexpr double kOfScreen = 0.7; // large letters scroll: the window has to fit on the screen
+    const double most = kOfScreen * screen()->availableSize().height();
+    m_scroll->setMinimumHeight(letterPixelScale() > 1.0 ? qMin(height, qRound(most)) : height);
     m_outcome->clear();
     QWidget::show();
 }
@@ -466,6 +489,15 @@ bool PixelWindow::savePng(const QString &path) const
 bool PixelWindow::saveCsv(const QString &path) const
 {
     return writeWhole(path, csvOf(report()));
+}
+
+void PixelWindow::keyPressEvent(QKeyEvent *event)
+{
+    if (event->key() == Qt::Key_Escape) {
+        close();
+    } else {
+        QWidget::keyPressEvent(event);
+    }
 }
 
 void PixelWindow::save(const QString &suffix)

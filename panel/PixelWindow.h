@@ -8,6 +8,7 @@
 #include <functional>
 
 class QLabel;
+class QScrollArea;
 
 namespace orvel {
 
@@ -38,6 +39,9 @@ public:
     [[nodiscard]] bool savePng(const QString &path) const;
     [[nodiscard]] bool saveCsv(const QString &path) const;
 
+protected:
+    void keyPressEvent(QKeyEvent *event) override; ///< Escape closes
+
 private:
     using QWidget::show; // there is nothing to see without a report
 
@@ -47,6 +51,7 @@ private:
 
     AskPath m_askPath;
     Plot *m_plot;
+    QScrollArea *m_scroll; ///< around the numbers
     QLabel *m_numbers;
     QLabel *m_outcome; ///< of the last saving
 };

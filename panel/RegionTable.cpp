@@ -1,6 +1,8 @@
 #include "panel/RegionTable.h"
 
 #include "display/CColors.h"
+#include "display/LargeForm.h"
+#include "panel/AccessibleNames.h"
 #include "panel/ToolTips.h"
 #include "text/OutputFile.h"
 
@@ -36,6 +38,7 @@ RegionTable::RegionTable(QWidget *parent) : QDialog(parent), m_view(new QTableWi
     m_view->setColumnCount(heads.size());
     m_view->setHorizontalHeaderLabels(heads);
     m_view->verticalHeader()->hide();
+    m_view->setTabKeyNavigation(false); // Tab goes on, arrows stay inside
     m_view->setEditTriggers(QAbstractItemView::NoEditTriggers);
     m_view->setSelectionBehavior(QAbstractItemView::SelectRows);
     m_view->setSelectionMode(QAbstractItemView::SingleSelection);
@@ -56,7 +59,7 @@ RegionTable::RegionTable(QWidget *parent) : QDialog(parent), m_view(new QTableWi
     auto *layout = new QVBoxLayout(this);
     layout->addWidget(m_view);
     layout->addLayout(buttons);
-    resize(680, 420);
+    resize(orvel::largeWindow({680, 420}));
     connect(copyButton, &QPushButton::clicked, this, &RegionTable::copy);
     connect(saveButton, &QPushButton::clicked, this, &RegionTable::askForFile);
     connect(closeButton, &QPushButton::clicked, this, &QWidget::close);
@@ -67,6 +70,7 @@ RegionTable::RegionTable(QWidget *parent) : QDialog(parent), m_view(new QTableWi
         }
     });
     orvel::setToolTips(*this);
+    orvel::setAccessibleNames(*this);
 }
 
 void RegionTable::fill(const std::shared_ptr<const orvel::ResultMaps> &maps, int references,

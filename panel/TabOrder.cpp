@@ -47,6 +47,9 @@ void visit(QWidget *widget, QList<QWidget *> &order)
 {
     if (auto *splitter = qobject_cast<QSplitter *>(widget)) {
         for (int i = 0; i < splitter->count(); ++i) {
+            if (i > 0 && (splitter->handle(i)->focusPolicy() & Qt::TabFocus) != 0) {
+                order.append(splitter->handle(i));
+            }
             visit(splitter->widget(i), order);
         }
     } else if (auto *scroll = qobject_cast<QScrollArea *>(widget)) {

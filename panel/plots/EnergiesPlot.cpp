@@ -2,6 +2,7 @@
 
 #include "display/CurvePainter.h"
 #include "display/DrawText.h"
+#include "display/Letters.h"
 #include "display/PlotFrame.h"
 #include "panel/plots/PlotSteps.h"
 #include "panel/plots/SpectrumLine.h"
@@ -70,7 +71,7 @@ void drawChoice(QPainter &painter, const ChCoord &coord, const EnergiesPlot::Cho
         }
     }
     painter.setPen(colour);
-    const double height = 2 * (kHalf + kBeside);
+    const double height = qMax(2 * (kHalf + kBeside), QFontMetricsF(painter.font()).height());
     const QRectF row(coord.frameX0() + kBeside,
                      isProposed ? coord.frameY1() + height : coord.frameY0() - 2 * height,
                      coord.frameX1() - coord.frameX0() - 2 * kBeside, height);
@@ -158,7 +159,7 @@ void drawEnergiesPlot(QStylePainter *p, DispABase &dab, const QString &xTitle,
 
     p->save();
     QFont font = p->font();
-    font.setPointSizeF(kPoints);
+    font.setPointSizeF(kPoints * letterScale());
     p->setFont(font);
     p->setRenderHint(QPainter::Antialiasing);
     for (size_t i = 0; i < lines.size(); ++i) {

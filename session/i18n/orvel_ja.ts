@@ -1433,4 +1433,327 @@
         <translation>開いた、または保存したセッションはまだありません</translation>
     </message>
 </context>
+<context>
+    <name>AccessibleNames</name>
+    <message>
+        <source>file</source>
+        <translation>ファイル</translation>
+    </message>
+    <message>
+        <source>select a file</source>
+        <translation>ファイルを選択</translation>
+    </message>
+    <message>
+        <source>clear the file</source>
+        <translation>ファイルを外す</translation>
+    </message>
+    <message>
+        <source>energy shift [eV]</source>
+        <translation>エネルギーシフト [eV]</translation>
+    </message>
+    <message>
+        <source>use</source>
+        <translation>使用</translation>
+    </message>
+    <message>
+        <source>valence</source>
+        <translation>価数</translation>
+    </message>
+    <message>
+        <source>ratio, result</source>
+        <translation>比率の結果</translation>
+    </message>
+    <message>
+        <source>dMut, result</source>
+        <translation>Δμtの結果</translation>
+    </message>
+    <message>
+        <source>non-equivalent point</source>
+        <translation>非等吸収点</translation>
+    </message>
+    <message>
+        <source>bound of the linear combination fit</source>
+        <translation>線形結合フィットの範囲端</translation>
+    </message>
+    <message>
+        <source>energy [eV]</source>
+        <translation>エネルギー [eV]</translation>
+    </message>
+    <message>
+        <source>mut of reference 1</source>
+        <translation>標準試料1のμt</translation>
+    </message>
+    <message>
+        <source>mut of reference 2</source>
+        <translation>標準試料2のμt</translation>
+    </message>
+    <message>
+        <source>mut of reference 3</source>
+        <translation>標準試料3のμt</translation>
+    </message>
+    <message>
+        <source>mut of reference 4</source>
+        <translation>標準試料4のμt</translation>
+    </message>
+    <message>
+        <source>mut of the target</source>
+        <translation>解析対象のμt</translation>
+    </message>
+    <message>
+        <source>show as data map</source>
+        <translation>データマップに表示</translation>
+    </message>
+    <message>
+        <source>pick the energy in the graph</source>
+        <translation>グラフでエネルギーを指定</translation>
+    </message>
+    <message>
+        <source>graph</source>
+        <translation>グラフ</translation>
+    </message>
+    <message>
+        <source>own window or back</source>
+        <translation>別ウィンドウへ着脱</translation>
+    </message>
+    <message>
+        <source>x of the pointer</source>
+        <translation>ポインタのx</translation>
+    </message>
+    <message>
+        <source>y of the pointer</source>
+        <translation>ポインタのy</translation>
+    </message>
+    <message>
+        <source>surface</source>
+        <translation>表示面</translation>
+    </message>
+    <message>
+        <source>upper limit of the colours</source>
+        <translation>色の上限値</translation>
+    </message>
+    <message>
+        <source>lower limit of the colours</source>
+        <translation>色の下限値</translation>
+    </message>
+    <message>
+        <source>colour bar</source>
+        <translation>カラーバー</translation>
+    </message>
+    <message>
+        <source>value at the pointer</source>
+        <translation>ポインタ位置の値</translation>
+    </message>
+    <message>
+        <source>Target</source>
+        <translation>解析対象</translation>
+    </message>
+    <message>
+        <source>Further spectra</source>
+        <translation>追加表示するスペクトル</translation>
+    </message>
+    <message>
+        <source>Result file</source>
+        <translation>結果ファイル</translation>
+    </message>
+    <message>
+        <source>Inputs</source>
+        <translation>入力欄</translation>
+    </message>
+    <message>
+        <source>Further spectra, list</source>
+        <translation>追加表示するスペクトルの一覧</translation>
+    </message>
+    <message>
+        <source>Further spectra, remove the selected one</source>
+        <translation>選択した追加スペクトルを除外</translation>
+    </message>
+    <message>
+        <source>Edge energy [eV]</source>
+        <translation>吸収端エネルギー [eV]</translation>
+    </message>
+    <message>
+        <source>End of the pre-edge range [eV]</source>
+        <translation>プレエッジ範囲の終点 [eV]</translation>
+    </message>
+    <message>
+        <source>Start of the post-edge range [eV]</source>
+        <translation>ポストエッジ範囲の始点 [eV]</translation>
+    </message>
+    <message>
+        <source>References, subtract the pre-edge line</source>
+        <translation>標準試料からプレエッジ線を差し引く</translation>
+    </message>
+    <message>
+        <source>References, subtract the post-edge line</source>
+        <translation>標準試料からポストエッジ線を差し引く</translation>
+    </message>
+    <message>
+        <source>Target, subtract the pre-edge line</source>
+        <translation>解析対象からプレエッジ線を差し引く</translation>
+    </message>
+    <message>
+        <source>Target, subtract the post-edge line</source>
+        <translation>解析対象からポストエッジ線を差し引く</translation>
+    </message>
+    <message>
+        <source>Histogram of the valence, from</source>
+        <translation>価数ヒストグラムの下限</translation>
+    </message>
+    <message>
+        <source>Histogram of the valence, to</source>
+        <translation>価数ヒストグラムの上限</translation>
+    </message>
+    <message>
+        <source>Histogram of the valence, boxes</source>
+        <translation>価数ヒストグラムの区間数</translation>
+    </message>
+    <message>
+        <source>Histogram of the valence, automatic limits</source>
+        <translation>価数ヒストグラムの範囲を自動設定</translation>
+    </message>
+    <message>
+        <source>Histogram of the amount, from</source>
+        <translation>存在量ヒストグラムの下限</translation>
+    </message>
+    <message>
+        <source>Histogram of the amount, to</source>
+        <translation>存在量ヒストグラムの上限</translation>
+    </message>
+    <message>
+        <source>Histogram of the amount, boxes</source>
+        <translation>存在量ヒストグラムの区間数</translation>
+    </message>
+    <message>
+        <source>Histogram of the amount, automatic limits</source>
+        <translation>存在量ヒストグラムの範囲を自動設定</translation>
+    </message>
+    <message>
+        <source>Calculate the target</source>
+        <translation>解析対象を計算</translation>
+    </message>
+    <message>
+        <source>Target, result</source>
+        <translation>解析対象の結果</translation>
+    </message>
+    <message>
+        <source>Target, dMut, result</source>
+        <translation>解析対象のΔμtの結果</translation>
+    </message>
+    <message>
+        <source>Linear combination fit of the target</source>
+        <translation>解析対象の線形結合フィット</translation>
+    </message>
+    <message>
+        <source>Linear combination fit, result</source>
+        <translation>線形結合フィットの結果</translation>
+    </message>
+    <message>
+        <source>Calculate the maps</source>
+        <translation>マップを計算</translation>
+    </message>
+    <message>
+        <source>Write the result file</source>
+        <translation>結果ファイルを書き出す</translation>
+    </message>
+    <message>
+        <source>Border of the inputs</source>
+        <translation>入力欄の境界</translation>
+    </message>
+    <message>
+        <source>Border between maps and graphs</source>
+        <translation>マップとグラフの境界</translation>
+    </message>
+    <message>
+        <source>Border between the maps</source>
+        <translation>マップ間の境界</translation>
+    </message>
+    <message>
+        <source>Recent sessions</source>
+        <translation>最近のセッション</translation>
+    </message>
+    <message>
+        <source>Manual</source>
+        <translation>マニュアル</translation>
+    </message>
+    <message>
+        <source>Messages</source>
+        <translation>メッセージ</translation>
+    </message>
+    <message>
+        <source>File of the standard deviations</source>
+        <translation>標準偏差のファイル</translation>
+    </message>
+    <message>
+        <source>Noise from</source>
+        <translation>ノイズの求め方</translation>
+    </message>
+    <message>
+        <source>Standard deviation of one absorption</source>
+        <translation>吸収1点の標準偏差</translation>
+    </message>
+    <message>
+        <source>Bounds of the non-equivalent method</source>
+        <translation>非等吸収点法の制限</translation>
+    </message>
+    <message>
+        <source>Bounds of the linear combination fit</source>
+        <translation>線形結合フィットの制限</translation>
+    </message>
+    <message>
+        <source>Greatest standard deviation shown</source>
+        <translation>表示する標準偏差の上限</translation>
+    </message>
+    <message>
+        <source>Target, standard deviations</source>
+        <translation>解析対象の標準偏差</translation>
+    </message>
+    <message>
+        <source>Linear combination fit, standard deviations</source>
+        <translation>線形結合フィットの標準偏差</translation>
+    </message>
+    <message>
+        <source>What to determine best</source>
+        <translation>最も精度よく求める量</translation>
+    </message>
+    <message>
+        <source>Shape of a new region</source>
+        <translation>新しい領域の形</translation>
+    </message>
+    <message>
+        <source>Statistics of the regions</source>
+        <translation>領域の統計</translation>
+    </message>
+    <message>
+        <source>Fit of the pixel, graph</source>
+        <translation>画素のフィットのグラフ</translation>
+    </message>
+    <message>
+        <source>Fit of the pixel, numbers</source>
+        <translation>画素のフィットの数値</translation>
+    </message>
+    <message>
+        <source>Result map</source>
+        <translation>結果マップ</translation>
+    </message>
+    <message>
+        <source>Histogram</source>
+        <translation>ヒストグラム</translation>
+    </message>
+    <message>
+        <source>Recorded column</source>
+        <translation>記録する列</translation>
+    </message>
+    <message>
+        <source>%1, %2</source>
+        <translation>%1、%2</translation>
+    </message>
+    <message>
+        <source>Reference %1</source>
+        <translation>標準試料 %1</translation>
+    </message>
+    <message>
+        <source>Energy point %1</source>
+        <translation>エネルギー点 %1</translation>
+    </message>
+</context>
 </TS>
