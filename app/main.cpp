@@ -1,4 +1,5 @@
 #include "app/Body.h"
+#include "app/ReadableStyle.h"
 #include "app/StartUp.h"
 #include "panel/FourPs.h"
 #include "session/Catalogue.h"
@@ -22,6 +23,8 @@ int main(int argc, char **argv)
     QApplication::setWindowIcon(orvel::windowIcon());
     QApplication::setDesktopFileName(
         QStringLiteral("org.orvel.orvel")); // how Wayland finds the icon
+
+    QApplication::setStyle(new orvel::ReadableStyle);
 
     const QStringList arguments = QApplication::arguments().mid(1);
     orvel::Translators translators;

@@ -1,13 +1,16 @@
 // Renders the main window to a picture: what docs/shots calls for the pictures of the documents.
 //
 //   orvel-shots [-j] [--size WxH] [--conditions] [--precision] [--regions] [--pop NAME]
-//               [--window NAME] OUT.png [SESSION]
+//               [--window NAME] [--dark] [--font-scale N] OUT.png [SESSION]
 //
 // --regions  the bar of regions, and instead of the main window the table of them with --pop
 // RegionTable
 // --pop      the window of a map ("ResultMap", "DataMap") or of a graph (e.g. "DMuts", "DM2M3")
 // --window   "energies", the advice on energies, or "pixel", the fit of the pixel in the middle
+// --dark     the colours of a dark desktop
+// --font-scale  letters so much larger than those of a usual desktop, 9 points
 #include "app/Body.h"
+#include "app/ReadableStyle.h"
 #include "display/DispABase.h"
 #include "display/DispMBase.h"
 #include "panel/FourPs.h"
@@ -19,6 +22,7 @@
 #include <QDialog>
 #include <QLoggingCategory>
 #include <QMouseEvent>
+#include <QPalette>
 
 #include <cstdio>
 
@@ -30,6 +34,29 @@ void settle()
     for (int i = 0; i < 20; ++i) {
         QApplication::processEvents();
     }
+}
+
+/// As dark desktops have them.
+QPalette darkPalette()
+{
+    const QColor ground(45, 47, 51);
+    const QColor letters(236, 238, 240);
+    QPalette palette(QColor(60, 63, 68), ground);
+    palette.setColor(QPalette::Base, QColor(30, 32, 35));
+    palette.setColor(QPalette::AlternateBase, ground);
+    for (const auto role :
+         {QPalette::WindowText, QPalette::Text, QPalette::ButtonText, QPalette::ToolTipText}) {
+        palette.setColor(role, letters);
+    }
+    palette.setColor(QPalette::ToolTipBase, ground);
+    palette.setColor(QPalette::Highlight, QColor(53, 132, 228));
+    palette.setColor(QPalette::HighlightedText, Qt::white);
+    palette.setColor(QPalette::Link, QColor(120, 174, 237));
+    palette.setColor(QPalette::PlaceholderText, QColor(160, 164, 170));
+    for (const auto role : {QPalette::WindowText, QPalette::Text, QPalette::ButtonText}) {
+        palette.setColor(QPalette::Disabled, role, QColor(130, 133, 138));
+    }
+    return palette;
 }
 
 /// A window beside the main one, by the ways that a user opens it; null when it did not open.
@@ -71,13 +98,17 @@ int main(int argc, char **argv)
     const QCommandLineOption regions(QStringLiteral("regions"));
     const QCommandLineOption precision(QStringLiteral("precision"));
     const QCommandLineOption window(QStringLiteral("window"), QString(), QStringLiteral("NAME"));
-    parser.addOptions({japanese, size, conditions, precision, regions, pop, window});
+    const QCommandLineOption dark(QStringLiteral("dark"));
+    const QCommandLineOption fontScale(QStringLiteral("font-scale"), QString(),
+                                       QStringLiteral("N"));
+    parser.addOptions(
+        {japanese, size, conditions, precision, regions, pop, window, dark, fontScale});
     parser.process(app);
     const QStringList paths = parser.positionalArguments();
     const QStringList sides = parser.value(size).split(QLatin1Char('x'));
     if (paths.isEmpty() || sides.size() != 2) {
         std::fputs("usage: orvel-shots [-j] [--size WxH] [--conditions] [--precision] [--regions] "
-                   "[--pop NAME] [--window NAME] OUT.png [SESSION]\n",
+                   "[--pop NAME] [--window NAME] [--dark] [--font-scale N] OUT.png [SESSION]\n",
                    stderr);
         return 2;
     }
@@ -85,6 +116,16 @@ int main(int argc, char **argv)
     if (parser.isSet(japanese)) {
         orvel::installJapanese(translators);
     }
+    if (parser.isSet(dark)) {
+        QApplication::setPalette(darkPalette());
+    }
+    if (parser.isSet(fontScale)) {
+        constexpr double kUsualPoints = 9.0;
+        QFont font = QApplication::font();
+        font.setPointSizeF(kUsualPoints * parser.value(fontScale).toDouble());
+        QApplication::setFont(font);
+    }
+    QApplication::setStyle(new orvel::ReadableStyle);
     Body body;
     body.resize(sides[0].toInt(), sides[1].toInt());
     body.show();
