@@ -111,9 +111,10 @@ private slots:
         QTest::keyClick(edit, Qt::Key_Z, Qt::ControlModifier);
         QCOMPARE(panel.state().texts.edgeE.value_or(QString()), text + "12");
         auto *box = at<QPlainTextEdit>(panel, "Message");
-        box->setPlainText("told");
+        box->insertPlainText("told");
         QTest::keyClick(box, Qt::Key_Z, Qt::ControlModifier);
-        QCOMPARE(box->toPlainText().left(4) + edit->text(), "told" + text);
+        QVERIFY(box->toPlainText().contains("told"));
+        QCOMPARE(edit->text(), text);
     }
 
     void unchangedFilesAreNotReadAgain()
@@ -155,7 +156,7 @@ private slots:
         // What no map depends on, while a valence waits for "Calc.".
         perform(panel, "type R1.Valence 5");
         QCoreApplication::processEvents();
-        perform(panel, "click RecMut0");
+        perform(panel, "type SaveFSelect.FileName out");
         QCoreApplication::processEvents();
         undoAction(panel)->trigger();
         redoAction(panel)->trigger();
