@@ -20,17 +20,13 @@
 #include "panel/TabOrder.h"
 #include "panel/ToolTips.h"
 #include "session/ResultPaths.h"
-#include "session/SessionFile.h"
 #include "spectra/ARefFile.h"
 #include "spectra/AXafsFileSelect.h"
 #include "ui_FourPs.h"
 
 #include <QButtonGroup>
-#include <QDragEnterEvent>
 #include <QEvent>
-#include <QFileDialog>
 #include <QMenu>
-#include <QMimeData>
 #include <QScrollBar>
 #include <QStyle>
 #include <QTimer>
@@ -461,90 +457,6 @@ void FourPs::toggledPickButton(AEPoint *row, bool on)
             other->pickButton()->setChecked(false);
         }
     }
-}
-
-/// The form as it is now is where undoing ends.
-void FourPs::makeUndo()
-{
-    m_ui->RestoreB->hide();
-    m_ui->RecentB->hide();
-    m_undo = new PanelUndo([this] { return state(); },
-                           [this](const orvel::PanelState &state) { restore(state); },
-                           [this] { return m_isHeld || m_energyLines.isMoving(); }, this);
-    m_undo->watch(*this);
-    connect(m_regions, &RegionPanel::changed, m_undo, &PanelUndo::notice);
-    connect(m_ui->Disps->panel(Displays::DMuts), &DispABase::mReleased, m_undo, &PanelUndo::settle);
-    auto *menu = new QMenu(this);
-    menu->setObjectName(QStringLiteral("UndoMenu"));
-    for (QAction *action : {m_undo->undoAction(), m_undo->redoAction()}) {
-        menu->addAction(action);
-        addAction(action); // for its keys
-    }
-    connect(menu, &QMenu::aboutToShow, m_undo, &PanelUndo::settle);
-    m_ui->UndoB->setMenu(menu);
-    m_ui->UndoB->setIcon(style()->standardIcon(QStyle::SP_ArrowBack)); // a word has no room
-    // A session may be dropped wherever no field takes files; as texts of fields URLs mean nothing.
-    setAcceptDrops(true);
-    for (QLineEdit *field : findChildren<QLineEdit *>()) {
-        field->setAcceptDrops(false);
-    }
-    m_ui->Message->setAcceptDrops(false);
-}
-
-void FourPs::keepSessions(int delayMs)
-{
-    m_keeper = new SessionKeeper([this] { return state(); }, delayMs, this);
-    connect(m_undo, &PanelUndo::noticed, m_keeper, &SessionKeeper::notice);
-    connect(m_keeper, &SessionKeeper::chosen, this, &FourPs::openSession);
-    auto *menu = new QMenu(this);
-    menu->setObjectName(QStringLiteral("RecentMenu"));
-    connect(menu, &QMenu::aboutToShow, this, [this, menu] { m_keeper->fill(*menu); });
-    m_ui->RecentB->setMenu(menu);
-    m_ui->RecentB->show();
-    connect(m_ui->RestoreB, &QPushButton::clicked, this, &FourPs::restoreCopy);
-    m_ui->RestoreB->setVisible(!m_keeper->leftCopy().isEmpty());
-}
-
-/// The session that is dragged; empty: something else.
-static QString draggedSession(const QDropEvent &event)
-{
-    const QList<QUrl> urls = event.mimeData()->urls();
-    const QString path = urls.isEmpty() ? QString() : urls.first().toLocalFile();
-    return !path.isEmpty() && orvel::isSession(path) ? path : QString();
-}
-
-void FourPs::dragEnterEvent(QDragEnterEvent *event)
-{
-    if (!draggedSession(*event).isEmpty()) {
-        event->acceptProposedAction();
-    }
-}
-
-void FourPs::dropEvent(QDropEvent *event)
-{
-    const QString path = draggedSession(*event);
-    if (!path.isEmpty()) {
-        event->acceptProposedAction();
-        openSession(path);
-    }
-}
-
-void FourPs::chooseSession(bool save)
-{
-    QFileDialog *&dialog = save ? m_saveDialog : m_openDialog;
-    if (!dialog) {
-        dialog = new QFileDialog(this);
-        dialog->setNameFilters({QStringLiteral("Sessions (*.ini)"), QStringLiteral("All (* *.*)")});
-        dialog->setAcceptMode(save ? QFileDialog::AcceptSave : QFileDialog::AcceptOpen);
-        dialog->setFileMode(save ? QFileDialog::AnyFile : QFileDialog::ExistingFile);
-        dialog->setDefaultSuffix(QStringLiteral("ini"));
-        connect(dialog, &QFileDialog::fileSelected, this,
-                save ? &FourPs::saveSession : &FourPs::openSession);
-    }
-    if (!m_lastDir.isEmpty()) {
-        dialog->setDirectory(m_lastDir);
-    }
-    dialog->open();
 }
 
 // --- inputs that follow other inputs ------------------------------------------------------------

@@ -5,14 +5,11 @@
 #include "display/DispMBase.h"
 #include "display/Histgram.h"
 #include "panel/AdvancedPanel.h"
-#include "panel/PanelUndo.h"
 #include "panel/RegionPanel.h"
-#include "panel/SessionKeeper.h"
 #include "panel/WaitCursor.h"
 #include "session/MessageText.h"
 #include "session/RegionTexts.h"
 #include "session/ResultPaths.h"
-#include "session/SessionFile.h"
 #include "spectra/ARefFile.h"
 #include "spectra/AXafsFileSelect.h"
 #include "ui_FourPs.h"
@@ -361,51 +358,4 @@ void FourPs::writeResults()
     // In passing: the message box is for what needs attention.
     QToolTip::showText(m_ui->WriteB->mapToGlobal(QPoint(0, 0)),
                        tr("Written: %1").arg(QFileInfo(path).absoluteFilePath()), m_ui->WriteB);
-}
-
-void FourPs::openSession(const QString &path)
-{
-    const WaitCursor wait;
-    m_undo->settle(); // typing before it is a step of its own
-    const orvel::SessionReading session = orvel::readSession(path);
-    if (!session.error.isEmpty()) {
-        writeMessage(tr("Can't open the file [%1]").arg(path) + QStringLiteral(": ") +
-                     session.error);
-        return;
-    }
-    for (const QString &note : session.notes + session.viewNotes) {
-        writeMessage(QStringLiteral("%1: %2").arg(path, note));
-    }
-    receiveNewDir(QFileInfo(path).absolutePath());
-    setState(session.state);
-    m_undo->settle();
-    if (m_keeper) {
-        m_keeper->handled(path);
-    }
-}
-
-void FourPs::saveSession(const QString &path)
-{
-    if (!orvel::writeSession(path, state())) {
-        writeMessage(tr("Can't open the file [%1]").arg(path));
-    } else if (m_keeper) {
-        m_keeper->handled(path);
-    }
-}
-
-void FourPs::restoreCopy()
-{
-    const QString path = m_keeper->leftCopy();
-    const orvel::SessionReading copy = orvel::readSession(path);
-    if (copy.error.isEmpty()) {
-        const WaitCursor wait;
-        m_undo->settle();
-        setState(copy.state);
-        m_undo->settle();
-        m_keeper->tookOver(path);
-    } else if (!path.isEmpty()) {
-        writeMessage(tr("Can't open the file [%1]").arg(path) + QStringLiteral(": ") + copy.error);
-    }
-    // Further copies are offered by later runs: a second one would take the place of this one.
-    m_ui->RestoreB->hide();
 }
