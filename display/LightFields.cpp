@@ -69,7 +69,7 @@ private:
 };
 const QString LightField::kName = QStringLiteral("LightField");
 
-void ink(QWidget &field)
+QPalette lightPalette()
 {
     QPalette palette(kButtons); // a whole one: scroll bars use its other colours
     for (const auto group : {QPalette::Active, QPalette::Inactive, QPalette::Disabled}) {
@@ -80,13 +80,17 @@ void ink(QWidget &field)
         palette.setColor(group, QPalette::Highlight, kSelected);
         palette.setColor(group, QPalette::HighlightedText, Qt::white);
     }
+    return palette;
+}
+
+void ink(QWidget &field)
+{
+    static const QPalette palette = lightPalette();
     field.setPalette(palette);
     for (QScrollBar *bar : field.findChildren<QScrollBar *>()) {
         bar->setPalette(palette); // the style sheet keeps it from inheriting it
     }
-    if (!LightField::isOn(field)) {
-        new LightField(&field);
-    }
+    new LightField(&field);
 }
 
 } // namespace
@@ -96,7 +100,8 @@ void orvel::inkLightFields(QWidget &form)
     QList<QWidget *> widgets = form.findChildren<QWidget *>();
     widgets.append(&form);
     for (QWidget *widget : widgets) {
-        if (widget->styleSheet().contains(QLatin1String("background-color"))) {
+        if (widget->styleSheet().contains(QLatin1String("background-color")) &&
+            !LightField::isOn(*widget)) {
             ink(*widget);
         }
     }

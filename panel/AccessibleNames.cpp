@@ -7,6 +7,7 @@
 
 #include <QAbstractButton>
 #include <QCoreApplication>
+#include <QMultiHash>
 
 namespace orvel {
 namespace {
@@ -148,15 +149,26 @@ template <class Row> void nameRows(const QWidget &window, const QString &name)
     }
 }
 
-template <size_t n> const char *textOf(const Name (&names)[n], const QWidget &widget)
+using NamesByObject = QMultiHash<QString, const Name *>;
+
+template <size_t n> NamesByObject byObject(const Name (&names)[n])
 {
+    NamesByObject found;
     for (const Name &name : names) {
-        if (widget.objectName() == QLatin1String(name.name)) {
-            for (QWidget *around = widget.parentWidget(); around; around = around->parentWidget()) {
-                if (around->inherits(name.owner) ||
-                    around->objectName() == QLatin1String(name.owner)) {
-                    return name.text;
-                }
+        found.insert(QLatin1String(name.name), &name);
+    }
+    return found;
+}
+
+const char *textOf(const NamesByObject &names, const QWidget &widget)
+{
+    const QString object = widget.objectName();
+    for (auto name = names.constFind(object); name != names.constEnd() && name.key() == object;
+         ++name) {
+        for (QWidget *around = widget.parentWidget(); around; around = around->parentWidget()) {
+            if (around->inherits((*name)->owner) ||
+                around->objectName() == QLatin1String((*name)->owner)) {
+                return (*name)->text;
             }
         }
     }
@@ -179,17 +191,19 @@ void setAccessibleNames(QWidget &window)
 {
     nameRows<ARefFile>(window, tr(QT_TRANSLATE_NOOP("AccessibleNames", "Reference %1")));
     nameRows<AEPoint>(window, tr(QT_TRANSLATE_NOOP("AccessibleNames", "Energy point %1")));
+    static const NamesByObject wholes = byObject(kWholes);
+    static const NamesByObject parts = byObject(kParts);
     const QList<QWidget *> widgets = window.findChildren<QWidget *>();
     for (QWidget *widget : widgets) {
         const auto *button = qobject_cast<QAbstractButton *>(widget);
-        if (const char *text = textOf(kWholes, *widget)) {
+        if (const char *text = textOf(wholes, *widget)) {
             widget->setAccessibleName(tr(text));
         } else if (button && !button->text().isEmpty() && seriesOf(*button)) {
             widget->setAccessibleName(joined(tr(seriesOf(*button)), button->text()));
         }
     }
     for (QWidget *widget : widgets) {
-        if (const char *text = textOf(kParts, *widget)) {
+        if (const char *text = textOf(parts, *widget)) {
             widget->setAccessibleName(joined(wholeAround(*widget), tr(text)));
         }
     }

@@ -238,7 +238,10 @@ private:
     std::vector<orvel::RegionGroup> m_regionGroups; ///< of the regions, for the plots
     int m_regionRevision = 0;
     bool m_wasShown = false;
-    bool m_wasSplit = false;      ///< by the user
+    bool m_wasSplit = false; ///< by the user
+    mutable std::array<QRadioButton *, orvel::kMapQuantities> m_mapButtons = {};
+    mutable std::array<QRadioButton *, orvel::kQuantities> m_histogramButtons = {};
+    mutable std::array<QCheckBox *, orvel::kQuantities> m_recordButtons = {};
     bool m_isHeld = false;        ///< while a session is taken over nothing is calculated
     bool m_regionsAreNew = false; ///< and not counted yet
     QString m_lastDir;

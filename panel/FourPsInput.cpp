@@ -21,11 +21,19 @@ using orvel::Quantity;
 
 namespace {
 
-/// Button of a quantity in one of the three series of the form, e.g. "MapRatio1".
-template <class Button> Button *quantityButton(const QWidget *form, const char *series, Quantity q)
+/// Button of a quantity in one of the three series of the form, e.g. "MapRatio1". Looked for once
+/// among its many widgets.
+template <class Button, size_t n>
+Button *quantityButton(const QWidget *form, const char *series, Quantity q,
+                       std::array<Button *, n> &known)
 {
-    return form->findChild<Button *>(QLatin1String(series) +
-                                     orvel::mapQuantityNames()[orvel::indexOf(q)]);
+    const int index = orvel::indexOf(q);
+    Button *&button = known[static_cast<size_t>(index)];
+    if (button == nullptr) {
+        button =
+            form->findChild<Button *>(QLatin1String(series) + orvel::mapQuantityNames()[index]);
+    }
+    return button;
 }
 
 orvel::HistogramTexts histogramTexts(const QLineEdit *from, const QLineEdit *to,
@@ -316,17 +324,17 @@ void FourPs::setView(const orvel::ViewTexts &view, Files files)
 
 QRadioButton *FourPs::mapButton(Quantity quantity) const
 {
-    return quantityButton<QRadioButton>(this, "Map", quantity);
+    return quantityButton(this, "Map", quantity, m_mapButtons);
 }
 
 QRadioButton *FourPs::histogramButton(Quantity quantity) const
 {
-    return quantityButton<QRadioButton>(this, "Hg", quantity);
+    return quantityButton(this, "Hg", quantity, m_histogramButtons);
 }
 
 QCheckBox *FourPs::recordButton(Quantity quantity) const
 {
-    return quantityButton<QCheckBox>(this, "Rec", quantity);
+    return quantityButton(this, "Rec", quantity, m_recordButtons);
 }
 
 Quantity FourPs::chosenMap() const
