@@ -76,70 +76,6 @@ inline Fractions solve(const Table<Integer> &a, const std::vector<Integer> &b)
     return result;
 }
 
-/// The least-squares solution of  Phi x = y  by orthogonal columns (modified Gram-Schmidt of Phi
-/// and y together), never by normal equations: its error grows with the condition of Phi alone.
-struct LeastSquares {
-    std::vector<Real> x;
-    Table<Real> normalInverse; ///< (Phi^T Phi)^-1
-
-    LeastSquares(Table<Real> phi, std::vector<Real> y)
-    {
-        const size_t n = phi[0].size();
-        Table<Real> r(n, std::vector<Real>(n));
-        std::vector<Real> z(n);
-        for (size_t k = 0; k < n; ++k) {
-            const auto columnTimes = [&phi, k](const auto &value) {
-                Real sum = 0;
-                for (size_t i = 0; i < phi.size(); ++i) {
-                    sum += phi[i][k] * value(i);
-                }
-                return sum;
-            };
-            r[k][k] = std::sqrt(columnTimes([&](size_t i) { return phi[i][k]; }));
-            for (auto &row : phi) {
-                row[k] /= r[k][k];
-            }
-            for (size_t j = k + 1; j < n; ++j) {
-                r[k][j] = columnTimes([&](size_t i) { return phi[i][j]; });
-                for (auto &row : phi) {
-                    row[j] -= row[k] * r[k][j];
-                }
-            }
-            z[k] = columnTimes([&](size_t i) { return y[i]; });
-            for (size_t i = 0; i < phi.size(); ++i) {
-                y[i] -= phi[i][k] * z[k];
-            }
-        }
-        x = backSubstituted(r, z);
-        Table<Real> rows; // of the transposed inverse of R
-        for (size_t k = 0; k < n; ++k) {
-            std::vector<Real> unit(n);
-            unit[k] = 1;
-            rows.push_back(backSubstituted(r, unit));
-        }
-        normalInverse.assign(n, std::vector<Real>(n));
-        for (size_t i = 0; i < n; ++i) {
-            for (size_t j = 0; j < n; ++j) {
-                for (size_t k = 0; k < n; ++k) {
-                    normalInverse[i][j] += rows[k][i] * rows[k][j];
-                }
-            }
-        }
-    }
-
-private:
-    static std::vector<Real> backSubstituted(const Table<Real> &r, std::vector<Real> z)
-    {
-        for (size_t k = z.size(); k-- > 0;) {
-            z[k] /= r[k][k];
-            for (size_t i = 0; i < k; ++i) {
-                z[i] -= r[i][k] * z[k];
-            }
-        }
-        return z;
-    }
-};
-
 /// gamma(n) = n u / (1 - n u): relative error of n roundings of doubles.
 inline Real gamma(size_t n)
 {
@@ -168,23 +104,6 @@ std::vector<Real> eliminationResidual(const System &system, const Vector &x)
     return residual;
 }
 
-/// What rounding while the normal equations are summed may add: with m samples every sum has the
-/// relative error gamma(m) of its absolute terms.
-template <class Vector>
-void addSummingResidual(const Table<Real> &phi, const std::vector<Real> &y, const Vector &x,
-                        std::vector<Real> &residual)
-{
-    for (size_t sample = 0; sample < phi.size(); ++sample) {
-        Real sum = std::fabs(y[sample]);
-        for (size_t j = 0; j < residual.size(); ++j) {
-            sum += std::fabs(phi[sample][j]) * std::fabs(static_cast<Real>(x[j]));
-        }
-        for (size_t i = 0; i < residual.size(); ++i) {
-            residual[i] += gamma(phi.size()) * std::fabs(phi[sample][i]) * sum;
-        }
-    }
-}
-
 /// Largest error of each unknown: |A^-1| residual. A hundredth is left to the inverse's own error
 /// (it is known to some 64 bits less the digits that its condition costs).
 inline std::vector<Real> errorBounds(const Table<Real> &inverse, const std::vector<Real> &residual)
@@ -198,26 +117,6 @@ inline std::vector<Real> errorBounds(const Table<Real> &inverse, const std::vect
         bounds.push_back(sum * Real(1.01));
     }
     return bounds;
-}
-
-/// Condition of a symmetric matrix in the largest-row norm, |A| |A^-1|, with scaled columns and
-/// rows: s_i A_ij s_j.
-inline Real conditionOf(const Table<Real> &a, const Table<Real> &inverse,
-                        const std::vector<Real> &s)
-{
-    Real norm = 0;
-    Real inverseNorm = 0;
-    for (size_t i = 0; i < s.size(); ++i) {
-        Real sum = 0;
-        Real inverseSum = 0;
-        for (size_t j = 0; j < s.size(); ++j) {
-            sum += std::fabs(s[i] * a[i][j] * s[j]);
-            inverseSum += std::fabs(inverse[i][j] / (s[i] * s[j]));
-        }
-        norm = std::fmax(norm, sum);
-        inverseNorm = std::fmax(inverseNorm, inverseSum);
-    }
-    return norm * inverseNorm;
 }
 
 } // namespace exact
