@@ -99,25 +99,16 @@ void ChecksTest::targetsAndMaps_data()
     const QString noTarget = "Target File1 is not valid.";
     row("noimage 1", Method::ExactFourPoints); // images play no part
     row("points 3", Method::ThreePoints);
-    row("LS points 3", Method::ThreePoints);
     row("LS", Method::LeastSquares);
-    row("LS points 8", Method::LeastSquares);
     row("points 5", Method::None, {points(5, 4)});
-    row("points 0 switch 3", Method::None, {points(1, 4)});
     row("switch 3", Method::None, {noV}); // V on an unused row
-    row("noV NEQ refs 0", Method::None, {noV});
-    row("refs 0", Method::None, {count(0)});
-    row("refs 1 notarget", Method::None, {count(1)}); // whatever the target
     row("refs 1 unload 1", Method::None, {count(0), first});
     row("refs 3 unload 2", Method::None, {second});
     row("refs 3 unload 3", Method::ExactFourPoints);
     row("NEQ refs 3 unload 3", Method::None, {second}); // the third, under the second's name
     row("NEQ refs 3 unload 3 notarget", Method::None, {noTarget});
-    row("NEQ points 5", Method::NonEquivVictoreen);
-    row("NEQlinear", Method::NonEquivLinear);
 
     isMap = true;
-    row("notarget", Method::ExactFourPoints);
     row("noimage 1", Method::ThreePoints); // a row without an image is not used
     row("noimage 3", Method::None, {"V Point is not selected"});
     row("LS", Method::LeastSquares);

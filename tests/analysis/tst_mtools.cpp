@@ -3,9 +3,6 @@
 #include <QtTest>
 
 #include <cmath>
-#include <limits>
-
-#include <unistd.h>
 
 namespace {
 
@@ -65,24 +62,6 @@ struct Storage {
     int *perm;
 };
 
-/// What a print writes to standard output.
-template <class Print> QByteArray printed(Print print)
-{
-    std::fflush(stdout);
-    QTemporaryFile file;
-    if (!file.open()) {
-        return "(no file)";
-    }
-    const int saved = dup(STDOUT_FILENO);
-    dup2(file.handle(), STDOUT_FILENO);
-    print();
-    std::fflush(stdout);
-    dup2(saved, STDOUT_FILENO);
-    close(saved);
-    file.seek(0);
-    return file.readAll();
-}
-
 } // namespace
 
 class MToolsTest : public QObject {
@@ -93,9 +72,6 @@ private slots:
     void pivotTiesKeepTheEarlierRowAndNaNNeverWins();
     void singularSystemsGiveNonFiniteUnknowns();
     void eliminates();
-    void elementwiseOperations();
-    void nothingHappensBelowOneUnknown();
-    void prints();
 };
 
 void MToolsTest::decompositionKeepsRowsInPlace()
@@ -165,58 +141,6 @@ void MToolsTest::eliminates()
     QVERIFY(flags[0] == 0 && flags[1] == 0);
     QCOMPARE(s.a[0][1], 7.0); // not divided
     s.tools.deleteIVector(2, flags);
-}
-
-void MToolsTest::elementwiseOperations()
-{
-    Storage s(2);
-    s.set({1, 2, 3, 4}, {5, 6});
-    s.tools.mulMatVec(2, s.a, s.b, s.y);
-    QVERIFY(s.y[0] == 17 && s.y[1] == 39);
-    s.tools.copyMatrix(2, s.a, s.l);
-    s.tools.mulMatrix(2, s.a, s.l, s.u); // the diagonal of the square, in every column
-    QCOMPARE(s.rows(s.u), (QVector<double>{7, 7, 22, 22}));
-    QVERIFY(s.tools.hasNaN(2, s.a) == 0 && s.tools.hasNaN(2, s.b) == 0);
-    s.a[1][0] = s.b[1] = qQNaN();
-    QVERIFY(s.tools.hasNaN(2, s.a) == 1 && s.tools.hasNaN(2, s.b) == 1);
-    s.perm[1] = 9;
-    s.tools.clearVector(2, s.b);
-    s.tools.clearIVector(2, s.perm);
-    QVERIFY(s.b[1] == 0 && s.perm[1] == 0);
-}
-
-void MToolsTest::nothingHappensBelowOneUnknown()
-{
-    for (const int n : {0, -3, std::numeric_limits<int>::min()}) {
-        Storage s(n);
-        s.solve();
-        s.tools.clearMatrix(n, s.a);
-        s.tools.setUnit(n, s.a);
-        s.tools.mulMatVec(n, s.a, s.b, s.y);
-        s.tools.mulMatrix(n, s.a, s.l, s.u);
-        QCOMPARE(s.tools.hasNaN(n, s.a), 0);
-        s.tools.deleteIVector(n, s.tools.eliminate(n, s.a, s.l));
-        QCOMPARE(printed([&] { s.tools.printMatrix(n, "A", s.a); }), QByteArray());
-    }
-    MTools().deleteVector(3, nullptr);
-    MTools().deleteIVector(3, nullptr);
-}
-
-void MToolsTest::prints()
-{
-    Storage s(2);
-    s.set({1, 2.5, -3, 1e-9}, {4, 5});
-    s.perm[0] = 1;
-    s.perm[1] = 0;
-    QCOMPARE(printed([&s] {
-                 s.tools.printMatrix(2, "A", s.a);
-                 s.tools.printPMatrix(2, "PA", s.a, s.perm);
-                 s.tools.printVector(2, "b", s.b);
-                 s.tools.printPVector(2, "Pb", s.b, s.perm);
-                 s.tools.printIVector(2, "p", s.perm);
-             }),
-             QByteArray("# A = \n# 1 2.5 \n# -3 1e-09 \n# \n# PA = \n# -3 1e-09 \n# 1 2.5 \n# \n"
-                        "# b = \n# 4 5 \n# \n# Pb = \n# 5 4 \n# \n# p = \n# 1 0 \n# \n"));
 }
 
 QTEST_GUILESS_MAIN(MToolsTest)

@@ -125,8 +125,6 @@ private slots:
     void exactMixtureIsMet();
     void noiseIsThatOfTheMap_data();
     void noiseIsThatOfTheMap();
-    void heldReferenceIsNamed();
-    void withoutReferencesOrCurves();
     void otherInputsHaveNoReport();
 };
 
@@ -134,7 +132,6 @@ void PixelReportTest::exactMixtureIsMet_data()
 {
     const TestTable<Method> row("method");
     row("three points", Method::ThreePoints);
-    row("exact four points", Method::ExactFourPoints);
     row("least squares", Method::LeastSquares);
     row("linear", Method::NonEquivLinear);
     row("Victoreen", Method::NonEquivVictoreen);
@@ -200,11 +197,8 @@ void PixelReportTest::noiseIsThatOfTheMap_data()
     row("Victoreen, pixel", Method::NonEquivVictoreen, NoiseSource::Pixel, false);
     row("Victoreen, counts", Method::NonEquivVictoreen, NoiseSource::Counts, false);
     row("bounded, pixel", Method::NonEquivLinear, NoiseSource::Pixel, true);
-    row("bounded, counts", Method::NonEquivLinear, NoiseSource::Counts, true);
     row("least squares, pixel", Method::LeastSquares, NoiseSource::Pixel, false);
-    row("least squares, counts", Method::LeastSquares, NoiseSource::Counts, false);
     row("three points, given", Method::ThreePoints, NoiseSource::Given, false);
-    row("three points, pooled", Method::ThreePoints, NoiseSource::Pooled, false);
 }
 
 void PixelReportTest::noiseIsThatOfTheMap()
@@ -283,52 +277,6 @@ void PixelReportTest::noiseIsThatOfTheMap()
         }
     }
     QCOMPARE(onBounds > 0, bounded);
-}
-
-void PixelReportTest::heldReferenceIsNamed()
-{
-    // -0.1 of the second: held, and none of it is left.
-    AnalysisInput input = inputFor(Method::NonEquivLinear);
-    Mixture mixture = mixtureFor(Method::NonEquivLinear);
-    mixture.factors[1] = -0.1;
-    takeImages(input, [&](size_t e) { return std::vector<double>{mixture.at(kEnergies[e])}; });
-    input.method.nonEquivBounds = NonEquivBounds::NonNegative;
-    const MapOutcome outcome = calculateMap(input);
-    QVERIFY(outcome.maps);
-    const PixelReport report = reportPixel(input, *outcome.maps, 0, 0);
-    QVERIFY(!report.references[0].isHeld && report.references[1].isHeld);
-    QCOMPARE(report.references[1].amount.value, 0.0);
-    QCOMPARE(report.freedom, 8 - 5 + 1);
-    QVERIFY(report.residual > 1e-3); // the bound costs
-    QVERIFY(csvOf(report).contains("\n# held,3\n"));
-}
-
-void PixelReportTest::withoutReferencesOrCurves()
-{
-    // Maps run on a background alone, too: a straight line of absorptions is met.
-    AnalysisInput input = inputFor(Method::NonEquivLinear);
-    takeImages(input, [](size_t e) { return std::vector<double>{0.01 * kEnergies[e]}; });
-    input.precision.maps = true;
-    for (ReferenceInput &reference : input.references) {
-        reference.use = false;
-    }
-    MapOutcome outcome = calculateMap(input);
-    QVERIFY(outcome.maps);
-    PixelReport report = reportPixel(input, *outcome.maps, 0, 0);
-    QVERIFY(report.references.empty() && std::isnan(report.valence.sigma));
-    QVERIFY(close(curveAt(report, report.fit, 150), 1.5, 1e-9));
-
-    // Spectra that end before the used energies leave nothing to draw.
-    input = inputFor(Method::ThreePoints);
-    for (EnergyPointInput &point : input.points) {
-        point.energyEv += 1000;
-    }
-    takeImages(input, [](size_t e) { return std::vector<double>{0.01 * kEnergies[e]}; });
-    outcome = calculateMap(input);
-    QVERIFY(outcome.maps);
-    report = reportPixel(input, *outcome.maps, 0, 0);
-    QCOMPARE(report.points.size(), size_t(3));
-    QVERIFY(report.energiesEv.empty() && report.fit.empty());
 }
 
 void PixelReportTest::otherInputsHaveNoReport()

@@ -81,15 +81,6 @@ void ResultsTest::writesHistogramsBesideTheResult()
                         "0.35 0.39999999999999997 0.44999999999999996  1\n"));
     QCOMPARE(BinCounts::pathBeside(m_files.path("new"), QString("T")), m_files.path("new_T."));
     QVERIFY(!bins.write(m_files.path("no/map.txt"), "T"));
-    // Through links, whether or not the end of them exists: beside the file itself.
-    QVERIFY(QDir(m_files.path(QString())).mkdir("d"));
-    for (const char *end : {"d/there.dat", "d/missing.dat"}) {
-        const QString link = m_files.path("link.dat");
-        QFile::remove(link);
-        QVERIFY(QFile::link(m_files.path(QLatin1String(end)), link));
-        m_files.write("d/there.dat", "");
-        QCOMPARE(BinCounts::pathBeside(link, QString("T")), m_files.path("d/link_T.dat"));
-    }
 }
 
 void ResultsTest::writesFourPointsMaps()
