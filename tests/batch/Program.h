@@ -57,10 +57,10 @@ public:
         start(QStringLiteral(ORVEL_BATCH), arguments);
     }
 
-    Run end(int mostMs = 60000)
+    Run end()
     {
         Run result;
-        if (waitForFinished(mostMs) && exitStatus() == QProcess::NormalExit) {
+        if (waitForFinished(60000) && exitStatus() == QProcess::NormalExit) {
             result.status = exitCode();
         }
         kill();

@@ -10,7 +10,6 @@
 #include <QRandomGenerator>
 #include <QtTest>
 
-#include <atomic>
 #include <thread>
 
 #include <fcntl.h>
@@ -78,13 +77,10 @@ private slots:
     void fullDisk();
     void fullDiskForMessages();
     void resultOnReadOnlyDisk();
-    void inputsOnReadOnlyDisk();
     void foldersOfOthers_data();
     void foldersOfOthers();
     void whatIsNoFile_data();
     void whatIsNoFile();
-    void filesThatBecomePipes();
-    void killedWhileWriting_data();
     void killedWhileWriting();
     void pipes();
 
@@ -183,14 +179,9 @@ void FaultsTest::fullDisk()
 
 void FaultsTest::fullDiskForMessages()
 {
-    makeDisk("size=64k");
-    QFile filler(path("disk/filler"));
-    QVERIFY(filler.open(QIODevice::WriteOnly | QIODevice::Unbuffered));
-    while (filler.write(QByteArray(4096, 'x')) == 4096) {
-    }
     const QString result = path("elsewhere.dat");
     Program program;
-    program.setStandardOutputFile(path("disk/messages"));
+    program.setStandardOutputFile("/dev/full");
     const Run run = program.run({"--result", result, session()});
     QCOMPARE(run.status, 4);
     QVERIFY(run.err.contains("standard output"));
@@ -205,20 +196,6 @@ void FaultsTest::resultOnReadOnlyDisk()
     QCOMPARE(run.status, 4);
     QVERIFY(run.out.contains("Can't open the file [" + path("disk/r.dat") + "]\n"));
     QCOMPARE(resultsIn("disk"), kOldResults);
-}
-
-/// Nothing needs to be written where inputs are.
-void FaultsTest::inputsOnReadOnlyDisk()
-{
-    makeDisk("size=1m");
-    for (const char *name : {"spectrum", "target", "map"}) {
-        QVERIFY(QFile::copy(path(name), path(QLatin1String("disk/") + name)));
-    }
-    QVERIFY(QFile::copy(session(), path("disk/s.ini")));
-    makeReadOnly();
-    const Run run = runBatch({"--result", path("new.dat"), path("disk/s.ini")});
-    QCOMPARE(run.status, 0);
-    QVERIFY(QFileInfo(path("new.dat")).size() > 50);
 }
 
 void FaultsTest::foldersOfOthers_data()
@@ -295,69 +272,14 @@ void FaultsTest::whatIsNoFile()
     close(listener);
 }
 
-/// A file that is replaced over and over, also between the look at it and its opening.
-void FaultsTest::filesThatBecomePipes()
-{
-    const QByteArray target = encoded(path("target"));
-    const QByteArray map = encoded(path("map"));
-    const QString file = session("[Output]\nSaveFSelect=\n");
-    std::atomic<bool> isOver = false;
-    std::thread replacer([&] {
-        while (!isOver) {
-            for (const QByteArray &name : {target, map}) {
-                const QByteArray other = name + ".next";
-                if (mkfifo(other.constData(), 0644) != 0 ||
-                    std::rename(other.constData(), name.constData()) != 0) {
-                    return;
-                }
-                std::this_thread::yield();
-                QFile plain(QFile::decodeName(other));
-                if (!plain.open(QIODevice::WriteOnly) ||
-                    plain.write(name == map ? mapOf(1) : kSpectrum) < 0) {
-                    return;
-                }
-                plain.close(); // which stays for a moment
-                if (std::rename(other.constData(), name.constData()) != 0) {
-                    return;
-                }
-                std::this_thread::sleep_for(std::chrono::microseconds(200));
-            }
-        }
-    });
-    int hung = 0;
-    int taken = 0;
-    constexpr int kRuns = 60;
-    for (int i = 0; i < kRuns && hung == 0; ++i) {
-        Program program;
-        program.begin({file});
-        const int status = program.end(20000).status;
-        hung += status != 0 && status != 3 && status != 1 ? 1 : 0;
-        taken += status == 3 ? 0 : 1;
-    }
-    isOver = true;
-    replacer.join();
-    qInfo("%d of %d runs took the files", taken, kRuns);
-    QCOMPARE(hung, 0);
-}
-
-void FaultsTest::killedWhileWriting_data()
-{
-    const TestTable<QByteArray, int, int> row("more", "side", "file");
-    row("result", QByteArray(), 700, 0);
-    row("histogram", QByteArray("[Histogram]\nHgABoxes=900000\n"), 1, 1);
-}
-
 /// The old result or the whole new one, whenever the kill comes.
 void FaultsTest::killedWhileWriting()
 {
-    QFETCH(QByteArray, more);
-    QFETCH(int, side);
-    QFETCH(int, file);
-    m_files->write("map", mapOf(side));
-    const QString name = session(more);
+    m_files->write("map", mapOf(700));
+    const QString name = session();
     makeDisk(nullptr);
     QCOMPARE(runBatch({name}).status, 0);
-    const QByteArray fresh = m_files->read("disk/" + kResults[file]);
+    const QByteArray fresh = m_files->read("disk/r.dat");
     QVERIFY(fresh.size() > (1 << 22));
     QRandomGenerator random(1);
     int during = 0;
@@ -370,13 +292,11 @@ void FaultsTest::killedWhileWriting()
         QVERIFY(program.waitForStarted());
         // Until the new file is open, named or not yet, and then a little more.
         const QDir opened(QStringLiteral("/proc/%1/fd").arg(program.processId()));
-        const auto isWriting = [&] { // the one before is in place
-            const bool isNext =
-                file == 0 || !m_files->read("disk/" + kResults[file - 1]).startsWith("old");
+        const auto isWriting = [&] {
             const QStringList numbers = opened.entryList(QDir::System | QDir::Files);
-            return isNext && std::any_of(numbers.begin(), numbers.end(), [&](const QString &n) {
-                       return QFile::symLinkTarget(opened.filePath(n)).startsWith(path("disk/"));
-                   });
+            return std::any_of(numbers.begin(), numbers.end(), [&](const QString &n) {
+                return QFile::symLinkTarget(opened.filePath(n)).startsWith(path("disk/"));
+            });
         };
         QElapsedTimer timer;
         timer.start();
@@ -386,7 +306,7 @@ void FaultsTest::killedWhileWriting()
         QThread::usleep(random.bounded(20000));
         program.kill();
         program.waitForFinished();
-        const QByteArray left = m_files->read("disk/" + kResults[file]);
+        const QByteArray left = m_files->read("disk/r.dat");
         const bool isOld = left == "old";
         QVERIFY2(isOld || left == fresh, "a part of the new file");
         during += isOld ? 1 : 0;
@@ -406,25 +326,17 @@ void FaultsTest::pipes()
         QCOMPARE(run.status, 4);
         QVERIFY(run.out.contains("Can't open the file [" + path("pipe") + "]\n"));
     }
-    for (const bool leaves : {true, false}) {
-        std::atomic<qint64> taken = 0;
-        std::thread reader([&] {
-            const int end = open(pipe.constData(), O_RDONLY | O_CLOEXEC);
-            char block[4096];
-            ssize_t got = 0;
-            while ((got = read(end, block, sizeof block)) > 0) {
-                taken += got;
-                if (leaves) {
-                    break;
-                }
-            }
-            close(end);
-        });
-        const Run run = runBatch({file});
-        reader.join();
-        QCOMPARE(run.status, leaves ? 4 : 0);
-        QVERIFY(leaves || taken > qint64(300) * 300 * 50);
-    }
+    ssize_t taken = 0; // by a reader that leaves
+    std::thread reader([&] {
+        const int end = open(pipe.constData(), O_RDONLY | O_CLOEXEC);
+        char block[4096];
+        taken = read(end, block, sizeof block);
+        close(end);
+    });
+    const Run run = runBatch({file});
+    reader.join();
+    QVERIFY(taken > 0);
+    QCOMPARE(run.status, 4);
 }
 
 int main(int argc, char **argv)
