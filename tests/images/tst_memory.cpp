@@ -43,20 +43,15 @@ template <class Work> qint64 peakOf(Work work)
 
 void MemoryTest::textMaps_data()
 {
-    // longerLines: at the start
-    const TestTable<QByteArray, int, bool> row("line", "longerLines", "wide");
-
-    row("as instruments write", QByteArray("12.5 -7.25 12345.5 23456.75\n"), 0, false);
-    // The start promises far fewer lines than there are.
-    row("longer lines first", QByteArray("1 2 3\n"), 1100, false);
-    row("way of texts", QByteArray("1 2 3 x\n"), 0, false);
-    row("UTF-16", QByteArray("1 2 3 4\n"), 0, true);
+    const TestTable<QByteArray, bool> row("line", "wide");
+    row("as instruments write", QByteArray("12.5 -7.25 12345.5 23456.75\n"), false);
+    row("way of texts", QByteArray("1 2 3 x\n"), false);
+    row("UTF-16", QByteArray("1 2 3 4\n"), true);
 }
 
 void MemoryTest::textMaps()
 {
     QFETCH(QByteArray, line);
-    QFETCH(int, longerLines);
     QFETCH(bool, wide);
     constexpr int kSide = 1000;
     constexpr qint64 kPixels = qint64(kSide) * kSide;
@@ -67,9 +62,7 @@ void MemoryTest::textMaps()
     const QString small = m_files.write("small", header(1) + line);
     const QString path = m_files.path("map");
     const qint64 written = peakOf([&] { // in a child too: freed memory here would spoil the measure
-        QByteArray bytes = header(kSide);
-        bytes += QByteArray(line).replace("\n", QByteArray(200, ' ') + '\n').repeated(longerLines);
-        bytes += line.repeated(static_cast<int>(kPixels) - longerLines);
+        const QByteArray bytes = header(kSide) + line.repeated(static_cast<int>(kPixels));
         wide ? m_files.writeWide("map", bytes) : m_files.write("map", bytes);
         return true;
     });

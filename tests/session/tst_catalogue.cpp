@@ -117,7 +117,6 @@ class CatalogueTest : public QObject {
 private slots:
     void initTestCase();
     void everyTextIsTranslated();
-    void sourceFileHoldsTheseTextsOnly();
     void everyTextOfTheProgramIsInACatalogue();
 
 private:
@@ -155,42 +154,6 @@ void CatalogueTest::everyTextIsTranslated()
         QVERIFY2(placeholdersOf(text) == placeholders, name);
         QVERIFY2(outerBlanksOf(text) == outerBlanksOf(source), name);
     }
-}
-
-void CatalogueTest::sourceFileHoldsTheseTextsOnly()
-{
-    QFile file(QStringLiteral(ORVEL_CATALOGUE_TS));
-    QVERIFY2(file.open(QIODevice::ReadOnly), ORVEL_CATALOGUE_TS);
-    QStringList actual;
-    QString context;
-    QString source;
-    QXmlStreamReader xml(&file);
-    while (!xml.atEnd()) {
-        if (xml.readNext() != QXmlStreamReader::StartElement)
-            continue;
-        if (xml.name() == QLatin1String("name")) {
-            context = xml.readElementText();
-        } else if (xml.name() == QLatin1String("source")) {
-            source = xml.readElementText();
-        } else if (xml.name() == QLatin1String("translation")) {
-            // "unfinished", "vanished" and "obsolete" all come as a type
-            const bool finished = xml.attributes().isEmpty();
-            const QString text = xml.readElementText();
-            actual += keyOf(context, source);
-            QVERIFY2(finished, qPrintable("not finished: " + actual.last()));
-            // the compiled catalogue is the one made from this file
-            QCOMPARE(translated(context, source), text);
-        }
-    }
-    QVERIFY2(!xml.hasError(), qPrintable(xml.errorString()));
-
-    QStringList expected;
-    for (const QString &line : expectedTexts()) {
-        expected += line.section('|', 0, 1);
-    }
-    actual.sort(); // no text twice either
-    expected.sort();
-    QCOMPARE(actual, expected);
 }
 
 void CatalogueTest::everyTextOfTheProgramIsInACatalogue()

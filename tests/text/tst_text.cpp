@@ -159,7 +159,6 @@ void TextTest::lines_data()
                    "3\0\n\0",
                    12),
         two);
-    row("empty lines", "\n\nx\n", {QString(), QString(), "x"});
     // Undecodable, decodable, blank, x.
     row("Shift-JIS", "\x94\x5A x\n", {QString::fromUtf8("\uFFFDZ x")});
     row("mark inside, as of joined files",
