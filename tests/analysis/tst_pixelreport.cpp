@@ -7,7 +7,7 @@
 
 #include <QtTest>
 
-#include <numeric>
+#include <algorithm>
 #include <random>
 
 using namespace orvel;
