@@ -91,6 +91,8 @@ void SpectraTest::reads_data()
         {{e1, 0.1 / 0.3 + 0.2 / 0.3}});
     row("a later Mode line without I0 keeps it",
         "9809\nMode 0 0 1 2\nMode 0 0 0 0 2\nOffset\n9 14 1 8 9 2\n", {{e1, std::log(4.0)}});
+    row("first transmission column wins", "9809\nMode 0 0 1 2 2\nOffset\n9 14 1 8 2 4\n",
+        {{e1, std::log(4.0)}});
     row("first kind stays, later Mode line moves the columns",
         "9809\nMode 0 0 1 2\nMode 0 0 3 2 1\nOffset\n9 14 1 7 2 8\n", {{e1, std::log(4.0)}});
     row("no I0 column", "9809\nMode 0 0 0 2\nOffset\n9 14 1 7 8 2\n", {{e1, 0}});
