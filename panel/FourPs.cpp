@@ -185,7 +185,9 @@ void FourPs::shareWidth()
         return m_ui->InputScroll->minimumWidth() + (kReferenceRows + 1) * qMax(0, more);
     };
     const int left = qBound(widthFor("-0.0123457"), width() * 9 / 20, widthFor("-1.23457e-05"));
-    m_ui->MainSplitter->setSizes({left, width() - left});
+    if (m_ui->MainSplitter->sizes().value(0) != left) {
+        m_ui->MainSplitter->setSizes({left, width() - left});
+    }
 }
 
 void FourPs::makeRows()

@@ -329,12 +329,12 @@ QRadioButton *FourPs::mapButton(Quantity quantity) const
 
 QRadioButton *FourPs::histogramButton(Quantity quantity) const
 {
-    return quantityButton(this, "Hg", quantity, m_histogramButtons);
+    return quantityButton(m_ui->HgValence->parentWidget(), "Hg", quantity, m_histogramButtons);
 }
 
 QCheckBox *FourPs::recordButton(Quantity quantity) const
 {
-    return quantityButton(this, "Rec", quantity, m_recordButtons);
+    return quantityButton(m_ui->RecValence->parentWidget(), "Rec", quantity, m_recordButtons);
 }
 
 Quantity FourPs::chosenMap() const
