@@ -109,283 +109,217 @@ class EveryEyeTest : public QObject {
     Q_OBJECT
 
 private slots:
-    void init();
-    void namesEverything_data();
-    void namesEverything();
-    void reachesEverythingByTab();
-    void keysDoWhatTheMouseDoes();
-    void keysDrawRegionsAndPickEnergies();
-    void lettersStandOut_data();
-    void lettersStandOut();
+    void init()
+    {
+        QApplication::setStyle(new orvel::ReadableStyle);
+        QApplication::setFont(m_usual);
+        m_translators = std::make_unique<orvel::Translators>();
+        if (QTest::currentDataTag() == QLatin1String("Japanese"))
+            orvel::installJapanese(*m_translators);
+    }
+
+    void namesEverything_data()
+    {
+        table<QString>({"valence"}, {{"English", "Reference 2, valence"},
+                                     {"Japanese", QStringLiteral("標準試料 2、価数")}});
+    }
+
+    void namesEverything()
+    {
+        const Windows windows(m_sample);
+        QCOMPARE(windows.all().size(), 5);
+        QSet<QString> told;
+        QStringList faults;
+        for (QWidget *widget : windows.widgets()) {
+            if (widget->focusPolicy() == Qt::NoFocus)
+                continue;
+            auto *interface = QAccessible::queryAccessibleInterface(widget);
+            const QString name = widget->inherits("QComboBox") // else the toolkit tells its choice
+                                     ? widget->accessibleName()
+                                     : interface->text(QAccessible::Name);
+            const QString key =
+                widget->window()->objectName() + widget->metaObject()->className() + name;
+            if (name.isEmpty() || told.contains(key))
+                faults += nameOf(widget) + ": " + name;
+            told += key;
+        }
+        QCOMPARE(faults.join('\n'), QString());
+        QVERIFY(told.size() > 250);
+        QTEST(reference(windows.panel, 1)->valenceEdit()->accessibleName(), "valence");
+    }
+
+    void reachesEverythingByTab()
+    {
+        const Windows windows(m_sample);
+        for (QWidget *window : windows.all()) {
+            window->activateWindow();
+            QTRY_COMPARE(QApplication::activeWindow(), window);
+            QSet<QWidget *> reached;
+            for (int i = 0; i < 400; ++i) {
+                QTest::keyClick(window->focusWidget() ? window->focusWidget() : window,
+                                Qt::Key_Tab);
+                reached += window->focusWidget();
+            }
+            QStringList missed;
+            for (QWidget *widget : windows.widgets()) {
+                const auto *button = qobject_cast<QAbstractButton *>(widget);
+                const bool isByArrows =
+                    qobject_cast<QRadioButton *>(widget) && !button->isChecked();
+                const bool acts = button || widget->inherits("DispArea") ||
+                                  widget->inherits("cBar") ||
+                                  (widget->focusPolicy() & Qt::TabFocus) != 0;
+                if (widget->window() == window && widget->isEnabled() && acts && !isByArrows &&
+                    !reached.contains(widget))
+                    missed += nameOf(widget);
+            }
+            QCOMPARE(missed.join('\n'), QString());
+        }
+    }
+
+    void keysDoWhatTheMouseDoes()
+    {
+        Windows windows(m_sample);
+        FourPs &panel = windows.panel;
+        DispArea *area = map(panel, "ResultMap")->area();
+        const auto key = [&](Qt::Key code, Qt::KeyboardModifiers with = Qt::NoModifier) {
+            QTest::keyClick(area, code, with);
+        };
+        Windows::focus(area);
+        QTest::keyPress(area, Qt::Key_Space);
+        key(Qt::Key_Right);
+        key(Qt::Key_Left, Qt::ControlModifier);
+        QTest::keyRelease(area, Qt::Key_Space);
+        QCOMPARE(panel.state().texts.regions.size(), size_t(1));
+        key(Qt::Key_Delete);
+        QVERIFY(panel.state().texts.regions.empty());
+        perform(panel, "click RegionsB");
+        key(Qt::Key_Left); // from the middle of two pixels
+        key(Qt::Key_Right);
+        QVERIFY(qAbs(shown(panel, "ResultMap.XPos").toDouble() - 1.5) < 0.01); // the mouse's pixels
+        QCOMPARE(shown(panel, "ResultMap.Val").toDouble(), 3.0);               // nothing of A
+        key(Qt::Key_Plus);
+        QVERIFY(area->isZoomed());
+        key(Qt::Key_0);
+        QVERIFY(!area->isZoomed());
+        QWidget *pixel = at(panel, "PixelWindow");
+        pixel->hide();
+        key(Qt::Key_Return);
+        QVERIFY(pixel->isVisible() && pixel->windowTitle().contains("(1, 0)"));
+        key(Qt::Key_F10, Qt::ShiftModifier);
+        auto *menu = area->findChild<QMenu *>("ExportMenu");
+        QVERIFY(menu && menu->isVisible());
+        menu->close();
+
+        cBar *bar = map(panel, "ResultMap")->bar();
+        const QColor colour = bar->colourOf(2.75);
+        QTest::keyClick(bar, Qt::Key_Down, Qt::ControlModifier);
+        QVERIFY(bar->colourOf(2.75) != colour);
+
+        DispABase *popped = graph(panel, Displays::DTarget);
+        QTest::keyClick(popped->area(), Qt::Key_Escape);
+        QVERIFY(!popped->isPoppedOut());
+
+        Windows::focus(at(panel, "P1.Energy"));
+        QTest::keyClick(at(panel, "P1.Energy"), Qt::Key_F6);
+        QCOMPARE(panel.focusWidget(), at(panel, "HgAFrom"));
+        QVERIFY(!at(panel, "HgAFrom")->visibleRegion().isEmpty()); // scrolled to
+        QTest::keyClick(&panel, Qt::Key_O, Qt::ControlModifier);
+        QTRY_VERIFY(panel.findChild<QFileDialog *>());
+    }
+
+    void lettersStandOut_data() { table<bool>({"isDark"}, {{"light", false}, {"dark", true}}); }
+
+    void lettersStandOut()
+    {
+        QFETCH(bool, isDark);
+        QApplication::setPalette(isDark ? QPalette() : darkPalette());
+        const Windows windows(m_sample);
+        QApplication::setPalette(isDark ? darkPalette() : QPalette()); // while it runs
+        QStringList faults;
+        const auto look = [&faults](QWidget *widget, const QRect &part, double least = 4.5) {
+            const double contrast = contrastIn(widget->grab(part).toImage());
+            if (contrast < least)
+                faults += nameOf(widget) + ' ' + QString::number(contrast);
+        };
+        int asked = 0;
+        for (QWidget *widget : windows.widgets()) {
+            auto *field = qobject_cast<QLineEdit *>(widget);
+            const auto *plot = qobject_cast<DispABase *>(widget);
+            const bool hasText = field || !widget->property("text").toString().isEmpty() ||
+                                 widget->inherits("QComboBox") ||
+                                 widget->inherits("QPlainTextEdit");
+            if (plot && plot->coord()->hasContent())
+                look(plot->area(), plot->area()->rect());
+            if (!widget->isEnabled() || !hasText)
+                continue;
+            ++asked;
+            const QRect inside = widget->rect().adjusted(3, 3, -3, -3); // without a frame
+            if (field) {
+                field->setText("0.5");
+                look(field, inside);
+                field->selectAll();
+            }
+            look(widget, inside);
+            if (widget->inherits("QCheckBox") || widget->inherits("QRadioButton")) {
+                QStyleOptionButton option;
+                option.initFrom(widget);
+                const auto box = widget->inherits("QCheckBox") ? QStyle::SE_CheckBoxIndicator
+                                                               : QStyle::SE_RadioButtonIndicator;
+                look(widget, widget->style()->subElementRect(box, &option, widget), 3.0);
+            }
+        }
+        QVERIFY(asked > 250);
+        QApplication::setPalette(QPalette());
+        QCOMPARE(faults.join('\n'), QString());
+    }
+
     void largeLettersAreWhole_data() { namesEverything_data(); }
-    void largeLettersAreWhole();
+
+    void largeLettersAreWhole()
+    {
+        QFont large = m_usual;
+        large.setPointSizeF(18.0);
+        QApplication::setFont(large);
+        Windows windows(m_sample);
+        QStringList faults;
+        for (QWidget *widget : windows.widgets()) {
+            const auto *label = qobject_cast<QLabel *>(widget);
+            const auto *button = qobject_cast<QAbstractButton *>(widget);
+            const QFontMetrics letters = widget->fontMetrics();
+            QSize needs;
+            if (widget->inherits("QCheckBox") || widget->inherits("QRadioButton") ||
+                widget->inherits("QComboBox"))
+                needs = widget->sizeHint();
+            else if (label && !label->wordWrap())
+                needs = letters.size(0, label->text());
+            else if (button && button->icon().isNull())
+                needs = letters.size(Qt::TextShowMnemonic, button->text());
+            else if (widget->inherits("QLineEdit"))
+                needs = QSize(0, letters.height());
+            else
+                continue;
+            const QWidget *around = widget->parentWidget();
+            const bool isScrolled = around->parentWidget()->inherits("QScrollArea");
+            if (needs.boundedTo(widget->size()) != needs ||
+                !(isScrolled || around->rect().contains(widget->geometry())))
+                faults += nameOf(widget) + " lacks room";
+        }
+        QCOMPARE(faults.join('\n'), QString());
+        // A laptop's screen is enough, and shows what the keys go to.
+        windows.body.resize(1366, 720);
+        QCOMPARE(windows.body.size(), QSize(1366, 720));
+        Windows::focus(at(windows.panel, "EdgeE"));
+        for (int i = 0; i < 200; ++i) {
+            QTest::keyClick(windows.body.focusWidget(), Qt::Key_Tab);
+            QTRY_VERIFY(!windows.body.focusWidget()->visibleRegion().isEmpty());
+        }
+    }
 
 private:
     Sample m_sample;
     const QFont m_usual = QApplication::font();
     std::unique_ptr<orvel::Translators> m_translators;
 };
-
-void EveryEyeTest::init()
-{
-    QApplication::setStyle(new orvel::ReadableStyle);
-    QApplication::setFont(m_usual);
-    m_translators = std::make_unique<orvel::Translators>();
-    if (QTest::currentDataTag() == QLatin1String("Japanese"))
-        orvel::installJapanese(*m_translators);
-}
-
-void EveryEyeTest::namesEverything_data()
-{
-    QTest::addColumn<QString>("valence");
-    QTest::newRow("English") << "Reference 2, valence";
-    QTest::newRow("Japanese") << QStringLiteral("標準試料 2、価数");
-}
-
-void EveryEyeTest::namesEverything()
-{
-    const Windows windows(m_sample);
-    QCOMPARE(windows.all().size(), 5);
-    QSet<QString> told;
-    QStringList faults;
-    for (QWidget *widget : windows.widgets()) {
-        if (widget->focusPolicy() == Qt::NoFocus)
-            continue;
-        auto *interface = QAccessible::queryAccessibleInterface(widget);
-        const QString name = widget->inherits("QComboBox") // else the toolkit tells its choice
-                                 ? widget->accessibleName()
-                                 : interface->text(QAccessible::Name);
-        const QString key =
-            widget->window()->objectName() + widget->metaObject()->className() + name;
-        if (name.isEmpty() || told.contains(key))
-            faults += nameOf(widget) + ": " + name;
-        told += key;
-    }
-    QCOMPARE(faults.join('\n'), QString());
-    QVERIFY(told.size() > 250);
-    QTEST(reference(windows.panel, 1)->valenceEdit()->accessibleName(), "valence");
-}
-
-void EveryEyeTest::reachesEverythingByTab()
-{
-    const Windows windows(m_sample);
-    for (QWidget *window : windows.all()) {
-        window->activateWindow();
-        QTRY_COMPARE(QApplication::activeWindow(), window);
-        QSet<QWidget *> reached;
-        for (int i = 0; i < 400; ++i) {
-            QTest::keyClick(window->focusWidget() ? window->focusWidget() : window, Qt::Key_Tab);
-            reached += window->focusWidget();
-        }
-        QStringList missed;
-        for (QWidget *widget : windows.widgets()) {
-            const auto *button = qobject_cast<QAbstractButton *>(widget);
-            const bool isByArrows = qobject_cast<QRadioButton *>(widget) && !button->isChecked();
-            const bool acts = button || widget->inherits("DispArea") || widget->inherits("cBar") ||
-                              (widget->focusPolicy() & Qt::TabFocus) != 0;
-            if (widget->window() == window && widget->isEnabled() && acts && !isByArrows &&
-                !reached.contains(widget))
-                missed += nameOf(widget);
-        }
-        QCOMPARE(missed.join('\n'), QString());
-    }
-}
-
-void EveryEyeTest::keysDoWhatTheMouseDoes()
-{
-    Windows windows(m_sample);
-    FourPs &panel = windows.panel;
-    perform(panel, "click RegionsB");
-    DispArea *area = map(panel, "ResultMap")->area();
-    const auto key = [&](Qt::Key code, Qt::KeyboardModifiers with = Qt::NoModifier) {
-        QTest::keyClick(area, code, with);
-    };
-    const auto columns = [area] { return area->coord()->xMax() - area->coord()->xMin(); };
-    const QImage without = area->grab().toImage();
-    Windows::focus(area);
-    QVERIFY(area->grab().toImage() != without); // a frame
-
-    key(Qt::Key_Left); // from the middle of two pixels
-    key(Qt::Key_Right);
-    QVERIFY(qAbs(shown(panel, "ResultMap.XPos").toDouble() - 1.5) < 0.01); // the mouse's pixels
-    QCOMPARE(shown(panel, "ResultMap.Val").toDouble(), 3.0);               // nothing of A
-    QVERIFY(area->accessibleDescription().endsWith(": 3"));
-    key(Qt::Key_Plus);
-    QVERIFY(area->isZoomed() && qAbs(columns() - 2 / 1.1) < 1e-9);
-    const double before = area->coord()->xMin();
-    key(Qt::Key_Right, Qt::ShiftModifier);
-    QVERIFY(area->coord()->xMin() > before);
-    key(Qt::Key_0);
-    area->grab();
-    QVERIFY(!area->isZoomed() && columns() == 2.0);
-    QWidget *pixel = at(panel, "PixelWindow");
-    pixel->hide();
-    key(Qt::Key_Return);
-    QVERIFY(pixel->isVisible() && pixel->windowTitle().contains("(1, 0)"));
-    key(Qt::Key_F10, Qt::ShiftModifier);
-    auto *menu = area->findChild<QMenu *>("ExportMenu");
-    QVERIFY(menu && menu->isVisible());
-    menu->close();
-
-    cBar *bar = map(panel, "ResultMap")->bar();
-    const QColor colour = bar->colourOf(2.75);
-    QTest::keyClick(bar, Qt::Key_Down, Qt::ControlModifier);
-    QVERIFY(bar->colourOf(2.75) != colour);
-    QTest::keyClick(bar, Qt::Key_Home);
-    QCOMPARE(bar->colourOf(2.75), colour);
-
-    DispABase *popped = graph(panel, Displays::DTarget);
-    QVERIFY(popped->isPoppedOut());
-    QTest::keyClick(popped->area(), Qt::Key_Escape);
-    QVERIFY(!popped->isPoppedOut());
-    QCOMPARE(find(*popped, "PopDockB")->nextInFocusChain(), popped->area());
-
-    Windows::focus(at(panel, "P1.Energy"));
-    QTest::keyClick(at(panel, "P1.Energy"), Qt::Key_F6);
-    QCOMPARE(panel.focusWidget(), at(panel, "HgAFrom"));
-    QVERIFY(!at(panel, "HgAFrom")->visibleRegion().isEmpty()); // scrolled to
-    QTest::keyClick(at(panel, "HgAFrom"), Qt::Key_F6, Qt::ShiftModifier);
-    QCOMPARE(panel.focusWidget(), at(panel, "TypeNonEquiv"));
-    windows.body.resize(1900, 900);
-    const int width = at(panel, "InputScroll")->width();
-    QTest::keyClick(at(panel, "MainSplitterHandle"), Qt::Key_Right);
-    QTRY_VERIFY(at(panel, "InputScroll")->width() > width);
-    QTest::keyClick(&panel, Qt::Key_O, Qt::ControlModifier);
-    QTRY_VERIFY(panel.findChild<QFileDialog *>() && panel.findChild<QFileDialog *>()->isVisible());
-}
-
-void EveryEyeTest::keysDrawRegionsAndPickEnergies()
-{
-    const Windows windows(m_sample);
-    FourPs &panel = windows.panel;
-    DispArea *area = map(panel, "ResultMap")->area();
-    Windows::focus(area);
-    QTest::keyPress(area, Qt::Key_Space);
-    QTest::keyClick(area, Qt::Key_Right);
-    QTest::keyClick(area, Qt::Key_Left, Qt::ControlModifier);
-    QTest::keyRelease(area, Qt::Key_Space);
-    QCOMPARE(panel.state().texts.regions.size(), size_t(1));
-    QTest::keyClick(area, Qt::Key_Delete);
-    QVERIFY(panel.state().texts.regions.empty());
-
-    DispArea *muts = graph(panel, Displays::DMuts)->area();
-    muts->grab();
-    tick(point(panel, 4)->pickButton(), true);
-    Windows::focus(muts);
-    const auto isNear = [muts](double energyEv) { // a marker, which a press would take
-        return qAbs(muts->coord()->sx(energyEv) - muts->mouse()->x()) < 21;
-    };
-    do {
-        QTest::keyClick(muts, Qt::Key_Right);
-    } while (isNear(8200) || isNear(8350) || isNear(8600));
-    QTest::keyPress(muts, Qt::Key_Space);
-    QTest::keyRelease(muts, Qt::Key_Space);
-    QCOMPARE(shown(panel, "P5.Energy"),
-             QString::number(muts->coord()->rx(muts->mouse()->x()), 'g', 6));
-}
-
-void EveryEyeTest::lettersStandOut_data()
-{
-    QTest::addColumn<QPalette>("before");
-    QTest::addColumn<QPalette>("palette");
-    QTest::newRow("light") << darkPalette() << QPalette();
-    QTest::newRow("dark") << QPalette() << darkPalette();
-}
-
-void EveryEyeTest::lettersStandOut()
-{
-    QFETCH(QPalette, before);
-    QFETCH(QPalette, palette);
-    QApplication::setPalette(before);
-    const Windows windows(m_sample);
-    QApplication::setPalette(palette); // while it runs
-    QStringList faults;
-    const auto look = [&faults](QWidget *widget, const QRect &part, double least = 4.5) {
-        const double contrast = contrastIn(widget->grab(part).toImage());
-        if (contrast < least)
-            faults += nameOf(widget) + ' ' + QString::number(contrast);
-    };
-    int asked = 0;
-    for (QWidget *widget : windows.widgets()) {
-        auto *field = qobject_cast<QLineEdit *>(widget);
-        const auto *plot = qobject_cast<DispABase *>(widget);
-        const bool hasText = field || !widget->property("text").toString().isEmpty() ||
-                             widget->inherits("QComboBox") || widget->inherits("QPlainTextEdit");
-        if (plot && plot->coord()->hasContent())
-            look(plot->area(), plot->area()->rect());
-        if (!widget->isEnabled() || !hasText)
-            continue;
-        ++asked;
-        const QRect inside = widget->rect().adjusted(3, 3, -3, -3); // without a frame
-        if (field && !field->placeholderText().isEmpty()) {
-            field->clear();
-            look(field, inside);
-        }
-        if (field) {
-            field->setText("0.5");
-            look(field, inside);
-            field->selectAll();
-        }
-        look(widget, inside);
-        if (widget->inherits("QCheckBox") || widget->inherits("QRadioButton")) {
-            QStyleOptionButton option;
-            option.initFrom(widget);
-            const auto box = widget->inherits("QCheckBox") ? QStyle::SE_CheckBoxIndicator
-                                                           : QStyle::SE_RadioButtonIndicator;
-            look(widget, widget->style()->subElementRect(box, &option, widget), 3.0);
-        }
-    }
-    QVERIFY(asked > 250);
-    QWidget *result = at(windows.panel, "CalcRes");
-    QContextMenuEvent wanted(QContextMenuEvent::Keyboard, QPoint(5, 5), QPoint(5, 5));
-    QCoreApplication::sendEvent(result, &wanted);
-    QWidget *menu = QApplication::activePopupWidget();
-    QVERIFY(menu);
-    look(menu, menu->rect());
-    menu->close();
-    QApplication::setPalette(QPalette());
-    QCOMPARE(faults.join('\n'), QString());
-}
-
-void EveryEyeTest::largeLettersAreWhole()
-{
-    QFont large = m_usual;
-    large.setPointSizeF(18.0);
-    QApplication::setFont(large);
-    Windows windows(m_sample);
-    QStringList faults;
-    for (QWidget *widget : windows.widgets()) {
-        const auto *label = qobject_cast<QLabel *>(widget);
-        const auto *button = qobject_cast<QAbstractButton *>(widget);
-        const QFontMetrics letters = widget->fontMetrics();
-        QSize needs;
-        if (widget->inherits("QCheckBox") || widget->inherits("QRadioButton") ||
-            widget->inherits("QComboBox"))
-            needs = widget->sizeHint();
-        else if (label && !label->wordWrap())
-            needs = letters.size(0, label->text());
-        else if (button && button->icon().isNull())
-            needs = letters.size(Qt::TextShowMnemonic, button->text());
-        else if (widget->inherits("QLineEdit"))
-            needs = QSize(0, letters.height());
-        else
-            continue;
-        const QWidget *around = widget->parentWidget();
-        const bool isScrolled = around->parentWidget()->inherits("QScrollArea");
-        if (needs.boundedTo(widget->size()) != needs ||
-            !(isScrolled || around->rect().contains(widget->geometry())))
-            faults += nameOf(widget) + " lacks room";
-    }
-    QCOMPARE(faults.join('\n'), QString());
-    // A laptop's screen is enough, and shows what the keys go to.
-    windows.body.resize(1366, 720);
-    QCOMPARE(windows.body.size(), QSize(1366, 720));
-    Windows::focus(at(windows.panel, "EdgeE"));
-    for (int i = 0; i < 200; ++i) {
-        QTest::keyClick(windows.body.focusWidget(), Qt::Key_Tab);
-        QTRY_VERIFY(!windows.body.focusWidget()->visibleRegion().isEmpty());
-    }
-}
 
 QTEST_MAIN(EveryEyeTest)
 

@@ -33,15 +33,6 @@ private slots:
         }
         QCOMPARE(silent, QStringList());
         QVERIFY(asked > 200);
-
-        // The same name, another meaning: the widgets around decide.
-        for (const char *name : {"UseCB", "XPos"}) {
-            QSet<QString> tips;
-            for (const QWidget *widget : panel.findChildren<QWidget *>(QLatin1String(name))) {
-                tips += widget->toolTip();
-            }
-            QCOMPARE(tips.size(), 2);
-        }
     }
 };
 

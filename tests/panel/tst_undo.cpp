@@ -22,20 +22,15 @@ private slots:
     {
         table<QString, QString>( // one action
             {"steps", "name"},
-            {{"a box", "click R1.UseCB", "reference"},
-             {"a spectrum and its edge", "load R2.XafsFS %/mix.dat", "reference"},
+            {{"a spectrum and its edge", "load R2.XafsFS %/mix.dat", "reference"},
              {"a file taken away", "clear R2.XafsFS", "reference"},
-             {"the target", "clear TargetFile", "target"},
              {"a shift", "type TargetFile.DE 2", "target"},
              {"an energy", "type P2.Energy 8351", "energy points"},
              {"a map and its energy", "load P4.FileSelect %/edge.txt", "energy points"},
              {"the edge", "type EdgeE 8349", "edge"},
              {"a method", "tick TypeTMKisLS", "method"},
-             {"a histogram", "type HgABoxes 11", "histogram"},
-             {"a name", "type SaveFSelect.FileName out", "result file"},
              {"a bound", "tick SigmaMaps", "precision and bounds"},
-             {"a quantity", "tick MapAmount", "view"},
-             {"a spectrum to show", "load DispFSelect %/a.dat", "view"}});
+             {"a quantity", "tick MapAmount", "view"}});
     }
 
     void everyActionIsAStep()
@@ -54,10 +49,8 @@ private slots:
         QVERIFY(isSameState(panel.state(), before));
         QCOMPARE(redoAction(panel)->text(), "Redo: " + name);
         QCoreApplication::processEvents(); // restoring is no step of its own
-        if (name != "target") {            // an empty target leaves what was found last
-            panel.calcBoth();
-            QCOMPARE(shown(panel, "CalcRes LCFRes"), was);
-        }
+        panel.calcBoth();
+        QCOMPARE(shown(panel, "CalcRes LCFRes"), was);
         redoAction(panel)->trigger();
         QVERIFY(isSameState(panel.state(), after));
         QCoreApplication::processEvents();
@@ -104,17 +97,6 @@ private slots:
         QVERIFY(isSameState(panel.state(), before));
         QTest::keyClick(other, Qt::Key_Z, Qt::ControlModifier | Qt::ShiftModifier);
         QCOMPARE(edit->text(), text + "12");
-        // Once it counts, the field has no steps of its own, and messages never have any.
-        edit->setFocus();
-        QTest::keyClicks(edit, "3");
-        QTest::keyClick(edit, Qt::Key_Enter);
-        QTest::keyClick(edit, Qt::Key_Z, Qt::ControlModifier);
-        QCOMPARE(panel.state().texts.edgeE.value_or(QString()), text + "12");
-        auto *box = at<QPlainTextEdit>(panel, "Message");
-        box->insertPlainText("told");
-        QTest::keyClick(box, Qt::Key_Z, Qt::ControlModifier);
-        QVERIFY(box->toPlainText().contains("told"));
-        QCOMPARE(edit->text(), text);
     }
 
     void unchangedFilesAreNotReadAgain()
@@ -130,11 +112,6 @@ private slots:
         undoAction(panel)->trigger();
         QVERIFY(!at<QAbstractButton>(panel, "P2.LCFCB")->isChecked());
         QVERIFY(read == 0 && point(panel, 2)->map() == map);
-        perform(panel, "clear P3.FileSelect");
-        QCoreApplication::processEvents();
-        read = 0;
-        undoAction(panel)->trigger();
-        QVERIFY(read == 1 && point(panel, 2)->map() != nullptr);
     }
 
     void restoringCalculatesOnce()

@@ -19,10 +19,9 @@ private slots:
     void whatIsNoFile()
     {
         QCOMPARE(mkfifo("pipe", 0600), 0);
-        QDir().mkdir("folder");
         Loaded panel(m_sample);
         const auto map = point(panel, 1)->map();
-        for (const char *name : {"pipe", "folder", "/dev/zero", "missing"}) {
+        for (const char *name : {"pipe", "/dev/zero", "missing"}) {
             const QString path = QDir(m_sample.path({})).absoluteFilePath(name);
             for (const char *where : {"R1.XafsFS", "TargetFile", "P2.FileSelect"}) {
                 perform(panel, QString("load %1 %2").arg(where, path));
@@ -38,21 +37,14 @@ private slots:
             QCOMPARE(newMessages(panel), QStringList("Can't open the file [" + path +
                                                      "]: there is no such readable file"));
         }
-        perform(panel, m_sample.in("load R1.XafsFS %/a.dat; load TargetFile %/mix.dat"));
-        for (const char *name : {"./pipe", "no/where"}) { // nobody reads that pipe
-            at<QLineEdit>(panel, "SaveFSelect.FileName")->setText(name);
-            newMessages(panel);
-            perform(panel, "click WriteB");
-            QCOMPARE(newMessages(panel),
-                     QStringList(QString("Can't open the file [%1]").arg(name)));
-        }
+        perform(panel, "type SaveFSelect.FileName no/where; click WriteB");
+        QCOMPARE(newMessages(panel), QStringList("Can't open the file [no/where]"));
     }
 
     /// As the user types the result's name, chooses inputs or opens a session.
     void warnsOfOverwriting()
     {
         const QString in = m_sample.write("in.dat", "8000 1\n");
-        const QString beside = m_sample.write("in_HGAlpha.dat", "8000 1\n");
         QVERIFY(link("in.dat", "hard.dat") == 0 && QFile::link("in.dat", "soft.dat"));
         FourPs panel;
         const auto warned = [&panel](const char *name = nullptr) {
@@ -77,9 +69,6 @@ private slots:
             QCOMPARE(warned(), QString());
             panel.setState(state);
             QCOMPARE(warned(), "Writing replaces the input " + in);
-            load(beside);
-            QCOMPARE(warned(), QString());
-            QCOMPARE(warned("in.dat"), "Writing replaces the input " + beside);
             perform(panel, QString("clear %1").arg(where));
         }
         QCOMPARE(warned(""), QString());
