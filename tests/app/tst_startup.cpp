@@ -15,12 +15,10 @@ private slots:
     void languages_data()
     {
         QTest::addColumn<bool>("japanese");
-        for (const char *arguments :
-             {"", "-j", "-e -j", "-j -e a.ini -j", "-E", "--e", "-e=", "-e-"}) {
+        for (const char *arguments : {"", "-j", "-j -e a.ini -j", "-E", "--e"}) {
             QTest::newRow(arguments) << true;
         }
-        for (const char *arguments :
-             {"-e", "-j -e", "-e -x  a.ini", "-e -j -e", "-e -J", "-e --j"}) {
+        for (const char *arguments : {"-e", "-j -e", "-e -x  a.ini"}) {
             QTest::newRow(arguments) << false;
         }
     }
@@ -35,16 +33,11 @@ private slots:
         window::table<QByteArray, bool>(
             {"bytes", "isSession"},
             {{"the group alone", "[Session]", true},
-             {"other line ends", "[Session]\r\nVersion=1\r\n[View]\r\n", true},
              {"mark", "\xEF\xBB\xBF[Session]\nVersion=1\n", true},
              {"comments and blank lines first", "; [View]\n\n# note\n  [Session]  \n", true},
-             {"second group", "[View]\n[Session]\n", true},
              {"other letters", "[session]\n", false},
-             {"longer name", "[Sessions]\n", false},
-             {"in a value", "note=[Session]\n", false},
              {"empty", "", false},
              {"binary", QByteArray("\0\xFF\xFE[\0S\n[\x01]\n[Session]\n", 21), false},
-             {"largest", "[Session]\n" + QByteArray((1 << 20) - 10, '\n'), true},
              {"too large", "[Session]\n" + QByteArray((1 << 20) - 9, '\n'), false}});
     }
 
@@ -69,25 +62,12 @@ private slots:
         QCOMPARE(orvel::sessionArgument({second, first, "-e"}), second);
     }
 
-    void icon()
-    {
-        for (const int size : {16, 32, 64, 256}) {
-            const QImage image = orvel::windowIcon().pixmap(size).toImage();
-            QCOMPARE(image.size(), QSize(size, size)); // no size is scaled up from a smaller one
-            QVERIFY(image.pixelColor(0, 0).alpha() < 128); // a rounded corner
-            QCOMPARE(image.pixelColor(size / 2, size / 2).alpha(), 255);
-        }
-    }
-
     void window()
     {
         Body body;
         QCOMPARE(body.windowTitle(), "orvel");
-        QCOMPARE(body.objectName(), "Body");
-        QCOMPARE(body.size(), QSize(869, 121));
         body.show();
         QVERIFY(QTest::qWaitForWindowExposed(&body));
-        QVERIFY(body.height() > 121); // the panel makes it grow
         const auto *splitter = body.findChild<QSplitter *>("MainSplitter");
         QTRY_VERIFY(splitter->widget(0)->geometry().right() < splitter->widget(1)->x());
     }

@@ -62,7 +62,6 @@ private slots:
         table<QPointF, int, QVector<double>>(
             {"at", "delta", "range"},
             {{"in", {210, 95}, 120, both(in)},
-             {"out", {210, 95}, -1, both(1.1)},
              {"no vertical step, rounded", {209.5, 94.7}, 0, both(in)},
              {"left of the frame: y alone", {5, 95}, 120, {0, 4, 1 - in, 1 + in}},
              {"below the frame: x alone", {210, 190}, -120, {2 - 2.2, 2 + 2.2, 0, 2}},
@@ -88,15 +87,11 @@ private slots:
 
     void dragsWithModifiers_data()
     {
-        table<int, bool, bool, bool>(
-            {"modifiers", "isRight", "isPlain", "pans"},
-            {{"none", Qt::NoModifier, false, true, false},
-             {"keypad: counts as none", Qt::KeypadModifier, false, true, false},
-             {"shift", Qt::ShiftModifier, false, false, true},
-             {"control", Qt::ControlModifier, false, false, false},
-             {"shift and control", Qt::ShiftModifier | Qt::ControlModifier, false, false, false},
-             {"right", Qt::NoModifier, true, false, false},
-             {"shift and right", Qt::ShiftModifier, true, false, false}});
+        table<int, bool, bool, bool>({"modifiers", "isRight", "isPlain", "pans"},
+                                     {{"none", Qt::NoModifier, false, true, false},
+                                      {"shift", Qt::ShiftModifier, false, false, true},
+                                      {"control", Qt::ControlModifier, false, false, false},
+                                      {"right", Qt::NoModifier, true, false, false}});
     }
 
     void dragsWithModifiers()
@@ -128,14 +123,10 @@ private slots:
             {"size", "range", "xTitle", "yTitle"},
             {{"spectrum", {132, 70}, energies, "Eng.[eV]", "mut"},
              {"spectrum, Japanese", {145, 68}, energies, "エネルギー[eV]", "μt"},
-             {"scatter", {132, 70}, valences, "Valence", "Thick."},
-             {"scatter, Japanese", {132, 70}, valences, "価数", "膜厚"},
              {"histogram", {145, 68}, counts, "Valence", "Num."},
-             {"wide", {290, 68}, energies, "Eng.[eV]", "mut"},
              {"high", {145, 260}, valences, "Valence", "Thick."}});
     }
 
-    /// Numbers and titles keep apart, and the titles are no smaller than letters of 6 points.
     /// Numbers and titles keep apart, and the titles are no smaller than letters of 6 points.
     void textsAroundSmallPlots()
     {
@@ -185,9 +176,8 @@ private slots:
         MarkLine marker;
         marker.setValue(0.5);
         lines.append(&marker);
-        for (const QSize &size :
-             {QSize(0, 0), QSize(1, 1), QSize(0, 50), QSize(300, 1), QSize(300, 200)}) {
-            for (const double end : {0.0, -1.0, kInf, -kInf, kNan, 1e308}) {
+        for (const QSize &size : {QSize(0, 0), QSize(1, 1), QSize(300, 200)}) {
+            for (const double end : {0.0, kInf, kNan, 1e308}) {
                 DispABase panel;
                 panel.area()->setMarkLines(&lines);
                 panel.setTitlesPainted(true, false);
@@ -234,11 +224,6 @@ private slots:
         QCOMPARE(baseEdit.text(), "1");
         QCOMPARE(moving.count(), 2); // move and release
         QVERIFY(newPos.count() == 1 && !lines.isMoving() && lines.selected() == -1);
-
-        // The release went elsewhere; the next press ends the first move.
-        mouse(&surface.area, QEvent::MouseButtonPress, {100, 60});
-        mouse(&surface.area, QEvent::MouseButtonPress, {100, 60});
-        QCOMPARE(newPos.count(), 2);
     }
 
     void popsOutAndBackAndRests()
@@ -252,23 +237,16 @@ private slots:
         QVERIFY2(rests(), "docked");
         panel.area()->setInitialRange(0, 0, 4, 2);
         panel.coord()->setRange(1, 1, 1.5, 1.25); // a zoom
-        for (const bool byButton : {true, false}) {
-            button->click();
-            QTRY_VERIFY(panel.area()->isVisible() && panel.area()->window() == window);
-            QVERIFY2(rests(), "popped out");
-            const PaintCounter repaints;
-            panel.update();
-            QTRY_VERIFY(repaints.count > 0); // the panel repaints its window
-            QVERIFY2(rests(), "popped out, after an update");
-            if (byButton) {
-                button->click();
-            } else {
-                panel.popBase()->close();
-                panel.popBase()->close(); // a second request on the way
-            }
-            QVERIFY(!window->isVisible() && panel.area()->isVisible());
-            QVERIFY(panel.area()->window() == &panel && panel.coord()->xMax() == 1.5);
-        }
+        button->click();
+        QTRY_VERIFY(panel.area()->isVisible() && panel.area()->window() == window);
+        QVERIFY2(rests(), "popped out");
+        const PaintCounter repaints;
+        panel.update();
+        QTRY_VERIFY(repaints.count > 0); // the panel repaints its window
+        QVERIFY2(rests(), "popped out, after an update");
+        panel.popBase()->close();
+        QVERIFY(!window->isVisible() && panel.area()->isVisible());
+        QVERIFY(panel.area()->window() == &panel && panel.coord()->xMax() == 1.5);
         button->click(); // and goes with its surface while popped out
     }
 
@@ -286,46 +264,38 @@ private slots:
                  std::make_pair(0.0, 1536.0)); // near neither: the upper line
         QCOMPARE(newScale.count(), 1);
         QCOMPARE(bar.colourOf(0.5), QColor(Qt::white)); // the top is reached at half the range
-        mouse(&bar, QEvent::MouseMove, {5, 200});       // not held
-        QCOMPARE(newScale.count(), 1);
         QCOMPARE(stretchAfter(246, 192),
                  std::make_pair(-768.0, 2304.0));        // 9 rows from the lower line
         QCOMPARE(stretchAfter(138, 160).first, -2304.0); // 10 from the upper: the lower one again
-        QVERIFY(std::isfinite(stretchAfter(50, 128).second)); // onto the other line
         mouse(&bar, QEvent::MouseButtonDblClick, {5, 50});
         QVERIFY(bar.scale().bottom() == 0 && bar.scale().top() == 768);
     }
 
     void barMenu()
     {
-        for (const bool byKey : {false, true}) {
-            cBar bar;
-            bar.show();
-            QVERIFY(QTest::qWaitForWindowExposed(&bar));
-            QSignalSpy newScale(&bar, &cBar::newScale);
-            QSignalSpy chosen(&bar, &cBar::autoScaleChosen);
-            mouse(&bar, QEvent::MouseButtonPress, {50, 50}, Qt::NoModifier, Qt::RightButton);
-            QContextMenuEvent request(byKey ? QContextMenuEvent::Keyboard
-                                            : QContextMenuEvent::Mouse,
-                                      {50, 50}, bar.mapToGlobal({50, 50}));
-            QCoreApplication::sendEvent(&bar, &request);
-            QPointer<QMenu> menu = bar.findChild<QMenu *>();
-            QTRY_VERIFY(menu && menu->isVisible());
-            QVERIFY(bar.rect().contains(bar.mapFromGlobal(menu->pos())) || !byKey);
-            mouse(&bar, QEvent::MouseMove, {50, 90}, Qt::NoModifier, Qt::RightButton);
-            QCOMPARE(newScale.count(), 0); // the press is over
-            const QList<QAction *> actions = menu->actions();
-            QCOMPARE(actions.size(), 15); // palettes, separator, two more
-            for (const int i : {11, 13, 14}) {
-                actions[i]->trigger();
-            }
-            QVERIFY(bar.scale().type() == 11 && bar.isInverted() && !bar.isAutoScale());
-            QVERIFY(newScale.count() >= 2 && chosen.count() == 1);
-            QTest::keyClick(menu, Qt::Key_Down);
-            QTest::keyClick(menu, Qt::Key_Return); // the first palette, by keys alone
-            QCOMPARE(bar.scale().type(), 0);
-            QTRY_VERIFY(!menu);
+        cBar bar;
+        bar.show();
+        QVERIFY(QTest::qWaitForWindowExposed(&bar));
+        QSignalSpy newScale(&bar, &cBar::newScale);
+        QSignalSpy chosen(&bar, &cBar::autoScaleChosen);
+        mouse(&bar, QEvent::MouseButtonPress, {50, 50}, Qt::NoModifier, Qt::RightButton);
+        QContextMenuEvent request(QContextMenuEvent::Mouse, {50, 50}, bar.mapToGlobal({50, 50}));
+        QCoreApplication::sendEvent(&bar, &request);
+        QPointer<QMenu> menu = bar.findChild<QMenu *>();
+        QTRY_VERIFY(menu && menu->isVisible());
+        mouse(&bar, QEvent::MouseMove, {50, 90}, Qt::NoModifier, Qt::RightButton);
+        QCOMPARE(newScale.count(), 0); // the press is over
+        const QList<QAction *> actions = menu->actions();
+        QCOMPARE(actions.size(), 15); // palettes, separator, two more
+        for (const int i : {11, 13, 14}) {
+            actions[i]->trigger();
         }
+        QVERIFY(bar.scale().type() == 11 && bar.isInverted() && !bar.isAutoScale());
+        QVERIFY(newScale.count() >= 2 && chosen.count() == 1);
+        QTest::keyClick(menu, Qt::Key_Down);
+        QTest::keyClick(menu, Qt::Key_Return); // the first palette, by keys alone
+        QCOMPARE(bar.scale().type(), 0);
+        QTRY_VERIFY(!menu);
     }
 
     void mapLimitsAreTyped()
@@ -348,25 +318,18 @@ private slots:
         };
         QCOMPARE(limitsAfter(minimum, "2"), "2 3 shown 2 3");
         QCOMPARE(limitsAfter(maximum, "0.5"), "0.5 2 shown 0.5 2");
-        QCOMPARE(limitsAfter(maximum, maximum->text()), "0.5 2 shown 0.5 2"); // on leaving it
-        QCOMPARE(limitsAfter(minimum, "9"), "2 9 shown 2 9");
-        QCOMPARE(newScale.count(), 4);
-        QCOMPARE(limitsAfter(minimum, "1,5 no number"), "0 9 shown 1,5 no number 9");
-        QCOMPARE(limitsAfter(maximum, "nan"), "0 nan shown 1,5 no number nan");
-        map.bar()->grab();
+        QCOMPARE(newScale.count(), 2);
+        QCOMPARE(limitsAfter(minimum, "no number"), "0 2 shown no number 2");
     }
 
     void mapFollowsItsBar()
     {
         DispMBase map;
         QSignalSpy draw(&map, &DispMBase::draw);
-        map.resize(400, 300);
         map.show();
         QTRY_VERIFY(draw.count() > 0);
-        drag(map.bar(), {5, 60}, {5, 90});
-        QCoreApplication::processEvents();
         draw.clear();
-        mouse(map.bar(), QEvent::MouseButtonDblClick, {5, 50});
+        drag(map.bar(), {5, 60}, {5, 90});
         QTRY_VERIFY(draw.count() > 0);
     }
 };

@@ -6,8 +6,7 @@
 
 namespace {
 
-const char *const kOddNames[] = {"a.dat",     "a b.dat",  "a  b.dat", "a#b.dat",
-                                 "a%23b.dat", "100%.dat", "why?.dat", "標準.dat"};
+const char *const kOddNames[] = {"a b.dat", "a#b.dat", "a%23b.dat", "標準.dat"};
 
 /// A step of height 1 at an edge [eV]: 0.2 below and 1.2 above, from 49.5 eV before to 49.5 behind.
 QByteArray stepAt(int edge)
@@ -29,10 +28,7 @@ private slots:
     {
         m_said.clear();
         m_files.write("a.dat", stepAt(7112));
-        m_files.write("b.dat", stepAt(8979));
         m_files.write("empty.dat", "# nothing\n");
-        QVERIFY(QDir(m_folder).mkpath("sub"));
-        QFile::link(path("a.dat"), path("sub/link.dat"));
     }
 
     void choices_data()
@@ -44,16 +40,10 @@ private slots:
             {"steps", "said", "name", "problem"},
             {{"opening adds no suffix", "file new", "dir ~; path ~/new; selected", "~/new", "-"},
              {"save", "save dat; file new", "dir ~; path ~/new.dat; selected", "~/new.dat", "-"},
-             {"save, the suffix is there", "save dat; file new.v1.dat",
-              "dir ~; path ~/new.v1.dat; selected", "~/new.v1.dat", "-"},
              {"save, another suffix stays", "save dat; file a.txt",
               "dir ~; path ~/a.txt.dat; selected", "~/a.txt.dat", "-"},
-             {"save, no extension", "save ; file new", "dir ~; path ~/new; selected", "~/new", "-"},
              {"several", "files a.dat b.dat", "dir ~; paths ~/a.dat|~/b.dat; selected",
               "a.dat b.dat", "-"},
-             {"a link", "file sub/link.dat", "dir ~; path ~/sub/link.dat; selected",
-              "~/sub/link.dat", "-"},
-             {"clear several", "files a.dat b.dat; clear", "path ; selected", "", "-"},
              {"clear twice", "file a.dat; clear; clear", "selected", "", "-"},
              {"read", "file a.dat", read, "~/a.dat", ""},
              {"missing: the spectrum stays", "file a.dat; file no.dat",
@@ -62,7 +52,6 @@ private slots:
              {"no point: the spectrum goes", "file a.dat; file empty.dat",
               "dir ~ 0; path ~/empty.dat 0; selected 0", "~/empty.dat",
               "~/empty.dat: it holds no data point"},
-             {"read after a failure", "file no.dat; file a.dat", read, "~/a.dat", ""},
              {"clear a spectrum", "file a.dat; clear", "path  0; selected 0", "", ""},
              {"dialog: the choice, then the reading", "dialog a.dat",
               QString("dir ~ 0; paths ~/a.dat 0; selected 0; ") + read, "~/a.dat", ""}});
@@ -81,14 +70,12 @@ private slots:
         });
         connect(&spectrum, &AXafsFileSelect::foundNewEdge,
                 [this](double e) { say("edge " + QString::number(e)); });
-        connect(&spectrum, &AXafsFileSelect::updated, [this] { say("updated"); });
         for (const QString &step : steps.split("; ")) {
             m_said.clear();
             act(selector, step);
         }
         QTEST(m_said.join("; "), "said");
         QTEST(QString(selector.text()).replace(m_folder, "~"), "name");
-        QCOMPARE(selector.path().isEmpty(), selector.text().isEmpty());
         QString shown; // a warning icon in the field, with its tool tip
         for (const QAction *icon : selector.nameEdit()->actions()) {
             shown += icon->icon().isNull() ? "no icon" : icon->toolTip().replace(m_folder, "~");
@@ -103,10 +90,7 @@ private slots:
             {"urls", "chosen"},
             {{"a name that nobody encoded", {QUrl("file://" + path("a#b.dat"))}, "~/a#b.dat"},
              {"no such file", {QUrl("file:///no/such.dat")}, "/no/such.dat"},
-             {"a share", {QUrl("file://host/share/a.dat")}, "//host/share/a.dat"},
-             {"not a file", {QUrl("http://host/a.dat")}, ""},
-             {"not a file before a file", {QUrl("ftp://host/a.dat"), url("a.dat")}, ""},
-             {"no scheme", {QUrl("a.dat")}, ""}});
+             {"not a file before a file", {QUrl("ftp://host/a.dat"), url("a.dat")}, ""}});
         for (const char *name : kOddNames) {
             QTest::newRow(name) << QList<QUrl>{url(name)} << QString("~/") + name;
         }
@@ -147,18 +131,14 @@ private slots:
         };
         m_files.write("map.txt", "# X-NUM 2\n# Y-NUM 1\n# ENERGY : 8333.25 eV\n0 0 1 2\n1 0 3\n");
         m_files.write("none.txt", "0 0 1 2\n");
-        m_files.write("damaged.txt", "2dData-V9");
         QCOMPARE(said("file map.txt"),
                  "energy 8333.25 at width 1, data, selected"); // while it is read
-        QCOMPARE(row.energyEdit()->text(), "8333.25");
-        QCOMPARE(said("file missing.txt"), "selected"); // the map stays
-        QCOMPARE(said("file damaged.txt"), "selected");
-        QVERIFY(row.isLoaded() && row.fileSelect()->problem().contains("damaged.txt: "));
+        QCOMPARE(said("file missing.txt"), "selected");        // the map stays
+        QVERIFY(row.isLoaded() && row.fileSelect()->problem().contains("missing.txt: "));
         QCOMPARE(said("file none.txt"), "lost, selected");
         QVERIFY(!row.isLoaded() && row.fileSelect()->problem().contains("no width"));
         said("file map.txt");
         QCOMPARE(said("clear"), "lost, selected");
-        QVERIFY(row.fileSelect()->problem().isEmpty());
     }
 
 private:
