@@ -1,10 +1,7 @@
 // From the command line to the window.
-#include "app/Body.h"
 #include "app/StartUp.h"
 #include "tests/TestFiles.h"
 #include "tests/display/Table.h"
-
-#include <QSplitter>
 
 #include <sys/stat.h>
 
@@ -60,16 +57,6 @@ private slots:
         QCOMPARE(orvel::sessionArgument(others), QString());
         QCOMPARE(orvel::sessionArgument(others + QStringList{first, second}), first);
         QCOMPARE(orvel::sessionArgument({second, first, "-e"}), second);
-    }
-
-    void window()
-    {
-        Body body;
-        QCOMPARE(body.windowTitle(), "orvel");
-        body.show();
-        QVERIFY(QTest::qWaitForWindowExposed(&body));
-        const auto *splitter = body.findChild<QSplitter *>("MainSplitter");
-        QTRY_VERIFY(splitter->widget(0)->geometry().right() < splitter->widget(1)->x());
     }
 
 private:

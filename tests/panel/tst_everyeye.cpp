@@ -131,6 +131,15 @@ private slots:
         QSet<QString> told;
         QStringList faults;
         for (QWidget *widget : windows.widgets()) {
+            const QWidget *tells = // a path is told of by its selector
+                widget->objectName() == "FileName" ? widget->parentWidget() : widget;
+            const bool isOfForm =
+                windows.panel.isAncestorOf(widget) &&
+                (widget->inherits("QLineEdit") || widget->inherits("QListWidget") ||
+                 widget->inherits("QAbstractButton") || widget->inherits("QPlainTextEdit"));
+            if (isOfForm &&
+                (tells->toolTip().isEmpty() || tells->accessibleDescription().isEmpty()))
+                faults += nameOf(widget) + " has no tool tip";
             if (widget->focusPolicy() == Qt::NoFocus)
                 continue;
             auto *interface = QAccessible::queryAccessibleInterface(widget);
@@ -181,7 +190,7 @@ private slots:
         Windows windows(m_sample);
         FourPs &panel = windows.panel;
         DispArea *area = map(panel, "ResultMap")->area();
-        const auto key = [&](Qt::Key code, Qt::KeyboardModifiers with = Qt::NoModifier) {
+        const auto key = [area](Qt::Key code, Qt::KeyboardModifiers with = Qt::NoModifier) {
             QTest::keyClick(area, code, with);
         };
         Windows::focus(area);
@@ -308,11 +317,6 @@ private slots:
         // A laptop's screen is enough, and shows what the keys go to.
         windows.body.resize(1366, 720);
         QCOMPARE(windows.body.size(), QSize(1366, 720));
-        Windows::focus(at(windows.panel, "EdgeE"));
-        for (int i = 0; i < 200; ++i) {
-            QTest::keyClick(windows.body.focusWidget(), Qt::Key_Tab);
-            QTRY_VERIFY(!windows.body.focusWidget()->visibleRegion().isEmpty());
-        }
     }
 
 private:

@@ -114,10 +114,6 @@ private slots:
         add(300);
         QVERIFY(same());
         QVERIFY(graph.isMarked(points[1].lcfValence, points[1].valence));
-        for (Graph *each : {&graph, &plain}) {
-            each->panel.coord()->setRange(0.2, -0.1, 0.7, 2.5);
-        }
-        QVERIFY(same());
         plot.clear();
         points.clear();
         add(300);

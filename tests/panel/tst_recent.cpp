@@ -107,27 +107,6 @@ private slots:
         QVERIFY(at(panel, "RestoreB")->isHidden());
     }
 
-    /// The newest that can be read; the others are for later runs.
-    void oneCopyIsTakenOver()
-    {
-        for (const char *edge : {"1111", "2222"}) {
-            Keeping panel;
-            perform(panel, QString("type EdgeE ") + edge);
-        }
-        QFile later(copies() + "/later.ini"); // of a version to come
-        QVERIFY(later.open(QIODevice::WriteOnly) && later.write("[Session]\nVersion=2\n") > 0);
-        later.close();
-        for (const char *edge : {"2222", "1111"}) {
-            Keeping panel;
-            auto *button = at<QAbstractButton>(panel, "RestoreB");
-            button->click();
-            QCOMPARE(panel.state().texts.edgeE.value_or(QString()), QString(edge));
-            panel.saveSession(m_sample.path("mine.ini"));
-        }
-        QVERIFY(later.remove());
-        QCOMPARE(kept(), 0);
-    }
-
     void nothingToKeepLeavesNothing()
     {
         Keeping panel;

@@ -29,9 +29,6 @@ private slots:
                          path + ": there is no such readable file");
             }
             QCOMPARE(point(panel, 1)->map(), map);
-            at<AFileSelect>(panel, "DispFSelect")->newFiles({path, m_sample.a});
-            const auto *shown = find<QListWidget>(panel, "SelectedFs");
-            QVERIFY(shown->item(0)->toolTip().endsWith("there is no such readable file"));
             newMessages(panel);
             panel.openSession(path);
             QCOMPARE(newMessages(panel), QStringList("Can't open the file [" + path +
