@@ -7,8 +7,6 @@
 #include "display/PopBase.h"
 #include "ui_DispABase.h"
 
-#include <QTimer>
-
 #include <cmath>
 
 namespace {
@@ -31,6 +29,9 @@ DispABase::DispABase(QWidget *parent)
 {
     m_ui->setupUi(this);
     orvel::inkLightFields(*this);
+    m_whenLaidOut.setSingleShot(true);
+    connect(&m_whenLaidOut, &QTimer::timeout, this,
+            [this] { showReadOuts(height() >= kLow * orvel::letterPixelScale()); });
     const DispArea *surface = m_ui->DispA;
     connect(surface, &DispArea::nowPos, this, &DispABase::receiveNowPos);
     connect(surface, &DispArea::draw, this, &DispABase::receiveDraw);
@@ -169,8 +170,7 @@ void DispABase::resizeEvent(QResizeEvent *event)
     QFrame::resizeEvent(event);
     fitTitle();
     // Once the window is laid out: each of its steps on the way would do it all over again.
-    QTimer::singleShot(0, this,
-                       [this] { showReadOuts(height() >= kLow * orvel::letterPixelScale()); });
+    m_whenLaidOut.start(0);
 }
 
 void DispABase::showReadOuts(bool on)

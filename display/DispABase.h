@@ -4,6 +4,7 @@
 #include "display/PictureExport.h"
 
 #include <QFrame>
+#include <QTimer>
 
 #include <memory>
 
@@ -72,5 +73,6 @@ private:
     bool m_paintsYTitle = false;
     bool m_isPoppedOut = false;
     bool m_hasReadOuts = true;
+    QTimer m_whenLaidOut;
     std::unique_ptr<PopBase> m_popBase; ///< without a parent, or it could not be a window
 };

@@ -148,7 +148,12 @@ void FourPs::showEvent(QShowEvent *event)
     if (!m_wasShown) {
         m_wasShown = true;
         // Once the splitter has its height: graphs get a little more of it than maps.
-        QTimer::singleShot(0, this, [this] { m_ui->GraphSplitter->setSizes({4600, 5400}); });
+        auto *timer = new QTimer(this);
+        timer->setSingleShot(true);
+        connect(timer, &QTimer::timeout, this, [this] {
+            m_ui->GraphSplitter->setSizes({4600, 5400});
+        });
+        timer->start(0);
     }
 }
 

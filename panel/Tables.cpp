@@ -158,7 +158,7 @@ Settings settingsOf(const SessionTexts &texts)
 
 QString unitOf(Quantity quantity, Method method)
 {
-    const QString mut = QStringLiteral("\u03bct");
+    QString mut = QStringLiteral("\u03bct");
     const bool isLinear = method == Method::NonEquivLinear;
     switch (quantity) {
     case Quantity::DMut1:
