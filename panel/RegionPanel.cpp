@@ -56,11 +56,12 @@ RegionPanel::RegionPanel(DispArea *surface, QWidget *parent)
     });
     connect(m_tool, &RegionTool::selectionChanged, this, &RegionPanel::refresh);
     connect(m_tool, &RegionTool::refused, this, [this, surface](RegionTool::Refusal why) {
-        QToolTip::showText(surface->mapToGlobal(QPoint(0, 0)),
-                           why == RegionTool::Refusal::NoPixel
-                               ? tr("No pixel has its centre inside.")
-                               : tr("There are %1 regions; more cannot be.").arg(orvel::kMostRegions),
-                           surface);
+        QToolTip::showText(
+            surface->mapToGlobal(QPoint(0, 0)),
+            why == RegionTool::Refusal::NoPixel
+                ? tr("No pixel has its centre inside.")
+                : tr("There are %1 regions; more cannot be.").arg(orvel::kMostRegions),
+            surface);
     });
     hide();
     refresh();

@@ -5,8 +5,8 @@
 
 namespace orvel {
 
-/// A field of comma-separated values as RFC 4180 wants it: with commas, quotes or line ends it stands
-/// in quotes, quotes are doubled. UTF-8.
+/// A field of comma-separated values as RFC 4180 wants it: with commas, quotes or line ends it
+/// stands in quotes, quotes are doubled. UTF-8.
 QByteArray csvField(const QString &text);
 
 /// One line of such fields, CR LF at the end.

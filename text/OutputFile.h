@@ -12,9 +12,9 @@ namespace orvel {
 /// not exist yet; two paths of one file give the same text.
 QString realPath(const QString &path);
 
-/// What a file is known by: where the path leads to and, once there is a file, its number on the disk.
-/// Writing to one path changes the file of another one, through links of any kind, when they share
-/// one of these.
+/// What a file is known by: where the path leads to and, once there is a file, its number on the
+/// disk. Writing to one path changes the file of another one, through links of any kind, when they
+/// share one of these.
 QStringList fileKeys(const QString &path);
 
 /// A file that is either written whole or not at all: until commit() succeeds, an older file of
