@@ -4,6 +4,7 @@
 #include "ui_Body.h"
 
 #include <QEvent>
+#include <QScreen>
 #include <QScrollArea>
 #include <QTimer>
 
@@ -32,11 +33,14 @@ public:
     {
         return m_panel->sizeHint().expandedTo(m_panel->minimumSizeHint());
     }
-    /// That of the panel, or what is left of a screen of 1280 x 720.
+    /// That of the panel, or what is left of the screen, taken as one of 1280 x 720 at least. A
+    /// window opens in its least size where the screen is small: less would scroll without need.
     QSize minimumSizeHint() const override
     {
-        constexpr QSize kMost(1206, 664);
-        return m_panel->minimumSizeHint().boundedTo(kMost);
+        constexpr QSize kLeftOf720(1206, 664);
+        constexpr QSize kBorders(16, 48);
+        const QSize left = screen()->availableSize() - kBorders;
+        return m_panel->minimumSizeHint().boundedTo(left.expandedTo(kLeftOf720));
     }
 
 protected:
