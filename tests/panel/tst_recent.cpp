@@ -107,6 +107,18 @@ private slots:
         QVERIFY(at(panel, "RestoreB")->isHidden());
     }
 
+    /// Changes that come faster than the delay do not put the copy off.
+    void busyWorkIsCopied()
+    {
+        Keeping panel;
+        for (int i = 0; i < 40; ++i) {
+            perform(panel, QString("type EdgeE %1").arg(8000 + i));
+            QTest::qWait(kDelayMs / 4);
+        }
+        QCOMPARE(kept(), 1);
+        panel.saveSession(m_sample.path("mine.ini"));
+    }
+
     void nothingToKeepLeavesNothing()
     {
         Keeping panel;
