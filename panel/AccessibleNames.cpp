@@ -3,6 +3,7 @@
 #include "display/DispABase.h"
 #include "display/DispMBase.h"
 #include "images/AEPoint.h"
+#include "panel/WidgetText.h"
 #include "spectra/ARefFile.h"
 
 #include <QAbstractButton>
@@ -12,15 +13,9 @@
 namespace orvel {
 namespace {
 
-struct Name {
-    const char *owner; ///< class of a widget around it
-    const char *name;
-    const char *text;
-};
-
 // clang-format off
 /// What stands in something that has a name itself: a row, a selector, a display.
-constexpr Name kParts[] = {
+constexpr WidgetText kParts[] = {
     {"AFileSelect", "FileName", QT_TRANSLATE_NOOP("AccessibleNames", "file")},
     {"AFileSelect", "SelB", QT_TRANSLATE_NOOP("AccessibleNames", "select a file")},
     {"AFileSelect", "ClearB", QT_TRANSLATE_NOOP("AccessibleNames", "clear the file")},
@@ -55,7 +50,7 @@ constexpr Name kParts[] = {
 };
 
 /// What is called by itself, wherever it stands; also what has parts.
-constexpr Name kWholes[] = {
+constexpr WidgetText kWholes[] = {
     {"FourPs", "TargetFile", QT_TRANSLATE_NOOP("AccessibleNames", "Target")},
     {"FourPs", "DispFSelect", QT_TRANSLATE_NOOP("AccessibleNames", "Further spectra")},
     {"FourPs", "SaveFSelect", QT_TRANSLATE_NOOP("AccessibleNames", "Result file")},
@@ -106,7 +101,7 @@ constexpr Name kWholes[] = {
 };
 
 /// What the buttons of a quantity choose, by the beginning of their names; their texts say which.
-constexpr Name kSeries[] = {
+constexpr WidgetText kSeries[] = {
     {"FourPs", "Map", QT_TRANSLATE_NOOP("AccessibleNames", "Result map")},
     {"FourPs", "Hg", QT_TRANSLATE_NOOP("AccessibleNames", "Histogram")},
     {"FourPs", "Rec", QT_TRANSLATE_NOOP("AccessibleNames", "Recorded column")},
@@ -149,12 +144,12 @@ template <class Row> void nameRows(const QWidget &window, const QString &name)
     }
 }
 
-using NamesByObject = QMultiHash<QString, const Name *>;
+using NamesByObject = QMultiHash<QString, const WidgetText *>;
 
-template <size_t n> NamesByObject byObject(const Name (&names)[n])
+template <size_t n> NamesByObject byObject(const WidgetText (&names)[n])
 {
     NamesByObject found;
-    for (const Name &name : names) {
+    for (const WidgetText &name : names) {
         found.insert(QLatin1String(name.name), &name);
     }
     return found;
@@ -165,11 +160,8 @@ const char *textOf(const NamesByObject &names, const QWidget &widget)
     const QString object = widget.objectName();
     for (auto name = names.constFind(object); name != names.constEnd() && name.key() == object;
          ++name) {
-        for (QWidget *around = widget.parentWidget(); around; around = around->parentWidget()) {
-            if (around->inherits((*name)->owner) ||
-                around->objectName() == QLatin1String((*name)->owner)) {
-                return (*name)->text;
-            }
+        if (isInside(widget, (*name)->owner)) {
+            return (*name)->text;
         }
     }
     return nullptr;
@@ -177,7 +169,7 @@ const char *textOf(const NamesByObject &names, const QWidget &widget)
 
 const char *seriesOf(const QWidget &button)
 {
-    for (const Name &series : kSeries) {
+    for (const WidgetText &series : kSeries) {
         if (button.objectName().startsWith(QLatin1String(series.name))) {
             return series.text;
         }

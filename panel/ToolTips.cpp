@@ -1,5 +1,7 @@
 #include "panel/ToolTips.h"
 
+#include "panel/WidgetText.h"
+
 #include <QCoreApplication>
 #include <QLineEdit>
 #include <QMultiHash>
@@ -8,14 +10,8 @@
 namespace orvel {
 namespace {
 
-struct Tip {
-    const char *owner; ///< class of a widget around it: rows and displays use the same names
-    const char *name;
-    const char *text;
-};
-
 // clang-format off
-constexpr Tip kTips[] = {
+constexpr WidgetText kTips[] = {
     // files
     {"AFileSelect", "SelB", QT_TRANSLATE_NOOP("ToolTips", "Select a file")},
     {"AFileSelect", "ClearB", QT_TRANSLATE_NOOP("ToolTips", "Take the file away")},
@@ -157,7 +153,7 @@ constexpr Tip kTips[] = {
 };
 
 /// What the buttons of a quantity stand for, wherever it can be chosen.
-constexpr Tip kQuantityTips[] = {
+constexpr WidgetText kQuantityTips[] = {
     {"", "Ratio1", QT_TRANSLATE_NOOP("ToolTips", "Fraction of the first reference")},
     {"", "Ratio2", QT_TRANSLATE_NOOP("ToolTips", "Fraction of the second reference")},
     {"", "Ratio3", QT_TRANSLATE_NOOP("ToolTips", "Fraction of the third reference")},
@@ -188,15 +184,6 @@ void setTip(QWidget *widget, const char *text)
     widget->setAccessibleDescription(translated);
 }
 
-bool isInside(const QWidget *widget, const char *owner)
-{
-    const QWidget *around = widget->parentWidget();
-    while (around != nullptr && !around->inherits(owner)) {
-        around = around->parentWidget();
-    }
-    return around != nullptr;
-}
-
 } // namespace
 
 void setToolTips(QWidget &panel)
@@ -207,14 +194,14 @@ void setToolTips(QWidget &panel)
             named.insert(widget->objectName(), widget);
         }
     }
-    for (const Tip &tip : kTips) {
+    for (const WidgetText &tip : kTips) {
         for (QWidget *widget : named.values(QLatin1String(tip.name))) {
-            if (isInside(widget, tip.owner)) {
+            if (isInside(*widget, tip.owner)) {
                 setTip(widget, tip.text);
             }
         }
     }
-    for (const Tip &tip : kQuantityTips) {
+    for (const WidgetText &tip : kQuantityTips) {
         for (const char *series : {"Map", "Hg", "Rec"}) {
             for (QWidget *widget : named.values(QLatin1String(series) + QLatin1String(tip.name))) {
                 setTip(widget, tip.text);
