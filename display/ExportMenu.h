@@ -26,6 +26,8 @@ public:
     /// A child of its surface, wherever that moves to.
     ExportMenu(DispArea *surface, Picture picture);
 
+    DispArea *surface() const { return m_surface; }
+
     /// What there is beside pictures; greyed while there are no data.
     void setCurves(HasData hasData, Text csv);
     void setMap(HasData hasData, Text csv, Write processedMap);

@@ -172,7 +172,7 @@ void EnergyAdviserDialog::connectFields()
     });
     connect(m_ui->Criterion, QOverload<int>::of(&QComboBox::activated), this, outdated);
     connect(m_ui->Noise, &QLineEdit::textEdited, m_ui->NoiseOrigin, &QLabel::clear);
-    new ExportMenu(m_ui->Plot->area(), [this] { return m_ui->Plot->picture(); });
+    m_export = new ExportMenu(m_ui->Plot->area(), [this] { return m_ui->Plot->picture(); });
     connect(m_ui->Plot, &DispABase::draw, this, &EnergyAdviserDialog::drawPlot);
     connect(m_ui->AdviseB, &QPushButton::clicked, this, &EnergyAdviserDialog::advise);
     connect(m_ui->UseB, &QPushButton::clicked, this, &EnergyAdviserDialog::useProposed);

@@ -10,6 +10,7 @@
 #include <memory>
 #include <optional>
 
+class ExportMenu;
 class QLabel;
 class QLineEdit;
 class QStylePainter;
@@ -35,6 +36,9 @@ public:
     explicit EnergyAdviserDialog(std::function<orvel::AnalysisInput()> readInput,
                                  QWidget *parent = nullptr);
     ~EnergyAdviserDialog() override;
+
+    /// Of the graph.
+    ExportMenu *exportMenu() const { return m_export; }
 
     /// Advises, then shows the window beside the panel. What the user has entered stays.
     /// mapSigma  noise [1] found in the present map, if any
@@ -72,6 +76,7 @@ private:
     static QString textOf(orvel::DesignWarning warning);
 
     std::unique_ptr<Ui::EnergyAdviserDialog> m_ui;
+    ExportMenu *m_export;
     std::function<orvel::AnalysisInput()> m_readInput;
     std::array<QLabel *, orvel::kReferenceRows> m_partLabels = {};
     std::array<QLineEdit *, orvel::kReferenceRows> m_parts = {};

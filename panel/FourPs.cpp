@@ -795,6 +795,7 @@ void FourPs::adviseOnEnergies()
     if (!m_adviser) {
         m_adviser = new EnergyAdviserDialog([this] { return readInput(); }, this);
         connect(m_adviser, &EnergyAdviserDialog::energiesWanted, this, &FourPs::useEnergies);
+        connectExport(m_adviser->exportMenu());
         m_adviser->setTexts(m_adviserTexts);
     }
     std::optional<double> sigma;

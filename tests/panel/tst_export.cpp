@@ -4,6 +4,7 @@
 #include "display/Pictures.h"
 #include "display/cBar.h"
 #include "images/TDData0.h"
+#include "panel/EnergyAdviserDialog.h"
 #include "tests/panel/Window.h"
 
 using namespace window;
@@ -179,6 +180,10 @@ private slots:
         QVERIFY(choose(surfaceOf(panel, "ResultMap"), "Png1", m_sample.a));
         QCOMPARE(newMessages(panel), QStringList("Writing replaces the input " + m_sample.a));
         QVERIFY(QFileInfo(m_sample.a).size() < 500); // and is what it was
+        at<QAbstractButton>(panel, "AdviserB")->click();
+        auto *dialog = panel.findChild<EnergyAdviserDialog *>();
+        QVERIFY(choose(dialog->exportMenu()->surface(), "Png1", m_sample.a));
+        QCOMPARE(newMessages(panel), QStringList("Writing replaces the input " + m_sample.a));
     }
 
     /// A name without its ending, where the file with it is there.
